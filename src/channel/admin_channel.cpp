@@ -1,0 +1,170 @@
+#include "channel/admin_channel.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+int reflectOnGemel = 1;
+int adminFd = 0;
+char requestBuffer[kRequestBufferSize];
+char *replyBuffer = nullptr;
+int replyBufferSize = 0;
+
+bool allocateReplyBuffer() {
+  replyBuffer = static_cast<char *>(std::malloc(kReplyBufferStep));
+  if (replyBuffer == nullptr) return false;
+  replyBufferSize = kReplyBufferStep;
+  return true;
+}
+
+void freeReplyBuffer() {
+  std::free(replyBuffer);
+  replyBuffer = nullptr;
+  replyBufferSize = 0;
+}
+
+void resetAdminChannel() {
+  reflectOnGemel = 1;
+  adminFd = 0;
+  requestBuffer[0] = '\0';
+}
+
+namespace {
+
+int rewindAdminFile() {
+  if (lseek(adminFd, 0, SEEK_SET) < 0) {
+    const int error = errno;
+    std::fprintf(stderr, "Error setting file position for admin file system operation.  err=%m\n");
+    return error;
+  }
+  return 0;
+}
+
+bool growReplyBuffer() {
+  replyBufferSize += kReplyBufferStep;
+  char *grown = static_cast<char *>(std::realloc(replyBuffer, replyBufferSize));
+  if (grown == nullptr) {
+    std::free(replyBuffer);
+    replyBuffer = nullptr;
+    std::fprintf(stderr, "Error getting big enough buffer for trustees\n");
+    return false;
+  }
+  replyBuffer = grown;
+  return true;
+}
+
+// Copies the text from `from` up to `endTag` (or the end of the text) into out, cut to size - 1.
+void copyUpTo(const char *from, const char *endTag, std::size_t size, char *out) {
+  const char *end = std::strstr(from, endTag);
+  std::size_t length = end != nullptr ? static_cast<std::size_t>(end - from) : std::strlen(from);
+  if (length > size - 1) length = size - 1;
+  std::memcpy(out, from, length);
+  out[length] = '\0';
+}
+
+// The decimal number at `text`: an optional sign, then digits up to the first non-digit.
+int parseResultValue(const char *text) {
+  const bool negative = *text == '-';
+  if (*text == '-' || *text == '+') ++text;
+  long long value = 0;
+  for (; *text >= '0' && *text <= '9'; ++text)
+    if (value <= INT_MAX) value = value * 10 + (*text - '0');
+  if (negative) value = -value;
+  if (value > INT_MAX) value = INT_MAX;
+  if (value < INT_MIN) value = INT_MIN;
+  return static_cast<int>(value);
+}
+
+// Removes `count` characters at `at` from a NUL-terminated text of `*length` characters.
+void cutOut(char *text, int *length, char *at, int count) {
+  const int available = static_cast<int>(text + *length - at);
+  if (count > available) count = available;
+  std::memmove(at, at + count, static_cast<std::size_t>(available - count) + 1);
+  *length -= count;
+}
+
+}  // namespace
+
+int sendRequest() {
+  if (int error = rewindAdminFile(); error != 0) return error;
+  if (write(adminFd, requestBuffer, std::strlen(requestBuffer)) < 0) {
+    const int error = errno;
+    std::fprintf(stderr, "Error sending the request to the admin file system.  err=%m\n");
+    return error;
+  }
+  return 0;
+}
+
+int receiveReply(const char *replyElement, int *result, std::size_t descriptionSize,
+                 char *description, std::size_t nameSize, char *name) {
+  if (int error = rewindAdminFile(); error != 0) return error;
+  if (replyBuffer == nullptr) {
+    std::fprintf(stderr, "Error getting big enough buffer for trustees\n");
+    return -1;
+  }
+  int used = 0;
+  int room = replyBufferSize - 1;
+  for (;;) {
+    const ssize_t count = read(adminFd, replyBuffer + used, room);
+    if (count == 0) break;
+    if (count < 0) {
+      const int error = errno;
+      std::fprintf(stderr, "Error reading the reply from the admin file system.  err=%m\n");
+      return error;
+    }
+    used += static_cast<int>(count);
+    room -= static_cast<int>(count);
+    if (room == 0) {
+      if (!growReplyBuffer()) return -1;
+      room = kReplyBufferStep;
+    }
+  }
+  replyBuffer[used] = '\0';
+
+  const char *element = std::strstr(replyBuffer, replyElement);
+  if (element == nullptr) {
+    std::fprintf(stderr, "Unrecognized response to request.  response=%s\n", replyBuffer);
+    return -1;
+  }
+  static constexpr char kResultTag[] = "<result value=\"";
+  const char *resultTag = std::strstr(element, kResultTag);
+  if (resultTag == nullptr) {
+    std::fprintf(stderr, "Unable to find return value for the request.  response=%s\n",
+                 replyBuffer);
+    return -1;
+  }
+  const char *digits = resultTag + sizeof kResultTag - 1;
+  *result = parseResultValue(digits);
+
+  const char *nameSearchFrom = digits;
+  description[0] = '\0';
+  if (const char *start = std::strstr(digits, "<description>"); start != nullptr) {
+    copyUpTo(start + std::strlen("<description>"), "</description>", descriptionSize, description);
+    nameSearchFrom = start;
+  }
+  if (name != nullptr) {
+    name[0] = '\0';
+    if (const char *start = std::strstr(nameSearchFrom, "<name>"); start != nullptr)
+      copyUpTo(start + std::strlen("<name>"), "</name>", nameSize, name);
+  }
+  return 0;
+}
+
+void stripReplyWrapper(char *text, int *length) {
+  text[*length] = '\0';
+  static constexpr char kOpen[] = "<quillReply>";
+  static constexpr char kClose[] = "</quillReply>";
+  if (char *open = std::strstr(text, kOpen); open != nullptr)
+    cutOut(text, length, open, sizeof kOpen - 1 + 1);
+  if (char *close = std::strstr(text, kClose); close != nullptr)
+    cutOut(text, length, close, sizeof kClose - 1 + 1);
+  if (char *result = std::strstr(text, "<result value="); result != nullptr) {
+    static constexpr char kResultEnd[] = "</result>";
+    if (char *end = std::strstr(result, kResultEnd); end != nullptr)
+      cutOut(text, length, result, static_cast<int>(end + sizeof kResultEnd - 1 - result) + 1);
+  }
+}

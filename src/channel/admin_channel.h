@@ -1,0 +1,49 @@
+// The admin request channel: an XML request is written at offset 0 of one of the file system's
+// command files and the XML reply is read back from offset 0 of the same descriptor.
+#pragma once
+#include <cstddef>
+
+inline constexpr const char *kFilesCommandFile = "/_admin/Manage_QUILL/files.cmd";
+inline constexpr const char *kManageCommandFile = "/_admin/Manage_QUILL/manage.cmd";
+
+inline constexpr std::size_t kRequestBufferSize = 65536;
+inline constexpr int kReplyBufferStep = 65536;
+inline constexpr std::size_t kDescriptionSize = 4096;
+inline constexpr std::size_t kReplyNameSize = 768;
+
+// The request envelopes. A request is an opening text, the operation's elements, optionally
+// <gemelPath/>, and the closing text, with nothing added between them.
+inline constexpr const char *kVolumeRequestClose = "</quillRequest>";
+inline constexpr const char *kVolumeRequestOpen =
+    "<virtualIO><datastream name=\"command\"/></virtualIO><quillRequest>";
+inline constexpr const char *kFileRequestClose = "</fileRequest>";
+inline constexpr const char *kFileRequestOpen =
+    "<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>";
+
+// 1 unless -k: requests then carry <gemelPath/> so the paired shadow volume changes too.
+extern int reflectOnGemel;
+inline const char *gemelElement() { return reflectOnGemel ? "<gemelPath/>" : ""; }
+
+extern int adminFd;  // the one open command file; 0 means none
+extern char requestBuffer[kRequestBufferSize];
+extern char *replyBuffer;
+extern int replyBufferSize;
+
+// Allocates the 64 KiB reply buffer kept for the whole run; false when memory is exhausted.
+bool allocateReplyBuffer();
+void freeReplyBuffer();
+
+// Writes requestBuffer at offset 0 of adminFd. Returns 0 or the errno of the failing call.
+int sendRequest();
+
+// Reads the reply from offset 0 of adminFd, finds replyElement, then <result value="N">,
+// <description> and (when name is given) the <name> after it. Returns 0 when a result was
+// found, -1 for an unrecognised reply or a buffer failure, or an errno value.
+int receiveReply(const char *replyElement, int *result, std::size_t descriptionSize,
+                 char *description, std::size_t nameSize, char *name);
+
+// Removes the <quillReply> wrapper and the <result .../result> element of a stored reply.
+void stripReplyWrapper(char *text, int *length);
+
+// Puts the channel back to its start-of-run state. For tests.
+void resetAdminChannel();

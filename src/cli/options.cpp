@@ -1,0 +1,52 @@
+#include "cli/options.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "document/run_settings.h"
+
+int parseMask(const char *mask, int *trustees, int *userQuotas, int *dirQuotas,
+              int *removeInvalid) {
+  if (mask == nullptr || mask[0] == '\0') {
+    *trustees = *userQuotas = *dirQuotas = 1;
+    *removeInvalid = 0;
+    return 0;
+  }
+  for (const char *letter = mask; *letter != '\0'; ++letter) {
+    switch (*letter) {
+      case 't': *trustees = 1; break;
+      case 'u': *userQuotas = 1; break;
+      case 'd': *dirQuotas = 1; break;
+      case 'r': *removeInvalid = 1; break;
+      case 'a': *trustees = *userQuotas = *dirQuotas = *removeInvalid = 1; break;
+      default:
+        std::fprintf(stderr, "Unknown metadata type in the mask: %c\n", *letter);
+        return -1;
+    }
+  }
+  return 0;
+}
+
+int parseMask(const char *mask, MaskFlags &flags) {
+  return parseMask(mask, &flags.trustees, &flags.userQuotas, &flags.dirQuotas,
+                   &flags.removeInvalid);
+}
+
+int parseUserType(int given, const char *type, bool forSave) {
+  if (!given) {
+    arborUsers = adUsers = forSave ? 0 : 1;
+    return 0;
+  }
+  if (std::strcmp(type, "arbor") == 0) {
+    arborUsers = 1;
+    adUsers = 0;
+    return 0;
+  }
+  if (std::strcmp(type, "ad") == 0) {
+    adUsers = 1;
+    arborUsers = 0;
+    return 0;
+  }
+  std::fprintf(stderr, "Unknown user type : %s\n", type);
+  return -1;
+}
