@@ -1,0 +1,27 @@
+// The streaming tag reader: pulls a Metadata document off inputFd one tag at a time through an
+// 8,192-byte window. One reading state for the whole process.
+#pragma once
+#include <cstddef>
+
+inline constexpr int kEndOfInput = -99;
+inline constexpr std::size_t kInputWindowSize = 8192;
+
+// Reads the next tag into name (kTagNameSize bytes, cut to 63). Returns 0 when a tag was read
+// (or, when only text was left in the window, with name and *isEndTag as they were), -99 at the
+// end of input, or an errno value. `label` names the caller in the -d trace.
+int readTag(char *name, unsigned long *isEndTag, const char *label);
+
+// Copies the current element's text (up to the next tag) into text. Returns 0, -99 or an errno
+// value. A text longer than textSize - 1 is still read past as usual, but only its first
+// textSize - 1 bytes are kept and *tooLong (when given) is set, so that the caller can refuse it.
+int readContents(char *text, std::size_t textSize, bool *tooLong = nullptr);
+
+// Reads and drops tags up to the end tag `name`. Returns 0, or -1 after "Unable to find end tag".
+int goPastEndTag(const char *name);
+
+// Gathers the child elements of a <rights> or <inheritedRightsFilter> as "<read/><write/>..."
+// into out, up to the end tag endName or a reader failure. *tooLong as for readContents.
+void getRights(char *out, const char *endName, std::size_t outSize, bool *tooLong = nullptr);
+
+// Puts the reading state back to its start-of-run state. For tests.
+void resetTagReader();
