@@ -394,7 +394,7 @@ std::string Server::removeTrustee(std::string_view req, bool ad) {
   std::string rel = xmlDecode(fileName.substr(colon + 1));
   if (rel.empty() || rel[0] != '/')
     rel.insert(0, "/");
-  if (!v->find(rel))
+  if (!exists(*v, v->mount + rel, rel, false))
     return makeReply(kind, kNoFile, "file not found", fileName);
   if (v->removeTrustees(rel, id, ad) == 0)
     return makeReply(kind, kNoTrustee, "trustee not found", id);

@@ -35,6 +35,8 @@
     static type real_##name;                                                                     \
     if (!real_##name)                                                                            \
       real_##name = (type)dlsym(RTLD_NEXT, #name);                                               \
+    if (!real_##name)                                                                            \
+      real_##name = missing_##name;                                                              \
     real_##name;                                                                                 \
   })
 
@@ -72,6 +74,60 @@ typedef int (*__fxstatat64_fn)(int, int, const char *, struct stat64 *, int);
 typedef ssize_t(*__read_chk_fn)(int, void *, size_t, size_t);
 typedef ssize_t(*__pread_chk_fn)(int, void *, size_t, off_t, size_t);
 typedef ssize_t(*__pread64_chk_fn)(int, void *, size_t, off64_t, size_t);
+
+/* Stand-ins for entry points this libc does not have (older or newer spellings). */
+static int missing___open_2(const char *, int) {
+  errno = ENOSYS;
+  return -1;
+}
+static int missing___open64_2(const char *, int) {
+  errno = ENOSYS;
+  return -1;
+}
+static int missing___openat_2(int, const char *, int) {
+  errno = ENOSYS;
+  return -1;
+}
+static int missing___openat64_2(int, const char *, int) {
+  errno = ENOSYS;
+  return -1;
+}
+static int missing___xstat(int, const char *, struct stat *) {
+  errno = ENOSYS;
+  return -1;
+}
+static int missing___xstat64(int, const char *, struct stat64 *) {
+  errno = ENOSYS;
+  return -1;
+}
+static int missing___lxstat(int, const char *, struct stat *) {
+  errno = ENOSYS;
+  return -1;
+}
+static int missing___lxstat64(int, const char *, struct stat64 *) {
+  errno = ENOSYS;
+  return -1;
+}
+static int missing___fxstatat(int, int, const char *, struct stat *, int) {
+  errno = ENOSYS;
+  return -1;
+}
+static int missing___fxstatat64(int, int, const char *, struct stat64 *, int) {
+  errno = ENOSYS;
+  return -1;
+}
+static ssize_t missing___read_chk(int, void *, size_t, size_t) {
+  errno = ENOSYS;
+  return -1;
+}
+static ssize_t missing___pread_chk(int, void *, size_t, off_t, size_t) {
+  errno = ENOSYS;
+  return -1;
+}
+static ssize_t missing___pread64_chk(int, void *, size_t, off64_t, size_t) {
+  errno = ENOSYS;
+  return -1;
+}
 
 static int track(int fd, const char *path, const char *rp) {
   if (fd >= 0 && rp != path)
