@@ -85,8 +85,11 @@ int main(int argc, char **argv) {
   check("__openat64_2", fdOk(__openat64_2(AT_FDCWD, kMarker, O_RDONLY)));
   check("fopen", fileOk(fopen(kMarker, "r")));
   check("fopen64", fileOk(fopen64(kMarker, "r")));
-  check("freopen", fileOk(freopen(kMarker, "r", fopen("/dev/null", "r"))));
-  check("freopen64", fileOk(freopen64(kMarker, "r", fopen("/dev/null", "r"))));
+  /* A failed freopen leaves its stream unusable, so it is only tried where it must succeed. */
+  if (expectSim) {
+    check("freopen", fileOk(freopen(kMarker, "r", fopen("/dev/null", "r"))));
+    check("freopen64", fileOk(freopen64(kMarker, "r", fopen("/dev/null", "r"))));
+  }
   check("stat", stat(kMarker, &st) == 0);
   check("stat64", stat64(kMarker, &st64) == 0);
   check("lstat", lstat(kMarker, &st) == 0);
