@@ -259,11 +259,11 @@ int cmdTrustee(Args &a) {
     qs::Users users;
     users.load(gRoot + "/sim/users");
     const std::string *known = users.adNameOfSid(a[3]);
-    t.id = a[3];
-    t.name = !name.empty() ? name : known ? *known : "Unknown(21350)";
+    t.id = qs::intern(a[3]);
+    t.name = qs::intern(!name.empty() ? name : known ? *known : "Unknown(21350)");
   } else {
-    t.name = a[3];
-    t.id = id;
+    t.name = qs::intern(a[3]);
+    t.id = qs::intern(id);
   }
   std::string rel = relPath(a[2]);
   return withVolume(a[1], [&](qs::Volume &v) {

@@ -335,10 +335,10 @@ std::string Server::addTrustee(std::string_view req, bool ad) {
     const std::string *name = users_.adNameOfSid(who);
     if (!name)
       return makeReply(kind, kNoUser, "user not found", who);
-    t.id = std::string(who);
-    t.name = *name;
+    t.id = intern(who);
+    t.name = intern(*name);
   } else {
-    t.name = xmlDecode(who);
+    t.name = intern(xmlDecode(who));
     if (t.name.empty() || !users_.knowsArbor(t.name))
       return makeReply(kind, kNoUser, "user not found", who);
   }

@@ -5,8 +5,16 @@
 #include <algorithm>
 #include <cstdlib>
 #include <unistd.h>
+#include <unordered_set>
 
 namespace qs {
+
+std::string_view intern(std::string_view text) {
+  static auto *pool = new std::unordered_set<std::string>();
+  if (text.empty())
+    return {};
+  return *pool->emplace(text).first;
+}
 
 namespace {
 
@@ -58,11 +66,12 @@ bool Volume::load(const std::string &file) {
     Fields f(line);
     std::string_view kind = f.next();
     if (kind == "T" || kind == "I") {
-      std::string path = fieldUnescape(f.next());
-      if (!last || last->path != path) {
+      std::string_view rawPath = f.next();
+      bool plain = rawPath.find('\\') == std::string_view::npos;
+      if (!last || (plain ? last->path != rawPath : last->path != fieldUnescape(rawPath))) {
         files.emplace_back();
         last = &files.back();
-        last->path = std::move(path);
+        last->path = plain ? std::string(rawPath) : fieldUnescape(rawPath);
       }
       if (kind == "I") {
         last->irf = lettersOrNone(f.next());
@@ -71,8 +80,10 @@ bool Volume::load(const std::string &file) {
       Trustee t;
       t.ad = f.next() == "D";
       t.rights = lettersOrNone(f.next());
-      t.id = fieldUnescape(f.next());
-      t.name = fieldUnescape(f.next());
+      std::string_view id = f.next(), name = f.next();
+      t.id = id.find('\\') == std::string_view::npos ? intern(id) : intern(fieldUnescape(id));
+      t.name =
+          name.find('\\') == std::string_view::npos ? intern(name) : intern(fieldUnescape(name));
       last->trustees.push_back(std::move(t));
     } else if (kind == "U") {
       UserQuota q;

@@ -21,9 +21,13 @@
 
 namespace qs {
 
+/// A process-wide copy of text that stays put: trustee names and identifiers repeat across
+/// millions of files, so each distinct one is stored once.
+std::string_view intern(std::string_view text);
+
 struct Trustee {
-  std::string name; // decoded text; for AD trustees the name the directory knows
-  std::string id;   // SID of an AD trustee; usually empty for Arbor trustees
+  std::string_view name; // interned, decoded text; for AD trustees the directory's name
+  std::string_view id;   // interned SID of an AD trustee; usually empty for Arbor trustees
   Rights rights = 0;
   bool ad = false;
 };
