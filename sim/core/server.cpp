@@ -208,8 +208,7 @@ void Server::flush() {
 }
 
 void Server::prepareInfoFile(std::string_view volName, std::string_view file) {
-  if (fast_)
-    return;
+  // Fast mode keeps no request's changes, but the volume's own state is still shown.
   refresh();
   flush();
   if (Volume *v = volume(volName))
