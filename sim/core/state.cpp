@@ -435,12 +435,27 @@ bool saveVolumes(const std::string &root, const std::vector<VolumeInfo> &vols) {
   return writeFileAtomic(root + "/sim/volumes", out);
 }
 
+// A mount-table field: blanks, tabs, line feeds and backslashes are written as octal escapes.
+std::string mtabField(std::string_view text) {
+  std::string out;
+  for (char c : text) {
+    switch (c) {
+    case ' ': out += "\\040"; break;
+    case '\t': out += "\\011"; break;
+    case '\n': out += "\\012"; break;
+    case '\\': out += "\\134"; break;
+    default: out += c;
+    }
+  }
+  return out;
+}
+
 std::string mtabText(const std::vector<VolumeInfo> &vols) {
   std::string out = "/dev/vda1 / ext4 rw,relatime 0 0\n"
                     "proc /proc proc rw,nosuid,nodev,noexec,relatime 0 0\n"
                     "tmpfs /run tmpfs rw,nosuid,nodev,mode=755 0 0\n";
   for (const VolumeInfo &v : vols)
-    out += v.name + ' ' + v.mount + " quillvol rw,name=" + v.name + " 0 0\n";
+    out += v.name + ' ' + mtabField(v.mount) + " quillvol rw,name=" + v.name + " 0 0\n";
   out += "admin /_admin quilladmin rw 0 0\n";
   return out;
 }
