@@ -161,13 +161,15 @@ void filterByPath(char *text, int *length, const char *path, char *scratch,
     const std::size_t open = pathOpens.from(p);
     const std::size_t close = pathCloses.from(p);
     if (open != kNone && close != kNone) {
-      // The value is taken to run (distance between the tags - 6) characters; it begins with
-      // the prefix when it is at least that long and the text there starts with it.
-      const long long valueLength = static_cast<long long>(close) - static_cast<long long>(open) - 6;
+      // The value is taken to run (distance between the tags - 6) characters (none when the
+      // closing tag comes first); it begins with the prefix when it is at least that long and
+      // the text there starts with it.
+      long long valueLength = static_cast<long long>(close) - static_cast<long long>(open) - 6;
+      if (valueLength < 0) valueLength = 0;
       const std::size_t value = open + valueOffset;
-      keep = valueLength >= static_cast<long long>(prefix.size()) && value <= size &&
-             size - value >= prefix.size() &&
-             std::memcmp(text + value, prefix.data(), prefix.size()) == 0;
+      keep = valueLength >= static_cast<long long>(prefix.size()) &&
+             (prefix.empty() || (value < size && size - value >= prefix.size() &&
+                                 std::memcmp(text + value, prefix.data(), prefix.size()) == 0));
     }
     std::size_t next;
     if (keep) {
