@@ -1,6 +1,7 @@
 #include "save/info_file.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,14 +25,46 @@ void reportNoMemory(const char *where) {
   std::fprintf(stderr, "%s: Failed to allocate memory.\n", where);
 }
 
+// The text of an info file, in memory mapped straight from the system so that it can grow
+// without a copy and be backed by large pages (an info file can hold hundreds of megabytes).
+class TextBuffer {
+ public:
+  TextBuffer() = default;
+  TextBuffer(const TextBuffer &) = delete;
+  TextBuffer &operator=(const TextBuffer &) = delete;
+  ~TextBuffer() {
+    if (data_ != nullptr) munmap(data_, capacity_);
+  }
+  char *data() const { return data_; }
+  std::size_t capacity() const { return capacity_; }
+
+  // Makes room for `capacity` bytes, keeping the bytes held so far. False when memory runs out.
+  bool reserve(std::size_t capacity) {
+    capacity = (capacity + kPage - 1) / kPage * kPage;
+    void *area = data_ == nullptr
+                     ? mmap(nullptr, capacity, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS,
+                            -1, 0)
+                     : mremap(data_, capacity_, capacity, MREMAP_MAYMOVE);
+    if (area == MAP_FAILED) return false;
+    data_ = static_cast<char *>(area);
+    capacity_ = capacity;
+    madvise(data_, capacity_, MADV_HUGEPAGE);
+    return true;
+  }
+
+ private:
+  static constexpr std::size_t kPage = 2 << 20;
+  char *data_ = nullptr;
+  std::size_t capacity_ = 0;
+};
+
 struct Buffers {
   char *name = nullptr;
-  char *text = nullptr;
   char *scratch = nullptr;
+  TextBuffer text;
   int fd = -1;
   ~Buffers() {
     std::free(name);
-    std::free(text);
     std::free(scratch);
     if (fd >= 0) close(fd);
   }
@@ -39,33 +72,28 @@ struct Buffers {
 
 // Reads the open file until a read returns 0. Its stat size is only a first guess at the room
 // needed (the file system reports 0 for its virtual files); the buffer grows geometrically.
-// Returns 0 with the text terminated at *size, 12, or the errno of a failed read.
-int readWhole(int fd, char **text, std::size_t *size) {
+// Returns 0 with the text terminated where the data ends, 12, or the errno of a failed read.
+int readWhole(int fd, TextBuffer &text) {
   std::size_t capacity = kReadStep + 1;
   struct stat info;
   if (fstat(fd, &info) == 0 && info.st_size > 0 &&
       static_cast<unsigned long long>(info.st_size) < kLargestText)
     capacity = static_cast<std::size_t>(info.st_size) + kReadStep + 1;
-  char *buffer = static_cast<char *>(std::malloc(capacity));
-  if (buffer == nullptr) {
+  if (!text.reserve(capacity)) {
     reportNoMemory("util/trovan/trovan[3043]");
     return 12;
   }
-  *text = buffer;
   std::size_t used = 0;
   for (;;) {
-    if (used == capacity - 1) {
-      std::size_t grown = capacity + (capacity < kReadStep ? kReadStep : capacity);
+    if (used == text.capacity() - 1) {
+      std::size_t grown = 2 * text.capacity();
       if (grown > kLargestText + 1) grown = kLargestText + 1;
-      char *larger = grown > capacity ? static_cast<char *>(std::realloc(buffer, grown)) : nullptr;
-      if (larger == nullptr) {
+      if (grown <= text.capacity() || !text.reserve(grown)) {
         reportNoMemory("util/trovan/trovan[3056]");
         return 12;
       }
-      *text = buffer = larger;
-      capacity = grown;
     }
-    const ssize_t count = read(fd, buffer + used, capacity - 1 - used);
+    const ssize_t count = read(fd, text.data() + used, text.capacity() - 1 - used);
     if (count == 0) break;
     if (count < 0) {
       if (errno == EINTR) continue;
@@ -75,8 +103,7 @@ int readWhole(int fd, char **text, std::size_t *size) {
     }
     used += static_cast<std::size_t>(count);
   }
-  buffer[used] = '\0';
-  *size = used;
+  text.data()[used] = '\0';
   return 0;
 }
 
@@ -119,14 +146,14 @@ int extractInfoFile(const char *infoDir, const char *fileName, const char *path,
     std::fprintf(stderr, "Unable to open %s.  err=%m\n", buffers.name);
     return -1;
   }
-  std::size_t size = 0;
-  if (int status = readWhole(buffers.fd, &buffers.text, &size); status != 0) return status;
+  if (int status = readWhole(buffers.fd, buffers.text); status != 0) return status;
 
   // The text ends at its first NUL.
-  int length = static_cast<int>(std::strlen(buffers.text));
+  char *text = buffers.text.data();
+  int length = static_cast<int>(std::strlen(text));
   if (length == 0) return 0;
-  stripReplyWrapper(buffers.text, &length);
-  if (filterByUserType(fileName, buffers.text, &length) != 0) return -1;
+  stripReplyWrapper(text, &length);
+  if (filterByUserType(fileName, text, &length) != 0) return -1;
 
   if (path != nullptr) {
     // Only the unfiltered rest after an element without an end tag is ever copied into the
@@ -136,10 +163,10 @@ int extractInfoFile(const char *infoDir, const char *fileName, const char *path,
       std::fprintf(stderr, "%s: Failed to realloc memory.\n", "util/trovan/trovan[3128]");
       return 12;
     }
-    filterByPath(buffers.text, &length, path, buffers.scratch, elementName);
+    filterByPath(text, &length, path, buffers.scratch, elementName);
   }
 
-  if (write(1, buffers.text, std::strlen(buffers.text)) < 0) {
+  if (write(1, text, std::strlen(text)) < 0) {
     const int error = errno;
     std::fprintf(stderr, "Error %m saving information to standard out\n");
     return error;

@@ -1,8 +1,10 @@
 #include "save/info_filters.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string.h>
+#include <functional>
 #include <string_view>
 
 // Both filters decide what to drop in one forward pass and close the gaps as they go. Every
@@ -21,16 +23,17 @@ constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 class ForwardSearch {
  public:
   ForwardSearch(const char *text, std::size_t size, std::string_view needle)
-      : text_(text), size_(size), needle_(needle) {}
+      : text_(text), size_(size), needle_(needle), searcher_(needle.begin(), needle.end()) {}
 
   std::size_t from(std::size_t position) {
     if (known_ && (found_ == kNone || found_ >= position)) return found_;
     known_ = true;
     found_ = kNone;
     if (position <= size_) {
-      const void *hit =
-          memmem(text_ + position, size_ - position, needle_.data(), needle_.size());
-      if (hit != nullptr) found_ = static_cast<std::size_t>(static_cast<const char *>(hit) - text_);
+      // Most searches end a few bytes further on: the skip table is built once per text.
+      const char *hit = std::search(text_ + position, text_ + size_, searcher_);
+      if (hit != text_ + size_ || needle_.empty())
+        found_ = static_cast<std::size_t>(hit - text_);
     }
     return found_;
   }
@@ -39,6 +42,7 @@ class ForwardSearch {
   const char *text_;
   std::size_t size_;
   std::string_view needle_;
+  std::boyer_moore_horspool_searcher<std::string_view::const_iterator> searcher_;
   bool known_ = false;
   std::size_t found_ = kNone;
 };
