@@ -46,8 +46,8 @@ std::size_t emptyEndPosition = 0;
 // No NUL byte lies in [the start of any later shift's rest, nulScan), unless data[nulScan] is one.
 std::size_t nulScan = 0;
 
-bool isBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+inline bool isBlank(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');  // the C locale's white space
 }
 
 bool startsWith(std::size_t at, const char *text, std::size_t length) {
@@ -66,23 +66,29 @@ void compact() {
   nulScan = nulScan > offset ? nulScan - offset : 0;
 }
 
-// Tops the window up to 8,192 bytes, reading ahead in large blocks when the loaded input does
-// not reach that far. Returns 0, or the errno of a failed read after its message.
-int refill() {
-  if (loaded < windowStart + kInputWindowSize) {
-    if (kReadAheadSize - loaded < kCompactBelow) compact();
-    const std::size_t before = loaded;
-    while (loaded < windowStart + kInputWindowSize) {
-      const ssize_t count = read(inputFd, data + loaded, kReadAheadSize - loaded);
-      if (count == 0) break;
-      if (count < 0) {
-        if (loaded > before) break;  // use what came; the next refill meets the error again
-        const int error = errno;
-        std::fprintf(stderr, "Error %m reading the input file.\n");
-        return error;
-      }
-      loaded += static_cast<std::size_t>(count);
+// Reads ahead in large blocks until the loaded input reaches the window's full extent or the
+// input ends. Returns 0, or the errno of a failed read after its message.
+int readAhead() {
+  if (kReadAheadSize - loaded < kCompactBelow) compact();
+  const std::size_t before = loaded;
+  while (loaded < windowStart + kInputWindowSize) {
+    const ssize_t count = read(inputFd, data + loaded, kReadAheadSize - loaded);
+    if (count == 0) break;
+    if (count < 0) {
+      if (loaded > before) break;  // use what came; the next refill meets the error again
+      const int error = errno;
+      std::fprintf(stderr, "Error %m reading the input file.\n");
+      return error;
     }
+    loaded += static_cast<std::size_t>(count);
+  }
+  return 0;
+}
+
+// Tops the window up to 8,192 bytes. Returns 0, or the errno of a failed read.
+inline int refill() {
+  if (loaded < windowStart + kInputWindowSize) [[unlikely]] {
+    if (const int error = readAhead(); error != 0) return error;
   }
   windowEnd = std::min(windowStart + kInputWindowSize, loaded);
   return 0;
@@ -122,21 +128,29 @@ int parseTag(char *name, unsigned long *isEndTag) {
   const std::size_t nameStart = position;
   std::size_t length = 0;
   bool blankSeen = false;
-  while (position < windowEnd && data[position] != '>' && data[position] != '/') {
-    const char c = data[position];
-    if (isBlank(c)) {
+  const char *at = data + position;
+  const char *const end = data + windowEnd;
+  // The name proper: up to '>', '/', a blank or the data's end.
+  while (at < end && *at != '>' && *at != '/' && !isBlank(*at)) {
+    if (length < kTagNameSize - 1) name[length++] = *at;
+    ++at;
+  }
+  // After a blank only the type="adID" marker (with its blank) joins the name.
+  while (at < end && *at != '>' && *at != '/') {
+    if (isBlank(*at)) {
       blankSeen = true;
-      if (startsWith(position + 1, kAdMarker, kAdMarkerLength)) {
-        appendName(name, length, data + position, 1 + kAdMarkerLength);
-        position += 1 + kAdMarkerLength;
+      if (startsWith(static_cast<std::size_t>(at - data) + 1, kAdMarker, kAdMarkerLength)) {
+        appendName(name, length, at, 1 + kAdMarkerLength);
+        at += 1 + kAdMarkerLength;
         continue;
       }
     } else if (!blankSeen) {
-      appendName(name, length, &c, 1);
+      appendName(name, length, at, 1);
     }
-    ++position;
+    ++at;
   }
   name[length] = '\0';
+  position = static_cast<std::size_t>(at - data);
   // A tag cut off by the end of the data is taken as ending there.
   if (position == windowEnd) return 0;
   if (data[position] == '>') {
@@ -185,7 +199,8 @@ int readTagUntraced(char *name, unsigned long *isEndTag) {
         }
         continue;
       }
-      if (c == '<' && startsWith(position, kCdataOpen, kCdataOpenLength)) {
+      if (c == '<' && position + 1 < windowEnd && data[position + 1] == '!' &&
+          startsWith(position, kCdataOpen, kCdataOpenLength)) {
         inCdata = true;
         ++position;
         continue;
