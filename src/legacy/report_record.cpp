@@ -58,11 +58,11 @@ void writeWithSlashes(std::FILE *out, std::string_view piece) {
   for (;;) {
     const std::size_t backslash = piece.find('\\');
     if (backslash == std::string_view::npos) {
-      std::fwrite(piece.data(), 1, piece.size(), out);
+      fwrite_unlocked(piece.data(), 1, piece.size(), out);
       return;
     }
-    std::fwrite(piece.data(), 1, backslash, out);
-    std::fputc('/', out);
+    fwrite_unlocked(piece.data(), 1, backslash, out);
+    fputc_unlocked('/', out);
     piece.remove_prefix(backslash + 1);
   }
 }
@@ -72,7 +72,7 @@ void writeWithSlashes(std::FILE *out, std::string_view piece) {
 void RecordValue::writeTo(std::FILE *out) const {
   switch (kind_) {
     case Kind::kText:
-      std::fwrite(pieces_[0].data(), 1, pieces_[0].size(), out);
+      fwrite_unlocked(pieces_[0].data(), 1, pieces_[0].size(), out);
       return;
     case Kind::kPath:
       for (std::size_t i = 0; i < pieceCount_; ++i) writeWithSlashes(out, pieces_[i]);
@@ -80,7 +80,7 @@ void RecordValue::writeTo(std::FILE *out) const {
     case Kind::kElements:
       for (const char letter : pieces_[0]) {
         const char *element = rightLetterToElement(letter);
-        if (element != nullptr) std::fputs(element, out);
+        if (element != nullptr) fputs_unlocked(element, out);
       }
       return;
   }
@@ -91,9 +91,9 @@ void writeRecord(std::FILE *out, const char *form, std::initializer_list<RecordV
   for (const RecordValue &value : values) {
     const std::size_t slot = rest.find("%s");
     if (slot == std::string_view::npos) break;
-    std::fwrite(rest.data(), 1, slot, out);
+    fwrite_unlocked(rest.data(), 1, slot, out);
     value.writeTo(out);
     rest.remove_prefix(slot + 2);
   }
-  std::fwrite(rest.data(), 1, rest.size(), out);
+  fwrite_unlocked(rest.data(), 1, rest.size(), out);
 }
