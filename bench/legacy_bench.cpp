@@ -23,12 +23,21 @@ std::string writeReport(long lines) {
   std::fputs("TRUSTEE.KXM\r\n", out);
   for (long i = 0; i < lines; ++i) {
     switch (i % 6) {
-      case 0: std::fprintf(out, "\"TRUSTEE\",\"VOL1:\\HOME\\USER%ld\",\"x\",\"USER%ld.SALES\",\"RWCEMF\"\r\n", i, i); break;
-      case 1: std::fprintf(out, "\"IRM\",\"VOL1:\\HOME\\USER%ld\",\"x\",\"SRF\",\"\"\r\n", i); break;
-      case 2: std::fprintf(out, "\"DIRQUOTA\",\"VOL1:\\SHARED\\D%ld\",\"x\",\"1048576\",\"2048\"\r\n", i); break;
-      case 3: std::fprintf(out, "\"USERQUOTA\",\"VOL1:\",\"x\",\"USER%ld.SALES\",\"512000\"\r\n", i); break;
-      case 4: std::fprintf(out, "\"ATTR\",\"VOL1:\\HOME\\USER%ld\",\"x\",\"H\",\"\"\r\n", i); break;
-      default: std::fprintf(out, "\"TRUSTEE\",\"APPS\\TOOLS\\T%ld\",\"x\",\"[Public]\",\"RF\"\r\n", i); break;
+    case 0:
+      std::fprintf(
+          out, "\"TRUSTEE\",\"VOL1:\\HOME\\USER%ld\",\"x\",\"USER%ld.SALES\",\"RWCEMF\"\r\n", i, i);
+      break;
+    case 1: std::fprintf(out, "\"IRM\",\"VOL1:\\HOME\\USER%ld\",\"x\",\"SRF\",\"\"\r\n", i); break;
+    case 2:
+      std::fprintf(out, "\"DIRQUOTA\",\"VOL1:\\SHARED\\D%ld\",\"x\",\"1048576\",\"2048\"\r\n", i);
+      break;
+    case 3:
+      std::fprintf(out, "\"USERQUOTA\",\"VOL1:\",\"x\",\"USER%ld.SALES\",\"512000\"\r\n", i);
+      break;
+    case 4: std::fprintf(out, "\"ATTR\",\"VOL1:\\HOME\\USER%ld\",\"x\",\"H\",\"\"\r\n", i); break;
+    default:
+      std::fprintf(out, "\"TRUSTEE\",\"APPS\\TOOLS\\T%ld\",\"x\",\"[Public]\",\"RF\"\r\n", i);
+      break;
     }
   }
   std::fclose(out);
@@ -36,8 +45,7 @@ std::string writeReport(long lines) {
 }
 
 // Seconds taken by `work` with `path` on standard input.
-template <typename Work>
-double timed(const std::string &path, Work work) {
+template <typename Work> double timed(const std::string &path, Work work) {
   const int fd = open(path.c_str(), O_RDONLY);
   const int savedStdin = dup(0);
   dup2(fd, 0);
@@ -87,7 +95,7 @@ double best(double (*measure)(const std::string &), const std::string &path) {
   return fastest;
 }
 
-}  // namespace
+} // namespace
 
 int main() {
   char pattern[] = "/tmp/legacy-bench-XXXXXX";
@@ -105,11 +113,12 @@ int main() {
   const double documentCopy = best(copySeconds, document);
   std::printf("convert   100,000 lines: %8.3f s\n", smallConvert);
   std::printf("convert 1,000,000 lines: %8.3f s\n", largeConvert);
-  std::printf("ratio 1,000,000 / 100,000: %.2f (linear is about 10)\n", largeConvert / smallConvert);
+  std::printf("ratio 1,000,000 / 100,000: %.2f (linear is about 10)\n",
+              largeConvert / smallConvert);
   std::printf("copy of the 1,000,000-line report:   %8.3f s (convert / copy: %.1f)\n", largeCopy,
               largeConvert / largeCopy);
-  std::printf("copy of the 1,000,000-line document: %8.3f s (convert / copy: %.1f)\n",
-              documentCopy, largeConvert / documentCopy);
+  std::printf("copy of the 1,000,000-line document: %8.3f s (convert / copy: %.1f)\n", documentCopy,
+              largeConvert / documentCopy);
   const std::string cleanup = "rm -rf '" + directory + "'";
   return std::system(cleanup.c_str()) == 0 ? 0 : 1;
 }

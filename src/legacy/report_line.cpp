@@ -12,7 +12,7 @@ namespace {
 // is the same as reading one byte per call, but the report is converted in linear time. Reading
 // ahead is safe: nothing but the conversion ever reads standard input.
 constexpr std::size_t kBlockSize = 64 * 1024;
-constexpr std::size_t kLineStep = 80;  // a line buffer starts at 80 bytes and grows in steps of 80
+constexpr std::size_t kLineStep = 80; // a line buffer starts at 80 bytes and grows in steps of 80
 
 char block[kBlockSize];
 std::size_t blockStart = 0;
@@ -42,7 +42,7 @@ char *noBuffer(char *line) {
   return nullptr;
 }
 
-}  // namespace
+} // namespace
 
 char *readReportLine() {
   for (;;) {
@@ -56,7 +56,8 @@ char *readReportLine() {
   std::size_t length = 0;
   do {
     std::size_t stop = blockStart;
-    while (stop < blockEnd && !isLineEnd(block[stop])) ++stop;
+    while (stop < blockEnd && !isLineEnd(block[stop]))
+      ++stop;
     const std::size_t count = stop - blockStart;
     // Room for the bytes and the terminating NUL.
     if (length + count + 1 > capacity) {
@@ -70,7 +71,7 @@ char *readReportLine() {
     length += count;
     blockStart = stop;
     if (stop < blockEnd) {
-      ++blockStart;  // the line end is consumed, not stored
+      ++blockStart; // the line end is consumed, not stored
       break;
     }
   } while (haveInput());

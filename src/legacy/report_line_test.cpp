@@ -13,7 +13,7 @@
 namespace {
 
 class ReadReportLine : public testing::Test {
- protected:
+protected:
   void SetUp() override { resetReportInput(); }
   void TearDown() override { resetReportInput(); }
 
@@ -50,7 +50,9 @@ TEST_F(ReadReportLine, EmptyInputGivesNull) {
   EXPECT_EQ(lines("\r\n\r\n"), Lines{});
 }
 
-TEST_F(ReadReportLine, LastLineWithoutLineEnd) { EXPECT_EQ(lines("x\nlast"), (Lines{"x", "last"})); }
+TEST_F(ReadReportLine, LastLineWithoutLineEnd) {
+  EXPECT_EQ(lines("x\nlast"), (Lines{"x", "last"}));
+}
 
 TEST_F(ReadReportLine, LinesAroundTheEightyByteStep) {
   for (std::size_t length : {1u, 79u, 80u, 81u, 159u, 160u, 161u, 1000u}) {
@@ -99,7 +101,7 @@ TEST_F(ReadReportLine, NulByteEndsTheText) {
 
 TEST_F(ReadReportLine, ReadErrorIsTheEndOfInput) {
   const int savedStdin = dup(0);
-  close(0);  // reads from descriptor 0 now fail with EBADF
+  close(0); // reads from descriptor 0 now fail with EBADF
   char *line = readReportLine();
   dup2(savedStdin, 0);
   close(savedStdin);
@@ -107,4 +109,4 @@ TEST_F(ReadReportLine, ReadErrorIsTheEndOfInput) {
   std::free(line);
 }
 
-}  // namespace
+} // namespace

@@ -67,22 +67,21 @@ void writeWithSlashes(std::FILE *out, std::string_view piece) {
   }
 }
 
-}  // namespace
+} // namespace
 
 void RecordValue::writeTo(std::FILE *out) const {
   switch (kind_) {
-    case Kind::kText:
-      fwrite_unlocked(pieces_[0].data(), 1, pieces_[0].size(), out);
-      return;
-    case Kind::kPath:
-      for (std::size_t i = 0; i < pieceCount_; ++i) writeWithSlashes(out, pieces_[i]);
-      return;
-    case Kind::kElements:
-      for (const char letter : pieces_[0]) {
-        const char *element = rightLetterToElement(letter);
-        if (element != nullptr) fputs_unlocked(element, out);
-      }
-      return;
+  case Kind::kText: fwrite_unlocked(pieces_[0].data(), 1, pieces_[0].size(), out); return;
+  case Kind::kPath:
+    for (std::size_t i = 0; i < pieceCount_; ++i)
+      writeWithSlashes(out, pieces_[i]);
+    return;
+  case Kind::kElements:
+    for (const char letter : pieces_[0]) {
+      const char *element = rightLetterToElement(letter);
+      if (element != nullptr) fputs_unlocked(element, out);
+    }
+    return;
   }
 }
 

@@ -9,7 +9,7 @@
 // slashes, or the right elements of a run of report letters (letter by letter, repeats included;
 // a letter that is no right writes nothing after "Invalid access right : %c").
 class RecordValue {
- public:
+public:
   static RecordValue text(const char *value);
   static RecordValue elementsOf(const char *letters);
   // The path of field 1 under the -r prefix (or none): the combined text "/prefix/field1" (no
@@ -18,7 +18,7 @@ class RecordValue {
 
   void writeTo(std::FILE *out) const;
 
- private:
+private:
   enum class Kind { kText, kPath, kElements };
   static constexpr std::size_t kMaxPieces = 4;
   Kind kind_ = Kind::kText;

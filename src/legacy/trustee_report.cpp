@@ -33,7 +33,7 @@ Kind kindOf(const char *keyword) {
 
 // Owns the output file, the -t/-r settings and the buffer of tree-qualified names for one pass.
 class Conversion {
- public:
+public:
   Conversion(const char *tree, const char *prefix) : tree_(tree), prefix_(prefix) {}
   ~Conversion() {
     std::free(qualifiedName_);
@@ -66,37 +66,36 @@ class Conversion {
       }
     }
     switch (kind) {
-      case Kind::kTrustee: {
-        const char *name = qualified(field[3]);
-        if (name == nullptr) return false;
-        writeRecord(out_, kTrusteeSectionOpen, {});
-        writeRecord(out_, kTrusteeFileRecord,
-                    {RecordValue::path(prefix_, field[1]), RecordValue::text(name),
-                     RecordValue::text(""), RecordValue::text(field[4]),
-                     RecordValue::elementsOf(field[4])});
-        writeRecord(out_, kTrusteeSectionClose, {});
-        return true;
-      }
-      case Kind::kFilter:
-        writeRecord(out_, kTrusteeSectionOpen, {});
-        writeRecord(out_, kFilterFileRecord,
-                    {RecordValue::path(prefix_, field[1]), RecordValue::text(field[3]),
-                     RecordValue::elementsOf(field[3])});
-        writeRecord(out_, kTrusteeSectionClose, {});
-        return true;
-      case Kind::kDirQuota:
-        writeRecord(out_, kDirQuotaSection,
-                    {RecordValue::path(prefix_, field[1]), RecordValue::text(field[4]),
-                     RecordValue::text(field[3])});
-        return true;
-      case Kind::kUserQuota: {
-        const char *name = qualified(field[3]);
-        if (name == nullptr) return false;
-        writeRecord(out_, kUserQuotaSection, {RecordValue::text(field[4]), RecordValue::text(name)});
-        return true;
-      }
-      case Kind::kOther:
-        break;
+    case Kind::kTrustee: {
+      const char *name = qualified(field[3]);
+      if (name == nullptr) return false;
+      writeRecord(out_, kTrusteeSectionOpen, {});
+      writeRecord(out_, kTrusteeFileRecord,
+                  {RecordValue::path(prefix_, field[1]), RecordValue::text(name),
+                   RecordValue::text(""), RecordValue::text(field[4]),
+                   RecordValue::elementsOf(field[4])});
+      writeRecord(out_, kTrusteeSectionClose, {});
+      return true;
+    }
+    case Kind::kFilter:
+      writeRecord(out_, kTrusteeSectionOpen, {});
+      writeRecord(out_, kFilterFileRecord,
+                  {RecordValue::path(prefix_, field[1]), RecordValue::text(field[3]),
+                   RecordValue::elementsOf(field[3])});
+      writeRecord(out_, kTrusteeSectionClose, {});
+      return true;
+    case Kind::kDirQuota:
+      writeRecord(out_, kDirQuotaSection,
+                  {RecordValue::path(prefix_, field[1]), RecordValue::text(field[4]),
+                   RecordValue::text(field[3])});
+      return true;
+    case Kind::kUserQuota: {
+      const char *name = qualified(field[3]);
+      if (name == nullptr) return false;
+      writeRecord(out_, kUserQuotaSection, {RecordValue::text(field[4]), RecordValue::text(name)});
+      return true;
+    }
+    case Kind::kOther: break;
     }
     return true;
   }
@@ -114,7 +113,7 @@ class Conversion {
 
   std::FILE *out() const { return out_; }
 
- private:
+private:
   // The name with "." and the tree appended, unless there is no tree or it is [Public]. Null
   // after "Error getting enough buffer for TRUSTEE fdn".
   const char *qualified(const char *name) {
@@ -123,7 +122,8 @@ class Conversion {
     const std::size_t treeLength = std::strlen(tree_);
     const std::size_t needed = nameLength + 1 + treeLength + 1;
     if (needed > qualifiedCapacity_) {
-      const std::size_t capacity = needed > 2 * qualifiedCapacity_ ? needed : 2 * qualifiedCapacity_;
+      const std::size_t capacity =
+          needed > 2 * qualifiedCapacity_ ? needed : 2 * qualifiedCapacity_;
       char *grown = static_cast<char *>(std::realloc(qualifiedName_, capacity));
       if (grown == nullptr) {
         std::fprintf(stderr, "Error getting enough buffer for TRUSTEE fdn\n");
@@ -145,7 +145,7 @@ class Conversion {
   std::size_t qualifiedCapacity_ = 0;
 };
 
-}  // namespace
+} // namespace
 
 int convertTrusteeReport(const char *tree, const char *outputPath, const char *prefix) {
   char *header = readReportLine();

@@ -1,6 +1,8 @@
 #include "legacy/trustee_report.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
 
 #include <string>
 
@@ -20,7 +22,7 @@ struct Conversion {
 };
 
 class ConvertTrusteeReport : public testing::Test {
- protected:
+protected:
   void SetUp() override { resetReportInput(); }
   void TearDown() override { resetReportInput(); }
 
@@ -62,12 +64,12 @@ std::string document(const std::string &body) { return "<metadata>\n" + body + "
 
 TEST_F(ConvertTrusteeReport, TrusteeWithTreeAndNoPrefix) {
   const Conversion got =
-      convert(std::string(kHeader) + R"("TRUSTEE","VOL1:\HOME\JDOE","x","JDOE.SALES","RWF")" "\r\n");
+      convert(std::string(kHeader) + R"("TRUSTEE","VOL1:\HOME\JDOE","x","JDOE.SALES","RWF")"
+                                     "\r\n");
   EXPECT_EQ(got.result, 0);
   EXPECT_EQ(got.errors, kNotices);
-  EXPECT_EQ(got.document,
-            document(trusteeRecord("/HOME/JDOE", "JDOE.SALES.CORP", "RWF",
-                                   "<read/><write/><fileScan/>")));
+  EXPECT_EQ(got.document, document(trusteeRecord("/HOME/JDOE", "JDOE.SALES.CORP", "RWF",
+                                                 "<read/><write/><fileScan/>")));
 }
 
 TEST_F(ConvertTrusteeReport, PublicTrusteeStaysUnqualified) {
@@ -189,8 +191,8 @@ TEST_F(ConvertTrusteeReport, RightsWrittenLetterByLetterInTheirOrder) {
 }
 
 TEST_F(ConvertTrusteeReport, LetterThatIsNoRightWritesNothingAndIsReported) {
-  const Conversion got =
-      convert(std::string(kHeader) + R"("TRUSTEE","V:\A","x","N","R[V]x")" "\n");
+  const Conversion got = convert(std::string(kHeader) + R"("TRUSTEE","V:\A","x","N","R[V]x")"
+                                                        "\n");
   EXPECT_EQ(got.result, 0);
   EXPECT_EQ(got.document, document(trusteeRecord("/A", "N.CORP", "R[V]x", "<read/>")));
   EXPECT_EQ(got.errors, std::string(kNotices) +
@@ -201,7 +203,8 @@ TEST_F(ConvertTrusteeReport, LetterThatIsNoRightWritesNothingAndIsReported) {
 // --- Lines that write nothing ---
 
 TEST_F(ConvertTrusteeReport, ThreeValueFieldsIsAnInvalidEntry) {
-  const Conversion got = convert(std::string(kHeader) + R"("TRUSTEE","VOL1:\HOME","x","JDOE")" "\n");
+  const Conversion got = convert(std::string(kHeader) + R"("TRUSTEE","VOL1:\HOME","x","JDOE")"
+                                                        "\n");
   EXPECT_EQ(got.result, 0);
   EXPECT_EQ(got.document, document(""));
   EXPECT_EQ(got.errors,
@@ -209,14 +212,19 @@ TEST_F(ConvertTrusteeReport, ThreeValueFieldsIsAnInvalidEntry) {
 }
 
 TEST_F(ConvertTrusteeReport, InvalidEntriesCountOnlyNonEmptyLinesAfterTheHeader) {
-  const Conversion got = convert(std::string(kHeader) +
-                                 "\r\n"
-                                 R"("TRUSTEE","V:\A","x","N","R")" "\r\n\r\n"
-                                 R"("ATTR","V:\A")" "\n\n\n"
-                                 R"("DIRQUOTAS","V:\A","x","1")" "\r"
-                                 R"("IRM")" "\r\n"
-                                 R"("USERQUOTA","V:","x","N",)" "\n"
-                                 R"("TRUSTEE")" "\n");
+  const Conversion got = convert(std::string(kHeader) + "\r\n"
+                                                        R"("TRUSTEE","V:\A","x","N","R")"
+                                                        "\r\n\r\n"
+                                                        R"("ATTR","V:\A")"
+                                                        "\n\n\n"
+                                                        R"("DIRQUOTAS","V:\A","x","1")"
+                                                        "\r"
+                                                        R"("IRM")"
+                                                        "\r\n"
+                                                        R"("USERQUOTA","V:","x","N",)"
+                                                        "\n"
+                                                        R"("TRUSTEE")"
+                                                        "\n");
   EXPECT_EQ(got.result, 0);
   EXPECT_EQ(got.document, document(trusteeRecord("/A", "N.CORP", "R", "<read/>")));
   EXPECT_EQ(got.errors, std::string(kNotices) +
@@ -227,8 +235,11 @@ TEST_F(ConvertTrusteeReport, InvalidEntriesCountOnlyNonEmptyLinesAfterTheHeader)
 }
 
 TEST_F(ConvertTrusteeReport, FieldShorterThanTwoCharactersIsMissing) {
-  const Conversion got = convert(std::string(kHeader) + R"("IRM","V:\A",x,"R","y")" "\n" +
-                                 R"("IRM","V:\A","x","R",")" "\n");
+  const Conversion got = convert(std::string(kHeader) +
+                                 R"("IRM","V:\A",x,"R","y")"
+                                 "\n" +
+                                 R"("IRM","V:\A","x","R",")"
+                                 "\n");
   EXPECT_EQ(got.document, document(""));
   EXPECT_EQ(got.errors, std::string(kNotices) +
                             "Invalid entry for \"IRM in input file at line 1.\n"
@@ -236,9 +247,15 @@ TEST_F(ConvertTrusteeReport, FieldShorterThanTwoCharactersIsMissing) {
 }
 
 TEST_F(ConvertTrusteeReport, AttrAndOwnerLinesWriteAndPrintNothing) {
-  const Conversion got = convert(std::string(kHeader) + R"("ATTR","VOL1:\HOME","x","RO","y")" "\n" +
-                                 R"("OWNER","VOL1:\HOME","x","JDOE.SALES","y")" "\n" +
-                                 R"("ATTR")" "\n" R"("OWNER","V")" "\n");
+  const Conversion got = convert(std::string(kHeader) +
+                                 R"("ATTR","VOL1:\HOME","x","RO","y")"
+                                 "\n" +
+                                 R"("OWNER","VOL1:\HOME","x","JDOE.SALES","y")"
+                                 "\n" +
+                                 R"("ATTR")"
+                                 "\n"
+                                 R"("OWNER","V")"
+                                 "\n");
   EXPECT_EQ(got.result, 0);
   EXPECT_EQ(got.document, document(""));
   EXPECT_EQ(got.errors, kNotices);
@@ -252,7 +269,8 @@ TEST_F(ConvertTrusteeReport, LineWithoutFieldZeroIsPassedOverSilently) {
 
 TEST_F(ConvertTrusteeReport, KeywordReadWithoutItsFirstCharacterIsUnknown) {
   // The first character is dropped as a quote whatever it is: "RUSTEE" is no keyword.
-  const Conversion got = convert(std::string(kHeader) + R"(TRUSTEE","V:\A","x","N","R")" "\n");
+  const Conversion got = convert(std::string(kHeader) + R"(TRUSTEE","V:\A","x","N","R")"
+                                                        "\n");
   EXPECT_EQ(got.document, document(""));
   EXPECT_EQ(got.errors, kNotices);
 }
@@ -266,10 +284,12 @@ TEST_F(ConvertTrusteeReport, FieldsAfterTheFourthAreIgnored) {
 
 TEST_F(ConvertTrusteeReport, LineEndingInACommaStopsAtTheEndOfTheText) {
   // The final comma is no separator: it stays in the last field, whose closing quote is kept.
-  const Conversion last = convert(std::string(kHeader) + R"("TRUSTEE","V:\A","x","N","R",)" "\n");
+  const Conversion last = convert(std::string(kHeader) + R"("TRUSTEE","V:\A","x","N","R",)"
+                                                         "\n");
   EXPECT_EQ(last.document, document(trusteeRecord("/A", "N.CORP", "R\"", "<read/>")));
   EXPECT_EQ(last.errors, std::string(kNotices) + "Invalid access right : \"\n");
-  const Conversion got = convert(std::string(kHeader) + R"("TRUSTEE","V:\A","x","N",)" "\n");
+  const Conversion got = convert(std::string(kHeader) + R"("TRUSTEE","V:\A","x","N",)"
+                                                        "\n");
   EXPECT_EQ(got.document, document(""));
   EXPECT_EQ(got.errors,
             std::string(kNotices) + "Invalid entry for \"TRUSTEE in input file at line 1.\n");
@@ -288,7 +308,9 @@ TEST_F(ConvertTrusteeReport, ValuesAreNotEscaped) {
 // --- Lines and the header ---
 
 TEST_F(ConvertTrusteeReport, HeaderIsJudgedOnItsFirstElevenCharacters) {
-  const Conversion got = convert("TRUSTEE.KXM listing\n" R"("TRUSTEE","V:\A","x","N","R")" "\n");
+  const Conversion got = convert("TRUSTEE.KXM listing\n"
+                                 R"("TRUSTEE","V:\A","x","N","R")"
+                                 "\n");
   EXPECT_EQ(got.result, 0);
   EXPECT_EQ(got.document, document(trusteeRecord("/A", "N.CORP", "R", "<read/>")));
 }
@@ -363,30 +385,102 @@ TEST_F(ConvertTrusteeReport, OutputThatCannotBeWritten) {
 }
 
 TEST_F(ConvertTrusteeReport, AllKindsInOneReport) {
-  const Conversion got = convert(
-      "TRUSTEE.KXM /R\r\n"
-      R"("TRUSTEE","VOL1:\HOME\JDOE","x","JDOE.SALES","RWF")" "\r\n"
-      R"("ATTR","VOL1:\HOME\JDOE","x","H","")" "\r\n"
-      R"("IRM","HOME","x","SRF","y")" "\r\n"
-      R"("OWNER","VOL1:\HOME","x","ADMIN","")" "\r\n"
-      R"("DIRQUOTA","VOL1:\SHARED","x","1048576","2048")" "\r\n"
-      R"("USERQUOTA","VOL1:","x","[Public]","512000")" "\r\n",
-      "CORP", "/vol");
+  const Conversion got = convert("TRUSTEE.KXM /R\r\n"
+                                 R"("TRUSTEE","VOL1:\HOME\JDOE","x","JDOE.SALES","RWF")"
+                                 "\r\n"
+                                 R"("ATTR","VOL1:\HOME\JDOE","x","H","")"
+                                 "\r\n"
+                                 R"("IRM","HOME","x","SRF","y")"
+                                 "\r\n"
+                                 R"("OWNER","VOL1:\HOME","x","ADMIN","")"
+                                 "\r\n"
+                                 R"("DIRQUOTA","VOL1:\SHARED","x","1048576","2048")"
+                                 "\r\n"
+                                 R"("USERQUOTA","VOL1:","x","[Public]","512000")"
+                                 "\r\n",
+                                 "CORP", "/vol");
   EXPECT_EQ(got.result, 0);
   EXPECT_EQ(got.errors, kNotices);
-  EXPECT_EQ(got.document,
-            document(trusteeRecord("/HOME/JDOE", "JDOE.SALES.CORP", "RWF",
-                                   "<read/><write/><fileScan/>") +
-                     "<trusteeInfo>\n<file>\n<zid></zid><path>/vol/HOME</path>\n"
-                     "<inheritedRightsFilter value=\"SRF\"><supervisor/><read/><fileScan/>"
-                     "</inheritedRightsFilter>\n</file>\n</trusteeInfo>\n"
-                     "<dirInfo>\n<directory><zid></zid><path>/SHARED</path>"
-                     "<spaceUsed>2048</spaceUsed><quotaAmount>1048576</quotaAmount></directory>\n"
-                     "</dirInfo>\n"
-                     "<userInfo>\n<user><id></id><spaceUsed></spaceUsed>"
-                     "<quotaAmount>512000</quotaAmount>\n<name>[Public]</name>\n"
-                     "<idNotFound><time><utc>0</utc><string>Invalid UTC Time</string></time>"
-                     "<numberOfTimes>0</numberOfTimes></idNotFound></user>\n</userInfo>\n"));
+  EXPECT_EQ(
+      got.document,
+      document(trusteeRecord("/HOME/JDOE", "JDOE.SALES.CORP", "RWF", "<read/><write/><fileScan/>") +
+               "<trusteeInfo>\n<file>\n<zid></zid><path>/vol/HOME</path>\n"
+               "<inheritedRightsFilter value=\"SRF\"><supervisor/><read/><fileScan/>"
+               "</inheritedRightsFilter>\n</file>\n</trusteeInfo>\n"
+               "<dirInfo>\n<directory><zid></zid><path>/SHARED</path>"
+               "<spaceUsed>2048</spaceUsed><quotaAmount>1048576</quotaAmount></directory>\n"
+               "</dirInfo>\n"
+               "<userInfo>\n<user><id></id><spaceUsed></spaceUsed>"
+               "<quotaAmount>512000</quotaAmount>\n<name>[Public]</name>\n"
+               "<idNotFound><time><utc>0</utc><string>Invalid UTC Time</string></time>"
+               "<numberOfTimes>0</numberOfTimes></idNotFound></user>\n</userInfo>\n"));
 }
 
-}  // namespace
+} // namespace
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kAddressLimitWorks = false; // the sanitizer reserves far more address space
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+constexpr bool kAddressLimitWorks = false;
+#else
+constexpr bool kAddressLimitWorks = true;
+#endif
+#else
+constexpr bool kAddressLimitWorks = true;
+#endif
+
+// Address space in use by this process, in bytes.
+std::size_t addressSpaceInUse() {
+  std::ifstream statm("/proc/self/statm");
+  std::size_t pages = 0;
+  statm >> pages;
+  return pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+TEST_F(ConvertTrusteeReport, LineWithoutBufferIsTheEndOfTheInput) {
+  if (!kAddressLimitWorks) GTEST_SKIP() << "address-space limits do not mix with the sanitizer";
+  const std::string errorsPath = directory_.path() + "/errors";
+  const std::string output = outputPath();
+  const pid_t reader = fork();
+  ASSERT_GE(reader, 0);
+  if (reader == 0) {
+    // A report whose second record line never ends: its buffer outgrows the address space.
+    int pipeFds[2];
+    if (pipe(pipeFds) != 0) _exit(2);
+    const pid_t writer = fork();
+    if (writer == 0) {
+      close(pipeFds[0]);
+      const std::string start = "TRUSTEE.KXM\n\"IRM\",\"V:\\A\",\"x\",\"R\",\"y\"\n\"TRUSTEE\",\"";
+      if (write(pipeFds[1], start.data(), start.size()) < 0) _exit(0);
+      const std::string endless(1 << 20, 'A');
+      while (write(pipeFds[1], endless.data(), endless.size()) > 0) {
+      }
+      _exit(0);
+    }
+    close(pipeFds[1]);
+    dup2(pipeFds[0], 0);
+    close(pipeFds[0]);
+    const int errors = open(errorsPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    dup2(errors, 2);
+    close(errors);
+    const rlimit limit{addressSpaceInUse() + (256u << 20), RLIM_INFINITY};
+    if (setrlimit(RLIMIT_AS, &limit) != 0) _exit(2);
+    const int result = convertTrusteeReport("CORP", output.c_str(), nullptr);
+    _exit(result == 0 ? 0 : 1);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(reader, &status, 0), reader);
+  ASSERT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+  EXPECT_EQ(fileBytes(errorsPath),
+            std::string(kNotices) + "Error getting enough buffer for reading input file\n");
+  EXPECT_EQ(fileBytes(output),
+            document("<trusteeInfo>\n<file>\n<zid></zid><path>/A</path>\n"
+                     "<inheritedRightsFilter value=\"R\"><read/></inheritedRightsFilter>\n"
+                     "</file>\n</trusteeInfo>\n"));
+}
+
+} // namespace

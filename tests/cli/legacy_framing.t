@@ -9,7 +9,7 @@ after the restore and leaves in /tmp when it stops before the restore. These che
 A report needs the tree name that qualifies its names: without -t the run stops before it reads
 anything, and makes no temporary file.
 
-    $ ls -d /tmp/tmp.?????? 2>/dev/null | sort > before
+    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? > before
     ? 0
     $ trovan restore VOL1 -w
     < TRUSTEE.KXM
@@ -19,14 +19,14 @@ anything, and makes no temporary file.
     < TRUSTEE.KXM
     2> Provide Arbor tree name.
     ? 22
-    $ ls -d /tmp/tmp.?????? 2>/dev/null | sort | comm -13 before - | wc -l
+    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? | comm -13 before - | wc -l
     > 0
     ? 0
 
 Input whose first line does not begin with TRUSTEE.KXM is refused. The temporary file was made
 before the conversion looked at the input; it stays in /tmp, empty.
 
-    $ ls -d /tmp/tmp.?????? 2>/dev/null | sort > before
+    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? > before
     ? 0
     $ trovan restore VOL1 -w -t CORP
     < TRUSTEE.KX
@@ -34,20 +34,20 @@ before the conversion looked at the input; it stays in /tmp, empty.
     2> Invalid input file
     2> Unable to read input file.
     ? 22
-    $ ls -d /tmp/tmp.?????? 2>/dev/null | sort | comm -13 before - > left; wc -l < left; xargs -r cat < left | wc -c; xargs -r rm -f -- < left
+    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? | comm -13 before - > left; wc -l < left; xargs -r cat < left | wc -c; xargs -r rm -f -- < left
     > 1
     > 0
     ? 0
 
 Empty input is refused the same way.
 
-    $ ls -d /tmp/tmp.?????? 2>/dev/null | sort > before
+    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? > before
     ? 0
     $ trovan restore VOL1 -w -t CORP < /dev/null
     2> Invalid input file
     2> Unable to read input file.
     ? 22
-    $ ls -d /tmp/tmp.?????? 2>/dev/null | sort | comm -13 before - > left; wc -l < left; xargs -r rm -f -- < left
+    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? | comm -13 before - > left; wc -l < left; xargs -r rm -f -- < left
     > 1
     ? 0
 
@@ -58,7 +58,7 @@ without their volume and with slashes, and no line break after the closing tag. 
 lines write nothing; a line short of a value field is reported with its number, counted from
 the line after the header and without the empty lines.
 
-    $ ls -d /tmp/tmp.?????? 2>/dev/null | sort > before
+    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? > before
     ? 0
     $ trovan restore VOL1 -w -t CORP -u AD
     < TRUSTEE.KXM listing
@@ -75,7 +75,7 @@ the line after the header and without the empty lines.
     2> Invalid entry for "TRUSTEE in input file at line 4.
     2> Unknown user type : AD
     ? 255
-    $ ls -d /tmp/tmp.?????? 2>/dev/null | sort | comm -13 before - > left; wc -l < left; xargs -r cat < left; xargs -r rm -f -- < left
+    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? | comm -13 before - > left; wc -l < left; xargs -r cat < left; xargs -r rm -f -- < left
     > 1
     > <metadata>
     > <trusteeInfo>
@@ -104,7 +104,7 @@ the line after the header and without the empty lines.
 With -r, paths that name no volume are placed under the prefix; paths that name their volume
 lose the prefix with the volume.
 
-    $ ls -d /tmp/tmp.?????? 2>/dev/null | sort > before
+    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? > before
     ? 0
     $ trovan restore VOL1 -w -t CORP -r data -u Arbor
     < TRUSTEE.KXM
@@ -114,7 +114,7 @@ lose the prefix with the volume.
     2> Skipping tokens ATTR and OWNER.
     2> Unknown user type : Arbor
     ? 255
-    $ ls -d /tmp/tmp.?????? 2>/dev/null | sort | comm -13 before - > left; xargs -r cat < left | grep '<path>'; xargs -r rm -f -- < left
+    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? | comm -13 before - > left; xargs -r cat < left | grep '<path>'; xargs -r rm -f -- < left
     > <zid></zid><path>/data/APPS/TOOLS</path>
     > <zid></zid><path>/APPS/TOOLS</path>
     ? 0

@@ -14,10 +14,11 @@
 
 // Puts a file holding `bytes` on descriptor 0 for the guard's lifetime, then puts the old one back.
 class StdinFromBytes {
- public:
+public:
   StdinFromBytes(const std::string &directory, std::string_view bytes) {
     const std::string path = directory + "/stdin";
-    std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    std::ofstream(path, std::ios::binary)
+        .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     const int fd = open(path.c_str(), O_RDONLY);
     savedStdin_ = dup(0);
     dup2(fd, 0);
@@ -30,13 +31,13 @@ class StdinFromBytes {
   StdinFromBytes(const StdinFromBytes &) = delete;
   StdinFromBytes &operator=(const StdinFromBytes &) = delete;
 
- private:
+private:
   int savedStdin_ = -1;
 };
 
 // A fresh directory from mkdtemp, removed with everything in it.
 class TemporaryDirectory {
- public:
+public:
   TemporaryDirectory() {
     char pattern[] = "/tmp/trovan-test-XXXXXX";
     path_ = mkdtemp(pattern) != nullptr ? pattern : "";
@@ -49,7 +50,7 @@ class TemporaryDirectory {
   TemporaryDirectory &operator=(const TemporaryDirectory &) = delete;
   const std::string &path() const { return path_; }
 
- private:
+private:
   std::string path_;
 };
 
