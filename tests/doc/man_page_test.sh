@@ -30,8 +30,11 @@ if command -v lexgrog >/dev/null; then
   lexgrog "$page" >/dev/null 2>&1 || fail "lexgrog cannot parse the NAME section"
 fi
 
-# The page as text; UTF-8 output shows whether option dashes were written as \- (an ASCII
-# hyphen-minus that can be copied into a shell) or as plain - (a typographic hyphen).
+# 4. Options are written with \- (a minus that can be copied into a shell), never a bare -.
+bare=$(grep -nE '(^|[ ("])-{1,2}[a-zA-Z]|\\-[a-z]+-[a-z]' "$page" | grep -v '^[0-9]*:\.\\"' || true)
+[[ -z $bare ]] || fail "options written with a bare hyphen:"$'\n'"$bare"
+
+# The page as text.
 rendered=$(groff -man -Tutf8 -P-cbou -rLL=80n "$page" 2>/dev/null)
 section() { # prints the lines of the rendered section $1, headings excluded
   awk -v name="$1" '/^[A-Z][A-Z ]*$/ { inside = ($0 == name); next } inside' <<<"$rendered"
@@ -41,7 +44,7 @@ examples=$(section EXAMPLES)
 [[ -n $options ]] || fail "no OPTIONS section"
 [[ -n $examples ]] || fail "no EXAMPLES section"
 
-# 4. Every option of the help text: its short form heads an item and its long form (as the
+# 5. Every option of the help text: its short form heads an item and its long form (as the
 # help text spells it: --meta included) is named in the section.
 help_options=$(grep -oE '^ +-[a-zA-Z], --[a-z-]+' "$help_text" | sort -u)
 [[ -n $help_options ]] || fail "no options found in $help_text"
@@ -51,7 +54,7 @@ while read -r short long; do
   grep -qF -- "$long" <<<"$options" || fail "OPTIONS does not name $long"
 done <<<"$help_options"
 
-# 5. Every option the program accepts, with the long name it really accepts.
+# 6. Every option the program accepts, with the long name it really accepts.
 table=$(grep -oE '\{"[a-z-]+", (no|required|optional)_argument, nullptr, '"'"'.'"'"'\}' \
   "$option_source" | sed -E "s/^\{\"([a-z-]+)\".*'(.)'\}$/\2 \1/")
 [[ -n $table ]] || fail "no long options found in $option_source"
@@ -61,15 +64,18 @@ while read -r letter name; do
     fail "OPTIONS has no item \"-$letter, --$name\""
 done <<<"$table"
 
-# 6. The version in the page footer is the program's.
+# 7. The version in the page footer is the program's.
 grep -qE "^trovan $version +" <<<"$rendered" || fail "the page is not marked trovan $version"
 
-# 7. Every example command is run, as written, by the examples transcript.
+# 8. Every example command is run, as written, by the examples transcript; its output may be
+# piped on (to show the sandbox's folder by name).
 commands=$(sed -nE 's/^ +(trovan .*)$/\1/p' <<<"$examples")
 [[ -n $commands ]] || fail "no example commands found"
+run_commands=$(sed -n 's/^    \$ //p' "$transcript")
 while read -r command; do
   [[ -z $command ]] && continue
-  grep -qxF -- "    \$ $command" "$transcript" ||
+  grep -qxF -- "$command" <<<"$run_commands" ||
+    grep -qF -- "$command | " <<<"$(grep -F -- "$command" <<<"$run_commands")" ||
     fail "example not run by $(basename "$transcript"): $command"
 done <<<"$commands"
 
