@@ -2,8 +2,8 @@
 # Sourced by fuzz_smoke.sh and fuzz_long.sh: finds the fuzz targets, builds them with clang,
 # libFuzzer, AddressSanitizer and UndefinedBehaviorSanitizer, and runs one of them.
 #
-# A target is fuzz/NAME_fuzz.cpp; its seed corpus is fuzz/corpus/NAME/ and an optional
-# dictionary fuzz/NAME.dict. The build goes to build/fuzz (TROVAN_FUZZ_BUILD_DIR overrides).
+# A target is fuzz/NAME_fuzz.cpp; its seed corpus is fuzz/corpus/NAME/ (or NAME_fuzz/) and an
+# optional dictionary fuzz/NAME.dict. The build goes to build/fuzz (TROVAN_FUZZ_BUILD_DIR overrides).
 
 fuzz_build_dir=${TROVAN_FUZZ_BUILD_DIR:-build/fuzz}
 
@@ -58,6 +58,8 @@ fuzz_run() {
   local name=$1 work=$2 log=$3
   shift 3
   local seeds=fuzz/corpus/$name artifacts=$fuzz_build_dir/findings/$name
+  # The seed corpus may also be named after the target's program.
+  [ -d "$seeds" ] || [ ! -d "fuzz/corpus/${name}_fuzz" ] || seeds=fuzz/corpus/${name}_fuzz
   local options=(-timeout=10 -rss_limit_mb=2048 -close_fd_mask=3 -print_final_stats=1
     "-artifact_prefix=$artifacts/")
   [ -f "fuzz/$name.dict" ] && options+=("-dict=fuzz/$name.dict")
