@@ -24,13 +24,17 @@ std::string makeFile(const char *dir, long entries, long filterEvery) {
   std::fprintf(out, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<volume_trustees>\n");
   for (long i = 0; i < entries; ++i) {
     if (filterEvery > 0 && i % filterEvery == 0)
-      std::fprintf(out, "<inherited_rights_mask path=\"/d%04ld/f%07ld\">\n<rights>RF</rights>\n"
-                        "</inherited_rights_mask>\n", i / 1000, i);
+      std::fprintf(out,
+                   "<inherited_rights_mask path=\"/d%04ld/f%07ld\">\n<rights>RF</rights>\n"
+                   "</inherited_rights_mask>\n",
+                   i / 1000, i);
     else
-      std::fprintf(out, "<trustee path=\"/d%04ld/f%07ld\">\n<name>user%ld.sales.corp</name>\n"
-                        "<rights>RWCEMF</rights>\n"
-                        "<object_guid>%08lx-0000-1111-2222-333344445555</object_guid>\n"
-                        "</trustee>\n", i / 1000, i, i % 977, i);
+      std::fprintf(out,
+                   "<trustee path=\"/d%04ld/f%07ld\">\n<name>user%ld.sales.corp</name>\n"
+                   "<rights>RWCEMF</rights>\n"
+                   "<object_guid>%08lx-0000-1111-2222-333344445555</object_guid>\n"
+                   "</trustee>\n",
+                   i / 1000, i, i % 977, i);
   }
   std::fprintf(out, "</volume_trustees>\n");
   std::fclose(out);
@@ -69,7 +73,7 @@ void importFile(const char *name) {
   if (importRxlTrusteeFile(name, nullptr) != 0) std::exit(1);
 }
 
-}  // namespace
+} // namespace
 
 int main(int argc, char **argv) {
   const long entries = argc > 1 ? std::atol(argv[1]) : 1000000;
@@ -88,7 +92,7 @@ int main(int argc, char **argv) {
     recordsToWrite = entries;
     dup2(devNull, 1);
     double copy = 1e9, calls = 1e9, import = 1e9;
-    for (int round = 0; round < 3; ++round) {  // best of three, interleaved
+    for (int round = 0; round < 3; ++round) { // best of three, interleaved
       copy = std::min(copy, seconds(copyFile, name.c_str()));
       calls = std::min(calls, seconds(systemCallsOnly, name.c_str()));
       import = std::min(import, seconds(importFile, name.c_str()));

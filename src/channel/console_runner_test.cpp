@@ -21,7 +21,7 @@ using namespace console_test;
 char *arg(const char *text) { return const_cast<char *>(text); }
 
 class ConsoleRunner : public testing::Test {
- protected:
+protected:
   void SetUp() override {
     resetRunSettings();
     ASSERT_FALSE(dir_.path().empty());
@@ -196,4 +196,4 @@ TEST_F(ConsoleRunner, PlantedLinkMakesTheChildContinueWithMinusTwo) {
   EXPECT_FALSE(exists(target));
 }
 
-}  // namespace
+} // namespace

@@ -37,8 +37,8 @@ int judgeReport(const char *tempName, NoMemory noMemory, NotConfirmed notConfirm
   struct stat info;
   if (fstat(fd, &info) != 0) {
     std::fprintf(stderr, "Error stating tmp file: %m\n");
-  } else if ((text = static_cast<char *>(std::malloc(static_cast<std::size_t>(info.st_size) + 1))) ==
-             nullptr) {
+  } else if ((text = static_cast<char *>(
+                  std::malloc(static_cast<std::size_t>(info.st_size) + 1))) == nullptr) {
     noMemory();
   } else {
     const ssize_t got = read(fd, text, static_cast<std::size_t>(info.st_size));
@@ -59,15 +59,19 @@ int judgeReport(const char *tempName, NoMemory noMemory, NotConfirmed notConfirm
   return result;
 }
 
-}  // namespace
+} // namespace
 
 int addRxlInheritedRightsFilter(const char *path, const char *rightsElements) {
   char letters[kRightsLettersSize] = "";
   const int count = rightsToLetters(rightsElements, letters);
 
   errno = 0;
-  char *const argv[] = {arg(kConsoleCommand), arg("irm"), arg("set"), arg(path),
-                        arg(count < 1 ? "none" : letters), nullptr};
+  char *const argv[] = {arg(kConsoleCommand),
+                        arg("irm"),
+                        arg("set"),
+                        arg(path),
+                        arg(count < 1 ? "none" : letters),
+                        nullptr};
   char tempName[kConsoleTempNameSize];
   const int ran = runCommand(kConsoleCommand, argv, tempName);
   if (ran != 0) {
@@ -89,8 +93,12 @@ int addRxlTrustee(const char *path, char *trusteeName, const char *rightsElement
   toTypelessName(trusteeName);
 
   errno = 0;
-  char *const argv[] = {arg(kConsoleCommand), arg("rights"),  arg("add"),
-                        arg(path),            trusteeName,    arg(count < 1 ? "none" : letters),
+  char *const argv[] = {arg(kConsoleCommand),
+                        arg("rights"),
+                        arg("add"),
+                        arg(path),
+                        trusteeName,
+                        arg(count < 1 ? "none" : letters),
                         nullptr};
   char tempName[kConsoleTempNameSize];
   const int ran = runCommand(kConsoleCommand, argv, tempName);
@@ -103,8 +111,8 @@ int addRxlTrustee(const char *path, char *trusteeName, const char *rightsElement
       tempName,
       [] { std::fprintf(stderr, "Error allocing memory for return value during trustee add.\n"); },
       [&] {
-        std::fprintf(stderr, "Error adding trustee %s to %s with rights [%s].\n", trusteeName,
-                     path, letters);
+        std::fprintf(stderr, "Error adding trustee %s to %s with rights [%s].\n", trusteeName, path,
+                     letters);
       });
   if (result == 0 && showActions)
     std::printf("Trustee %s added to %s with rights [%s].\n", trusteeName, path, letters);

@@ -15,7 +15,7 @@ using namespace console_test;
 // A fake "rxlcon" first on PATH: it logs its arguments, one "[...]" each and a line end per run,
 // then does what the test asks.
 class RxlRestore : public testing::Test {
- protected:
+protected:
   void SetUp() override {
     resetRunSettings();
     ASSERT_FALSE(dir_.path().empty());
@@ -32,8 +32,7 @@ class RxlRestore : public testing::Test {
   std::string logged() const { return readFile(log()).value_or("<no log>"); }
 
   // Runs `action` with standard output and error captured.
-  template <typename Action>
-  int captured(Action action) {
+  template <typename Action> int captured(Action action) {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     const int result = action();
@@ -194,7 +193,7 @@ TEST_F(RxlRestore, SignalledCommandReturnsMinusOne) {
 TEST_F(RxlRestore, MissingConsoleCommandGives255) {
   // No fake rxlcon, and nothing else on the search path.
   PathGuard only{dir_.path()};
-  setenv("PATH", dir_.path().c_str(), 1);  // put back by the guards
+  setenv("PATH", dir_.path().c_str(), 1); // put back by the guards
   EXPECT_EQ(filter("VOL:a", "<read/>"), 255);
   EXPECT_EQ(err_, "Error adding inherited right filter \"r\" to VOL:a.\n");
 }
@@ -224,4 +223,4 @@ TEST_F(RxlRestore, UnreadableTempFileIsAReadErrorAndReturnsMinusOne) {
   EXPECT_EQ(out_, "");
 }
 
-}  // namespace
+} // namespace

@@ -18,7 +18,7 @@
 namespace {
 
 constexpr std::size_t kChunkSize = 8192;
-constexpr std::size_t kCarrySize = 32768;  // longest run of bytes without a line end
+constexpr std::size_t kCarrySize = 32768; // longest run of bytes without a line end
 constexpr std::size_t kRecordSize = 8192;
 
 constexpr std::size_t kMaxPath = 4096;
@@ -167,34 +167,32 @@ bool scanEntryEnd(std::string_view text, std::size_t &pos, const char *pathFilte
 bool scanStep(std::string_view text, std::size_t &pos, const char *pathFilter, char *record) {
   std::string_view value;
   switch (scanner.state) {
-    case kExpectEntry:
-      return scanEntryStart(text, pos);
-    case kExpectName:
-      if (!takeElement(text, pos, "<name>", "</name>", kMaxName, kExpectRights,
-                       "Bad <name> element.", "User name too long.", value))
-        return false;
-      copyText(scanner.name, value);
-      return true;
-    case kExpectRights:
-      if (!takeElement(text, pos, "<rights>", "</rights>", kMaxRights,
-                       scanner.isFilter ? kExpectEntryEnd : kExpectId, "Bad <rights> element.",
-                       "Rights entry too long.", value))
-        return false;
-      convertRxlRights(value.data(), static_cast<int>(value.size()), scanner.letters,
-                       scanner.elements);
-      return true;
-    case kExpectId:
-      if (!takeElement(text, pos, "<object_guid>", "</object_guid>", kMaxId, kExpectEntryEnd,
-                       "Bad <object_guid> element.", "ID entry too long.", value))
-        return false;
-      copyText(scanner.id, value);
-      return true;
-    default:
-      return scanEntryEnd(text, pos, pathFilter, record);
+  case kExpectEntry: return scanEntryStart(text, pos);
+  case kExpectName:
+    if (!takeElement(text, pos, "<name>", "</name>", kMaxName, kExpectRights, "Bad <name> element.",
+                     "User name too long.", value))
+      return false;
+    copyText(scanner.name, value);
+    return true;
+  case kExpectRights:
+    if (!takeElement(text, pos, "<rights>", "</rights>", kMaxRights,
+                     scanner.isFilter ? kExpectEntryEnd : kExpectId, "Bad <rights> element.",
+                     "Rights entry too long.", value))
+      return false;
+    convertRxlRights(value.data(), static_cast<int>(value.size()), scanner.letters,
+                     scanner.elements);
+    return true;
+  case kExpectId:
+    if (!takeElement(text, pos, "<object_guid>", "</object_guid>", kMaxId, kExpectEntryEnd,
+                     "Bad <object_guid> element.", "ID entry too long.", value))
+      return false;
+    copyText(scanner.id, value);
+    return true;
+  default: return scanEntryEnd(text, pos, pathFilter, record);
   }
 }
 
-}  // namespace
+} // namespace
 
 void resetRxlImportScanner() { scanner = Scanner{}; }
 

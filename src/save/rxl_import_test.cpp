@@ -17,7 +17,7 @@ using console_test::ScratchDir;
 using console_test::writeFile;
 
 constexpr char kOpen[] = "<trusteeInfo>\n";
-constexpr char kClose[] = "</trusteeInfo>";  // written without its line end
+constexpr char kClose[] = "</trusteeInfo>"; // written without its line end
 
 constexpr char kAdminEntry[] =
     "<trustee path=\"/dir/a\"><name>admin.org</name><rights>RWF</rights>"
@@ -47,17 +47,18 @@ std::string filterEntry(const std::string &path, const std::string &rights) {
 std::string trusteeRecord(const std::string &path, const std::string &name, const std::string &id,
                           const std::string &letters, const std::string &elements) {
   return "<file>\n<zid></zid><path>" + path + "</path>\n<trustee><name>" + name + "</name><id>" +
-         id + "</id><rights value=\"" + letters + "\">" + elements + "</rights></trustee>\n</file>\n";
+         id + "</id><rights value=\"" + letters + "\">" + elements +
+         "</rights></trustee>\n</file>\n";
 }
 std::string filterRecord(const std::string &path, const std::string &letters,
                          const std::string &elements) {
-  return "<file>\n<zid></zid><path>" + path + "</path>\n<inheritedRightsFilter value=\"" +
-         letters + "\">" + elements + "</inheritedRightsFilter>\n</file>\n";
+  return "<file>\n<zid></zid><path>" + path + "</path>\n<inheritedRightsFilter value=\"" + letters +
+         "\">" + elements + "</inheritedRightsFilter>\n</file>\n";
 }
 std::string section(const std::string &records) { return kOpen + records + kClose; }
 
 class RxlImport : public testing::Test {
- protected:
+protected:
   void SetUp() override {
     resetRxlImportScanner();
     ASSERT_FALSE(dir_.path().empty());
@@ -83,7 +84,7 @@ class RxlImport : public testing::Test {
     testing::internal::CaptureStderr();
     for (const std::string &text : blocks) {
       std::vector<char> block(text.begin(), text.end());
-      block.push_back('#');  // the scanner puts its terminator here
+      block.push_back('#'); // the scanner puts its terminator here
       parseRxlTrusteeBlock(block.data(), static_cast<int>(text.size()), pathFilter);
     }
     err_ = testing::internal::GetCapturedStderr();
@@ -108,17 +109,15 @@ TEST_F(RxlImport, RightsRwfGiveLettersAndElements) {
   EXPECT_EQ(import(trusteeEntry("/x", "u.org", "RWF", "g")), 0);
   EXPECT_NE(out_.find("<rights value=\"rwf\"><read/><write/><fileScan/></rights>"),
             std::string::npos);
-  EXPECT_EQ(out_, section(trusteeRecord("/x", "u.org", "g", "rwf",
-                                        "<read/><write/><fileScan/>")));
+  EXPECT_EQ(out_, section(trusteeRecord("/x", "u.org", "g", "rwf", "<read/><write/><fileScan/>")));
 }
 
 TEST_F(RxlImport, FilterEntryGivesItsRecordByteForByte) {
   EXPECT_EQ(import(std::string(kHeader) + filterEntry("/dir", "SRWCEMFA") + kFooter), 0);
-  EXPECT_EQ(out_,
-            "<trusteeInfo>\n<file>\n<zid></zid><path>/dir</path>\n"
-            "<inheritedRightsFilter value=\"srwcemfa\"><supervisor/><read/><write/><create/>"
-            "<erase/><modify/><fileScan/><accessControl/></inheritedRightsFilter>\n</file>\n"
-            "</trusteeInfo>");
+  EXPECT_EQ(out_, "<trusteeInfo>\n<file>\n<zid></zid><path>/dir</path>\n"
+                  "<inheritedRightsFilter value=\"srwcemfa\"><supervisor/><read/><write/><create/>"
+                  "<erase/><modify/><fileScan/><accessControl/></inheritedRightsFilter>\n</file>\n"
+                  "</trusteeInfo>");
   EXPECT_EQ(err_, "");
 }
 
@@ -129,10 +128,9 @@ TEST_F(RxlImport, EntryOnFiveLinesGivesTheSameRecordAsOnOneLine) {
 }
 
 TEST_F(RxlImport, EntryOnFiveLinesScannedAsFiveBlocksGivesTheSameRecord) {
-  scanBlocks({"<trustee path=\"/dir/a\">\n", "  <name>admin.org</name>\n",
-              "  <rights>RWF</rights>\n",
-              "  <object_guid>0123abcd-0000-1111-2222-333344445555</object_guid>\n",
-              "</trustee>\n"});
+  scanBlocks(
+      {"<trustee path=\"/dir/a\">\n", "  <name>admin.org</name>\n", "  <rights>RWF</rights>\n",
+       "  <object_guid>0123abcd-0000-1111-2222-333344445555</object_guid>\n", "</trustee>\n"});
   EXPECT_EQ(out_, kAdminRecord);
   EXPECT_EQ(err_, "");
 }
@@ -141,7 +139,8 @@ TEST_F(RxlImport, EntryOnFiveLinesScannedAsFiveBlocksGivesTheSameRecord) {
 // position inside the entry in turn.
 std::string paddedTo(std::size_t padding, const std::string &entry) {
   std::string bytes;
-  while (bytes.size() + 64 <= padding) bytes += std::string(63, ' ') + "\n";
+  while (bytes.size() + 64 <= padding)
+    bytes += std::string(63, ' ') + "\n";
   bytes += std::string(padding - bytes.size(), '\n');
   return bytes + entry + kFooter;
 }
@@ -175,7 +174,8 @@ TEST_F(RxlImport, ManyEntriesOverManyReadsAllComeOutInOrder) {
       bytes += filterEntry(path, "RF");
       records += filterRecord(path, "rf", "<read/><fileScan/>");
     } else {
-      bytes += trusteeEntry(path, "user" + std::to_string(i) + ".org", "W", "id" + std::to_string(i));
+      bytes +=
+          trusteeEntry(path, "user" + std::to_string(i) + ".org", "W", "id" + std::to_string(i));
       records += trusteeRecord(path, "user" + std::to_string(i) + ".org", "id" + std::to_string(i),
                                "w", "<write/>");
     }
@@ -203,9 +203,8 @@ TEST_F(RxlImport, PathFilterIsAPlainPrefixTest) {
 TEST_F(RxlImport, FileWithNoEntryGivesAnEmptySectionAndOneDidNotFindMessage) {
   EXPECT_EQ(import(std::string(kHeader) + kFooter), 0);
   EXPECT_EQ(out_, "<trusteeInfo>\n</trusteeInfo>");
-  EXPECT_EQ(err_,
-            "XML parsing error in RXL trustee file: Did not find <trustee path=\" or "
-            "<inherited_rights_mask path=\".\n");
+  EXPECT_EQ(err_, "XML parsing error in RXL trustee file: Did not find <trustee path=\" or "
+                  "<inherited_rights_mask path=\".\n");
 }
 
 TEST_F(RxlImport, FileWithOnlyTheClosingRootGivesAnEmptySectionSilently) {
@@ -303,7 +302,8 @@ TEST_F(RxlImport, LimitsAreInclusive) {
   EXPECT_EQ(import(trusteeEntry(path, name, rights, id)), 0);
   EXPECT_EQ(err_, "");
   std::string elements;
-  while (elements.size() + 8 < 256) elements += "<write/>";
+  while (elements.size() + 8 < 256)
+    elements += "<write/>";
   EXPECT_EQ(out_, section(trusteeRecord(path, name, id, std::string(32, 'w'), elements)));
 }
 
@@ -357,8 +357,9 @@ TEST_F(RxlImport, EveryParseMessage) {
        ": Did not find </trustee>\n"},
       {"no filter end", "<inherited_rights_mask path=\"/a\"><rights>R</rights><x>",
        ": Did not find </inherited_rights_mask>\n"},
-      {"unknown element", "<volume>\n", ": Did not find <trustee path=\" or "
-                                        "<inherited_rights_mask path=\".\n"},
+      {"unknown element", "<volume>\n",
+       ": Did not find <trustee path=\" or "
+       "<inherited_rights_mask path=\".\n"},
   };
   for (const Damaged &c : cases) {
     resetRxlImportScanner();
@@ -387,8 +388,8 @@ TEST_F(RxlImport, ParseErrorMovesTheStateOnAndTheNextBlockContinuesTheDamagedEnt
 }
 
 TEST_F(RxlImport, ScanEndsWhenNoOpeningBracketIsLeft) {
-  scanBlocks({"<inherited_rights_mask path=\"/a\"><rights>R</rights>  \n",
-              "</inherited_rights_mask>\n"});
+  scanBlocks(
+      {"<inherited_rights_mask path=\"/a\"><rights>R</rights>  \n", "</inherited_rights_mask>\n"});
   EXPECT_EQ(out_, filterRecord("/a", "r", "<read/>"));
   EXPECT_EQ(err_, "");
 }
@@ -411,4 +412,4 @@ TEST_F(RxlImport, BlockTextEndsAtANulByte) {
   EXPECT_EQ(out_, trusteeRecord("/a", "a", "1", "r", "<read/>"));
 }
 
-}  // namespace
+} // namespace

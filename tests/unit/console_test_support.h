@@ -18,7 +18,7 @@ namespace console_test {
 
 // A directory made with mkdtemp and removed with everything in it.
 class ScratchDir {
- public:
+public:
   ScratchDir() {
     char pattern[] = "/tmp/trovan-test.XXXXXX";
     const char *made = mkdtemp(pattern);
@@ -37,7 +37,7 @@ class ScratchDir {
   const std::string &path() const { return path_; }
   std::string file(const std::string &name) const { return path_ + "/" + name; }
 
- private:
+private:
   std::string path_;
 };
 
@@ -61,7 +61,7 @@ inline void writeScript(const ScratchDir &dir, const std::string &name, const st
 
 // Puts a directory first on PATH for the lifetime of the guard.
 class PathGuard {
- public:
+public:
   explicit PathGuard(const std::string &first) {
     const char *old = std::getenv("PATH");
     hadPath_ = old != nullptr;
@@ -78,7 +78,7 @@ class PathGuard {
   PathGuard(const PathGuard &) = delete;
   PathGuard &operator=(const PathGuard &) = delete;
 
- private:
+private:
   bool hadPath_ = false;
   std::string oldPath_;
 };
@@ -99,4 +99,4 @@ inline bool exists(const std::string &name) {
   return lstat(name.c_str(), &info) == 0;
 }
 
-}  // namespace console_test
+} // namespace console_test
