@@ -61,8 +61,7 @@ A hand-written file, with one entry spread over five lines and others on one lin
 With every kind of metadata the quota sections follow from the info files, and the trustees of
 the RXL file are not checked for removal: no request goes to the file system.
 
-    $ trovan save VOL1 -n -m a | tail -n 6
-    > </file>
+    $ trovan save VOL1 -n -m a | sed -n '/<.trusteeInfo>/,$p'
     > </trusteeInfo><userInfo>
     > </userInfo>
     > <dirInfo>
@@ -78,7 +77,7 @@ is taken up where the damaged entry stood, so here the next identifier and closi
 the damaged trustee, with no rights. The save goes on and succeeds. Letters that are no rights
 are reported one by one.
 
-    $ printf '<?xml version="1.0"?>\n<volume_trustees>\n<trustee path="/a"><name>a.corp</name><rights>RWFRWFRWFRWFRWFRWFRWFRWFRWFRWFRWF</rights><object_guid>1</object_guid></trustee>\n' > damaged.xml && head -c 9000 /dev/zero | tr '\0' ' ' >> damaged.xml && printf '\n<trustee path="/c"><name>c.corp</name><rights>W</rights><object_guid>3</object_guid></trustee>\n<inherited_rights_mask path="/b"><rights>Rx</rights></inherited_rights_mask>\n</volume_trustees>\n' >> damaged.xml && quillsim rxl raw VOL1 damaged.xml
+    $ printf '<?xml version="1.0"?>\n<volume_trustees>\n<trustee path="/a"><name>a.corp</name><rights>RWFRWFRWFRWFRWFRWFRWFRWFRWFRWFRWF</rights><object_guid>1</object_guid></trustee>\n' > damaged.xml && printf '%9000s' '' >> damaged.xml && printf '\n<trustee path="/c"><name>c.corp</name><rights>W</rights><object_guid>3</object_guid></trustee>\n<inherited_rights_mask path="/b"><rights>Rx</rights></inherited_rights_mask>\n</volume_trustees>\n' >> damaged.xml && quillsim rxl raw VOL1 damaged.xml
     ? 0
     $ trovan save VOL1 -n -m t
     > <metadata>
@@ -111,7 +110,7 @@ the root element that stand where an entry was expected.
 A line longer than 32,768 bytes ends the import with -2 (status 254); the closing tag of the
 section is still written, the document's is not.
 
-    $ { printf '<volume_trustees>\n<trustee path="/a"><name>a</name><rights>R</rights><object_guid>1</object_guid></trustee>\n'; head -c 32768 /dev/zero | tr '\0' ' '; printf '\n</volume_trustees>\n'; } > long.xml && quillsim rxl raw VOL1 long.xml
+    $ { printf '<volume_trustees>\n<trustee path="/a"><name>a</name><rights>R</rights><object_guid>1</object_guid></trustee>\n'; printf '%32768s' ''; printf '\n</volume_trustees>\n'; } > long.xml && quillsim rxl raw VOL1 long.xml
     ? 0
     $ trovan save VOL1 -n -m t
     > <metadata>
