@@ -403,22 +403,37 @@ TEST_F(RemoveInvalidTrusteesTest, NameTooLongIsNotTheMarkerAndTheSidStillDecides
   EXPECT_EQ(stderr_, "");
 }
 
-// Reading failures in the scan.
+// Reading failures in the scan. A text that runs past the reader's window leaves only text in
+// it, so the reader hands back the element's start tag a second time, and reading its contents
+// again meets the end of the input.
 
 TEST_F(RemoveInvalidTrusteesTest, UnreadablePathEndsWithZero) {
-  EXPECT_EQ(run("<file><path>"), 0);
-  EXPECT_EQ(stderr_, "Failed to get the contents of tag path\n");
+  EXPECT_EQ(run("<file><path>" + std::string(9000, 'x')), 0);
+  EXPECT_EQ(stderr_,
+            "Value too long in element path; entry skipped.\n"
+            "Failed to get the contents of tag path\n");
 }
 
 TEST_F(RemoveInvalidTrusteesTest, UnreadableNameCountsAsAFinishedScan) {
-  EXPECT_EQ(run("<file><path>/a</path><trustee><name>"), 1);
+  EXPECT_EQ(run("<file><path>/a</path><trustee><name>" + std::string(9000, 'x')), 1);
   EXPECT_EQ(stderr_, "Failed to get the contents of tag name\n");
 }
 
 TEST_F(RemoveInvalidTrusteesTest, UnreadableIdentifierEndsWithZero) {
-  EXPECT_EQ(run("<file><path>/a</path><trustee><name>Unknown(21350)</name><id>"), 0);
-  EXPECT_EQ(stderr_, "Failed to get the contents of tag id\n");
+  EXPECT_EQ(run("<file><path>/a</path><trustee><name>Unknown(21350)</name><id>" +
+                std::string(9000, 'x')),
+            0);
+  EXPECT_EQ(stderr_,
+            "Value too long in element id; entry skipped.\n"
+            "Failed to get the contents of tag id\n");
   EXPECT_TRUE(requests().empty());
+}
+
+TEST_F(RemoveInvalidTrusteesTest, ReadErrorEndsWithZero) {
+  // A directory opens for reading but cannot be read.
+  ASSERT_EQ(mkdir((directory_ + "/TrusteeInfo.xml").c_str(), 0700), 0);
+  EXPECT_EQ(runOnFile("TrusteeInfo.xml"), 0);
+  EXPECT_EQ(stderr_, "Error Is a directory reading the input file.\n");
 }
 
 // Preparation.
