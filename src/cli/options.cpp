@@ -1,6 +1,7 @@
 #include "cli/options.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "document/run_settings.h"
@@ -49,4 +50,19 @@ int parseUserType(int given, const char *type, bool forSave) {
   }
   std::fprintf(stderr, "Unknown user type : %s\n", type);
   return -1;
+}
+
+char *normalisePathOption(const char *argument) {
+  const std::size_t length = std::strlen(argument);
+  char *path = static_cast<char *>(std::malloc(length + 2));
+  if (path == nullptr) return nullptr;
+  if (argument[0] == '/') {
+    std::memcpy(path, argument, length + 1);
+  } else {
+    path[0] = '/';
+    std::memcpy(path + 1, argument, length + 1);
+  }
+  const std::size_t normalisedLength = std::strlen(path);
+  if (normalisedLength >= 2 && path[normalisedLength - 1] == '/') path[normalisedLength - 1] = '\0';
+  return path;
 }

@@ -16,3 +16,7 @@ int parseMask(const char *mask, MaskFlags &flags);
 // Sets arborUsers and adUsers from the -u argument. Without -u: both 0 on save (no filtering),
 // both 1 on restore. Returns 0, or -1 after "Unknown user type : %s".
 int parseUserType(int given, const char *type, bool forSave);
+
+// The -p argument as an owned path: "/" is put in front unless it starts with "/", then one
+// trailing "/" is dropped unless the path is that single "/". Null when memory is exhausted.
+char *normalisePathOption(const char *argument);

@@ -79,22 +79,6 @@ char *copyText(const char *text) {
   return copy;
 }
 
-// "/" + argument unless it starts with "/"; then one trailing "/" goes, unless it is the only byte.
-char *normalisePath(const char *argument) {
-  const std::size_t length = std::strlen(argument);
-  char *path = static_cast<char *>(std::malloc(length + 2));
-  if (path == nullptr) return nullptr;
-  if (argument[0] == '/') {
-    std::memcpy(path, argument, length + 1);
-  } else {
-    path[0] = '/';
-    std::memcpy(path + 1, argument, length + 1);
-  }
-  const std::size_t normalisedLength = std::strlen(path);
-  if (normalisedLength >= 2 && path[normalisedLength - 1] == '/') path[normalisedLength - 1] = '\0';
-  return path;
-}
-
 constexpr struct option kLongOptions[] = {
     {"actions", no_argument, nullptr, 'a'},
     {"usertype", required_argument, nullptr, 'u'},
@@ -128,7 +112,7 @@ int applyOption(int option, RunOptions &run) {
     case 'm': __strcpy_chk(run.mask, optarg, sizeof run.mask); return kKeepParsing;
     case 'p':
       std::free(run.path);
-      run.path = normalisePath(optarg);
+      run.path = normalisePathOption(optarg);
       if (run.path == nullptr) {
         std::fprintf(stderr, "Unable to allocate memory.\n");
         return kStatusNoMemory;

@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Builds trovan and runs every test: a Release build with warnings as errors, then the same
+# suite (unit tests and command-line transcripts under the simulator) built with AddressSanitizer
+# and UndefinedBehaviorSanitizer, then the checks that exist for fuzzing and packaging.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/require.sh
+trovan_require_build_tools
+
+jobs=$(nproc 2>/dev/null || echo 2)
+
+run_suite() {
+  local dir=$1
+  shift
+  echo "== build $dir ($*)"
+  cmake -S . -B "$dir" -G Ninja "$@" >/dev/null
+  ninja -C "$dir"
+  echo "== tests $dir"
+  ctest --test-dir "$dir" --output-on-failure -j "$jobs"
+}
+
+run_suite build/release -DCMAKE_BUILD_TYPE=Release
+ASAN_OPTIONS=detect_leaks=1 run_suite build/sanitize -DCMAKE_BUILD_TYPE=Debug -DTROVAN_SANITIZE=ON
+
+for check in scripts/fuzz_smoke.sh scripts/check_package.sh; do
+  if [ -x "$check" ]; then
+    echo "== $check"
+    "$check"
+  fi
+done
+echo "== all tests passed"

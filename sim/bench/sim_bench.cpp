@@ -1,0 +1,124 @@
+// Benchmarks of the simulator (not part of the test suite):
+//   sim_bench loop N          request loop on files.cmd (run under the simulator in fast mode)
+//                             against the same loop on a plain file in /dev/shm
+//   sim_bench load SMALL BIG  state loading of two volume state files, best of three each
+#include "../core/state.h"
+
+#include <algorithm>
+#include <chrono>
+#include <ctime>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+double now() {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+      .count();
+}
+
+const char kRequest[] =
+    "<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest><trustees><addTrustee>"
+    "<name>admin.corp.TREE.</name><rights><read/><write/><fileScan/></rights><fileName>/mnt/VOL1/"
+    "d0001/f0001234</fileName><gemelPath/><symLink/></addTrustee></trustees></fileRequest>";
+
+// The protocol's system calls and nothing else: lseek, write, lseek, read until 0.
+double loop(int fd, long n) {
+  char buf[65536];
+  double t0 = now();
+  for (long i = 0; i < n; ++i) {
+    if (lseek(fd, 0, SEEK_SET) != 0 || write(fd, kRequest, sizeof kRequest - 1) < 0 ||
+        lseek(fd, 0, SEEK_SET) != 0) {
+      std::perror("loop");
+      std::exit(1);
+    }
+    while (read(fd, buf, sizeof buf) > 0) {
+    }
+  }
+  return now() - t0;
+}
+
+int benchLoop(long n) {
+  char plainName[] = "/dev/shm/sim_bench.XXXXXX";
+  int plain = mkstemp(plainName);
+  int sim = open("/_admin/Manage_QUILL/files.cmd", O_RDWR);
+  if (plain < 0 || sim < 0) {
+    std::perror("open");
+    return 1;
+  }
+  unlink(plainName);
+  loop(plain, n / 10); // warm up both
+  loop(sim, n / 10);
+  double tp = loop(plain, n), ts = loop(sim, n);
+  std::printf("request loop, %ld records\n", n);
+  std::printf("  plain file on tmpfs : %8.0f records/s\n", n / tp);
+  std::printf("  simulator, fast mode: %8.0f records/s\n", n / ts);
+  std::printf("  ratio (simulator/plain): %.2f  (must be >= 1)\n", tp / ts);
+  close(plain);
+  close(sim);
+  return tp / ts >= 1 ? 0 : 3;
+}
+
+double cpuNow() {
+  struct timespec ts;
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &ts);
+  return static_cast<double>(ts.tv_sec) + static_cast<double>(ts.tv_nsec) * 1e-9;
+}
+
+// Loads the file in a fresh child process, as a program under the simulator does, and returns
+// the processor time the load took there.
+double loadOnce(const char *file, size_t &files) {
+  int fds[2];
+  if (pipe(fds) != 0)
+    return 1e9;
+  pid_t pid = fork();
+  if (pid == 0) {
+    qs::Volume v;
+    double t0 = cpuNow();
+    v.load(file);
+    double result[2] = {cpuNow() - t0, static_cast<double>(v.files.size())};
+    ssize_t n = write(fds[1], result, sizeof result);
+    _exit(n == sizeof result ? 0 : 1);
+  }
+  close(fds[1]);
+  double result[2] = {1e9, 0};
+  if (read(fds[0], result, sizeof result) != sizeof result)
+    result[0] = 1e9;
+  close(fds[0]);
+  waitpid(pid, nullptr, 0);
+  files = static_cast<size_t>(result[1]);
+  return result[0];
+}
+
+// Both sizes are loaded in turn, five times, so that both see the same machine; the best
+// processor time of each counts.
+int benchLoad(const char *small, const char *big) {
+  size_t ns = 0, nb = 0;
+  double ts = 1e9, tb = 1e9;
+  for (int i = 0; i < 5; ++i) {
+    ts = std::min(ts, loadOnce(small, ns));
+    tb = std::min(tb, loadOnce(big, nb));
+  }
+  std::printf("state loading (best processor time of 5)\n");
+  std::printf("  %8zu files: %.3f s\n", ns, ts);
+  std::printf("  %8zu files: %.3f s\n", nb, tb);
+  std::printf("  ratio: %.2f for %.0fx the files  (must be <= 12)\n", tb / ts,
+              static_cast<double>(nb) / static_cast<double>(ns));
+  return tb / ts <= 12 ? 0 : 3;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+  if (argc == 3 && std::strcmp(argv[1], "loop") == 0)
+    return benchLoop(std::atol(argv[2]));
+  if (argc == 4 && std::strcmp(argv[1], "load") == 0)
+    return benchLoad(argv[2], argv[3]);
+  std::fprintf(stderr, "usage: sim_bench loop N | sim_bench load SMALL.state BIG.state\n");
+  return 2;
+}

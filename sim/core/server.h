@@ -1,0 +1,71 @@
+// The simulated file system behind the command files: parses a request, applies it to the
+// volumes' state and answers with a reply in the file system's own form.
+#pragma once
+
+#include "faults.h"
+#include "state.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <sys/types.h>
+
+namespace qs {
+
+enum class CmdFile { files, manage };
+
+class Server {
+public:
+  explicit Server(std::string root);
+
+  /// Answers one request written to a command file; applies it unless faults say otherwise.
+  std::string handle(CmdFile file, std::string_view request);
+  /// Writes every changed volume back to its state file.
+  void flush();
+  /// Makes sure an info file of the volume is current before it is opened.
+  void prepareInfoFile(std::string_view volume, std::string_view file);
+
+  /// The errno a read or write of the command file must fail with for this request, or 0.
+  int readFault(std::string_view request);
+  int writeFault(std::string_view data);
+
+  bool fast() const { return fast_; }
+
+  Volume *volume(std::string_view name);
+
+private:
+  struct Loaded {
+    std::unique_ptr<Volume> vol;
+    struct timespec mtime {};
+    off_t size = -1;
+  };
+  std::string root_;
+  bool fast_ = false;
+  std::map<std::string, Loaded, std::less<>> volumes_;
+  std::vector<VolumeInfo> list_;
+  Users users_;
+  std::vector<Fault> faults_;
+  struct timespec listStamp_ {}, usersStamp_ {}, faultsStamp_ {};
+
+  void refresh();
+  Volume *volumeOfPath(std::string_view full, std::string &rel);
+  std::string apply(CmdFile file, std::string_view request, std::string_view marker);
+  bool exists(const Volume &v, const std::string &full, std::string_view rel, bool wantDir);
+  Volume *shadowOf(const Volume &v);
+
+  std::string addTrustee(std::string_view req, bool ad);
+  std::string modifyIrf(std::string_view req);
+  std::string removeTrustee(std::string_view req, bool ad);
+  std::string userQuota(std::string_view req, bool ad);
+  std::string dirQuota(std::string_view req);
+};
+
+/// The marker element a reply to this request carries ("addTrustee", ...); empty if unknown.
+std::string_view requestKind(std::string_view request);
+
+/// A reply in the file system's form; name is written only when non-empty.
+std::string makeReply(std::string_view kind, long value, std::string_view description,
+                      std::string_view name);
+
+} // namespace qs

@@ -1,0 +1,466 @@
+#include "state.h"
+
+#include "text.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <unistd.h>
+#include <unordered_set>
+
+namespace qs {
+
+std::string_view intern(std::string_view text) {
+  static auto *pool = new std::unordered_set<std::string>();
+  if (text.empty())
+    return {};
+  return *pool->emplace(text).first;
+}
+
+namespace {
+
+// Walks the tab-separated fields of one line without allocating.
+class Fields {
+public:
+  explicit Fields(std::string_view line) : rest_(line) {}
+  std::string_view next() {
+    size_t tab = rest_.find('\t');
+    std::string_view f = rest_.substr(0, tab);
+    rest_ = tab == std::string_view::npos ? std::string_view() : rest_.substr(tab + 1);
+    return f;
+  }
+
+private:
+  std::string_view rest_;
+};
+
+Rights lettersOrNone(std::string_view s) {
+  Rights r = 0;
+  rightsFromLetters(s, r);
+  return r;
+}
+
+std::string lettersOrDash(Rights r) {
+  std::string s = rightsToLetters(r);
+  return s.empty() ? "-" : s;
+}
+
+} // namespace
+
+bool Volume::load(const std::string &file) {
+  files.clear();
+  users.clear();
+  dirs.clear();
+  index_.clear();
+  indexed_ = false;
+  std::string text;
+  if (!readFile(file, text))
+    return false;
+  std::string_view all(text);
+  FileEntry *last = nullptr;
+  while (!all.empty()) {
+    size_t nl = all.find('\n');
+    std::string_view line = all.substr(0, nl);
+    all = nl == std::string_view::npos ? std::string_view() : all.substr(nl + 1);
+    if (line.empty() || line[0] == '#')
+      continue;
+    Fields f(line);
+    std::string_view kind = f.next();
+    if (kind == "T" || kind == "I") {
+      std::string_view rawPath = f.next();
+      bool plain = rawPath.find('\\') == std::string_view::npos;
+      if (!last || (plain ? last->path != rawPath : last->path != fieldUnescape(rawPath))) {
+        files.emplace_back();
+        last = &files.back();
+        last->path = plain ? std::string(rawPath) : fieldUnescape(rawPath);
+      }
+      if (kind == "I") {
+        last->irf = lettersOrNone(f.next());
+        continue;
+      }
+      Trustee t;
+      t.ad = f.next() == "D";
+      t.rights = lettersOrNone(f.next());
+      std::string_view id = f.next(), name = f.next();
+      t.id = id.find('\\') == std::string_view::npos ? intern(id) : intern(fieldUnescape(id));
+      t.name =
+          name.find('\\') == std::string_view::npos ? intern(name) : intern(fieldUnescape(name));
+      last->trustees.push_back(std::move(t));
+    } else if (kind == "U") {
+      UserQuota q;
+      q.ad = f.next() == "D";
+      q.amount = fieldUnescape(f.next());
+      q.used = fieldUnescape(f.next());
+      q.id = fieldUnescape(f.next());
+      q.name = fieldUnescape(f.next());
+      users.push_back(std::move(q));
+    } else if (kind == "Q") {
+      DirQuota q;
+      q.path = fieldUnescape(f.next());
+      q.amount = fieldUnescape(f.next());
+      q.used = fieldUnescape(f.next());
+      dirs.push_back(std::move(q));
+    }
+  }
+  return true;
+}
+
+bool Volume::save(const std::string &file) const {
+  std::string out = "# quillsim state of volume " + name +
+                    "\n# T path A|D rights id name / I path rights / U A|D amount used id "
+                    "name / Q path amount used\n";
+  for (const FileEntry &e : files) {
+    std::string path = fieldEscape(e.path);
+    for (const Trustee &t : e.trustees) {
+      out += "T\t";
+      out += path;
+      out += t.ad ? "\tD\t" : "\tA\t";
+      out += lettersOrDash(t.rights);
+      out += '\t';
+      out += fieldEscape(t.id);
+      out += '\t';
+      out += fieldEscape(t.name);
+      out += '\n';
+    }
+    if (e.irf >= 0) {
+      out += "I\t";
+      out += path;
+      out += '\t';
+      out += lettersOrDash(static_cast<Rights>(e.irf));
+      out += '\n';
+    }
+  }
+  for (const UserQuota &q : users) {
+    out += q.ad ? "U\tD\t" : "U\tA\t";
+    out += fieldEscape(q.amount) + '\t' + fieldEscape(q.used) + '\t' + fieldEscape(q.id) + '\t' +
+           fieldEscape(q.name) + '\n';
+  }
+  for (const DirQuota &q : dirs)
+    out += "Q\t" + fieldEscape(q.path) + '\t' + fieldEscape(q.amount) + '\t' +
+           fieldEscape(q.used) + '\n';
+  return writeFileAtomic(file, out);
+}
+
+void Volume::buildIndex() {
+  index_.clear();
+  index_.reserve(files.size() * 2);
+  for (FileEntry &e : files) {
+    auto [it, added] = index_.emplace(std::string_view(e.path), &e);
+    if (!added) {
+      // A path listed twice in a hand-edited state file: fold the later record in.
+      for (Trustee &t : e.trustees)
+        it->second->trustees.push_back(std::move(t));
+      e.trustees.clear();
+      if (e.irf >= 0)
+        it->second->irf = e.irf;
+      e.irf = -1;
+    }
+  }
+  indexed_ = true;
+}
+
+FileEntry *Volume::find(std::string_view path) {
+  if (!indexed_)
+    buildIndex();
+  auto it = index_.find(path);
+  return it == index_.end() ? nullptr : it->second;
+}
+
+FileEntry &Volume::findOrAdd(std::string_view path) {
+  if (FileEntry *e = find(path))
+    return *e;
+  files.emplace_back();
+  FileEntry &e = files.back();
+  e.path = std::string(path);
+  index_.emplace(std::string_view(e.path), &e);
+  return e;
+}
+
+void Volume::setTrustee(std::string_view path, const Trustee &t) {
+  FileEntry &e = findOrAdd(path);
+  dirty = true;
+  for (Trustee &old : e.trustees) {
+    bool same = t.ad ? (old.ad && old.id == t.id) : (!old.ad && old.name == t.name);
+    if (same) {
+      old = t;
+      return;
+    }
+  }
+  e.trustees.push_back(t);
+}
+
+int Volume::removeTrustees(std::string_view path, std::string_view id, bool adOnly) {
+  FileEntry *e = find(path);
+  if (!e)
+    return 0;
+  size_t before = e->trustees.size();
+  std::erase_if(e->trustees, [&](const Trustee &t) {
+    if (adOnly)
+      return t.ad && t.id == id;
+    // The plain form names a trustee by its identifier; an empty identifier can only stand
+    // for a trustee whose user the directory no longer resolves.
+    if (id.empty())
+      return t.id.empty() && t.name == "Unknown(21350)";
+    return t.id == id;
+  });
+  int gone = static_cast<int>(before - e->trustees.size());
+  if (gone)
+    dirty = true;
+  return gone;
+}
+
+void Volume::setIrf(std::string_view path, Rights r) {
+  findOrAdd(path).irf = r;
+  dirty = true;
+}
+
+void Volume::setUserQuota(const UserQuota &q) {
+  dirty = true;
+  for (UserQuota &old : users) {
+    if (old.ad == q.ad && old.name == q.name) {
+      old.amount = q.amount;
+      old.id = q.id;
+      return;
+    }
+  }
+  users.push_back(q);
+}
+
+void Volume::setDirQuota(const DirQuota &q) {
+  dirty = true;
+  for (DirQuota &old : dirs) {
+    if (old.path == q.path) {
+      old.amount = q.amount;
+      return;
+    }
+  }
+  dirs.push_back(q);
+}
+
+namespace {
+constexpr std::string_view kReplyHead =
+    "<quillReply>\n<result value=\"0\"><description>success</description></result>\n";
+constexpr std::string_view kReplyTail = "</quillReply>\n";
+
+void appendCdata(std::string &out, std::string_view text) {
+  out += "<![CDATA[";
+  size_t pos;
+  while ((pos = text.find("]]>")) != std::string_view::npos) {
+    out += text.substr(0, pos + 2);
+    out += "]]><![CDATA[";
+    text = text.substr(pos + 2);
+  }
+  out += text;
+  out += "]]>";
+}
+} // namespace
+
+std::string Volume::trusteeInfo() const {
+  std::vector<const FileEntry *> order;
+  order.reserve(files.size());
+  for (const FileEntry &e : files)
+    if (!e.trustees.empty() || e.irf >= 0)
+      order.push_back(&e);
+  if (!std::is_sorted(order.begin(), order.end(),
+                      [](const FileEntry *a, const FileEntry *b) { return a->path < b->path; }))
+    std::sort(order.begin(), order.end(),
+              [](const FileEntry *a, const FileEntry *b) { return a->path < b->path; });
+  std::string out(kReplyHead);
+  out.reserve(order.size() * 200 + 64);
+  out += "<trusteeInfo>\n";
+  for (const FileEntry *e : order) {
+    out += "<file><zid>";
+    out += std::to_string(zidOf(e->path));
+    out += "</zid><path>";
+    appendCdata(out, e->path);
+    out += "</path>\n";
+    for (const Trustee &t : e->trustees) {
+      out += t.ad ? "<trustee type=\"adID\"><name>" : "<trustee><name>";
+      out += xmlEncode(t.name);
+      out += "</name><id>";
+      out += xmlEncode(t.id);
+      out += "</id><rights value=\"";
+      out += rightsToLetters(t.rights);
+      out += "\">";
+      out += rightsToElements(t.rights);
+      out += "</rights></trustee>\n";
+    }
+    if (e->irf >= 0) {
+      Rights r = static_cast<Rights>(e->irf);
+      out += "<inheritedRightsFilter value=\"";
+      out += rightsToLetters(r);
+      out += "\">";
+      out += rightsToElements(r);
+      out += "</inheritedRightsFilter>\n";
+    }
+    out += "</file>\n";
+  }
+  out += "</trusteeInfo>\n";
+  out += kReplyTail;
+  return out;
+}
+
+std::string Volume::userInfo() const {
+  std::string out(kReplyHead);
+  out += "<userInfo>\n";
+  for (const UserQuota &q : users) {
+    out += q.ad ? "<user type=\"adID\"><id>" : "<user><id>";
+    out += xmlEncode(q.id);
+    out += "</id><spaceUsed>";
+    out += q.used.empty() ? "0" : q.used;
+    out += "</spaceUsed><quotaAmount>";
+    out += q.amount;
+    out += "</quotaAmount><name>";
+    out += xmlEncode(q.name);
+    out += "</name></user>\n";
+  }
+  out += "</userInfo>\n";
+  out += kReplyTail;
+  return out;
+}
+
+std::string Volume::dirInfo() const {
+  std::string out(kReplyHead);
+  out += "<dirInfo>\n";
+  for (const DirQuota &q : dirs) {
+    std::string back = q.path;
+    std::replace(back.begin(), back.end(), '/', '\\');
+    out += "<directory><zid>";
+    out += std::to_string(zidOf(q.path));
+    out += "</zid><path>";
+    out += xmlEncode(back);
+    out += "</path><spaceUsed>";
+    out += q.used.empty() ? "0" : q.used;
+    out += "</spaceUsed><quotaAmount>";
+    out += q.amount;
+    out += "</quotaAmount></directory>\n";
+  }
+  out += "</dirInfo>\n";
+  out += kReplyTail;
+  return out;
+}
+
+bool Users::knowsArbor(std::string_view name) const {
+  return std::find(arbor.begin(), arbor.end(), name) != arbor.end();
+}
+
+const std::string *Users::adNameOfSid(std::string_view sid) const {
+  for (const auto &[s, n] : ad)
+    if (s == sid)
+      return &n;
+  return nullptr;
+}
+
+const std::string *Users::adSidOfName(std::string_view name) const {
+  for (const auto &[s, n] : ad)
+    if (n == name)
+      return &s;
+  return nullptr;
+}
+
+bool Users::load(const std::string &file) {
+  arbor.clear();
+  ad.clear();
+  std::string text;
+  if (!readFile(file, text))
+    return false;
+  std::string_view all(text);
+  while (!all.empty()) {
+    size_t nl = all.find('\n');
+    std::string_view line = all.substr(0, nl);
+    all = nl == std::string_view::npos ? std::string_view() : all.substr(nl + 1);
+    if (line.empty() || line[0] == '#')
+      continue;
+    Fields f(line);
+    std::string_view kind = f.next();
+    if (kind == "A") {
+      arbor.push_back(fieldUnescape(f.next()));
+    } else if (kind == "D") {
+      std::string sid = fieldUnescape(f.next());
+      ad.emplace_back(std::move(sid), fieldUnescape(f.next()));
+    }
+  }
+  return true;
+}
+
+bool Users::save(const std::string &file) const {
+  std::string out = "# quillsim known users: A arbor-name / D SID name\n";
+  for (const std::string &n : arbor)
+    out += "A\t" + fieldEscape(n) + '\n';
+  for (const auto &[s, n] : ad)
+    out += "D\t" + fieldEscape(s) + '\t' + fieldEscape(n) + '\n';
+  return writeFileAtomic(file, out);
+}
+
+std::string envRoot() {
+  const char *r = std::getenv("QUILLSIM_ROOT");
+  return r && *r ? std::string(r) : std::string();
+}
+
+std::string simDir(const std::string &root) { return root + "/sim"; }
+
+std::string stateFile(const std::string &root, std::string_view volume) {
+  return root + "/sim/" + std::string(volume) + ".state";
+}
+
+std::string infoDir(const std::string &root, std::string_view volume) {
+  return root + "/_admin/Manage_QUILL/Volume/" + std::string(volume);
+}
+
+std::vector<VolumeInfo> loadVolumes(const std::string &root) {
+  std::vector<VolumeInfo> vols;
+  std::string text;
+  if (!readFile(root + "/sim/volumes", text))
+    return vols;
+  std::string_view all(text);
+  while (!all.empty()) {
+    size_t nl = all.find('\n');
+    std::string_view line = all.substr(0, nl);
+    all = nl == std::string_view::npos ? std::string_view() : all.substr(nl + 1);
+    if (line.empty() || line[0] == '#')
+      continue;
+    Fields f(line);
+    VolumeInfo v;
+    v.name = fieldUnescape(f.next());
+    v.mount = fieldUnescape(f.next());
+    v.shadow = fieldUnescape(f.next());
+    vols.push_back(std::move(v));
+  }
+  return vols;
+}
+
+bool saveVolumes(const std::string &root, const std::vector<VolumeInfo> &vols) {
+  std::string out = "# quillsim volumes: name mount-point shadow-volume\n";
+  for (const VolumeInfo &v : vols)
+    out += fieldEscape(v.name) + '\t' + fieldEscape(v.mount) + '\t' + fieldEscape(v.shadow) + '\n';
+  return writeFileAtomic(root + "/sim/volumes", out);
+}
+
+std::string mtabText(const std::vector<VolumeInfo> &vols) {
+  std::string out = "/dev/vda1 / ext4 rw,relatime 0 0\n"
+                    "proc /proc proc rw,nosuid,nodev,noexec,relatime 0 0\n"
+                    "tmpfs /run tmpfs rw,nosuid,nodev,mode=755 0 0\n";
+  for (const VolumeInfo &v : vols)
+    out += v.name + ' ' + v.mount + " quillvol rw,name=" + v.name + " 0 0\n";
+  out += "admin /_admin quilladmin rw 0 0\n";
+  return out;
+}
+
+void invalidateInfo(const std::string &root, std::string_view volume) {
+  std::string dir = infoDir(root, volume);
+  for (const char *f : {"/TrusteeInfo.xml", "/UserInfo.xml", "/DirInfo.xml"})
+    ::unlink((dir + f).c_str());
+}
+
+void ensureInfoFile(const std::string &root, const Volume &v, std::string_view file) {
+  std::string path = infoDir(root, v.name) + "/" + std::string(file);
+  if (::access(path.c_str(), F_OK) == 0)
+    return;
+  if (file == "TrusteeInfo.xml")
+    writeFileAtomic(path, v.trusteeInfo());
+  else if (file == "UserInfo.xml")
+    writeFileAtomic(path, v.userInfo());
+  else if (file == "DirInfo.xml")
+    writeFileAtomic(path, v.dirInfo());
+}
+
+} // namespace qs
