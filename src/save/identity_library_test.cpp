@@ -9,7 +9,7 @@ namespace {
 
 // Loads a stand-in library by its full path; the code's dlopen by name then finds it.
 class IdentityLibraryTest : public testing::Test {
- protected:
+protected:
   void SetUp() override { resetIdentityLibrary(); }
   void TearDown() override {
     resetIdentityLibrary();
@@ -80,4 +80,4 @@ TEST_F(IdentityLibraryTest, ResetTriesTheLibraryAgain) {
   EXPECT_FALSE(sidNamesExistingUser("S-1-5-21-1-2-3-9999"));
 }
 
-}  // namespace
+} // namespace

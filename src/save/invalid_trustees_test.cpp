@@ -45,7 +45,7 @@ std::string trusteeInfo(const std::string &files) {
 }
 
 class RemoveInvalidTrusteesTest : public testing::Test {
- protected:
+protected:
   void SetUp() override {
     resetRunSettings();
     resetTagReader();
@@ -143,10 +143,10 @@ TEST_F(RemoveInvalidTrusteesTest, UnknownNameWithNonSidIdentifierIsRemovedWithTh
   EXPECT_EQ(run(trusteeInfo(fileElement("/dir/a", trustee("Unknown(21350)", "jsmith.ou.tree")))),
             1);
   EXPECT_EQ(requests(),
-              (Requests{"<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>"
-                          "<trustee><removeTrustee><fileName>VOL:/dir/a</fileName>"
-                          "<userID>jsmith.ou.tree</userID></removeTrustee></trustee>"
-                          "</fileRequest>"}));
+            (Requests{"<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>"
+                      "<trustee><removeTrustee><fileName>VOL:/dir/a</fileName>"
+                      "<userID>jsmith.ou.tree</userID></removeTrustee></trustee>"
+                      "</fileRequest>"}));
   EXPECT_EQ(stderr_, "");
 }
 
@@ -164,10 +164,10 @@ TEST_F(RemoveInvalidTrusteesTest, ResolvingAdSidNamedUnknownIsRemovedWithThePlai
       run(trusteeInfo(fileElement("/dir/a", adTrustee("Unknown(21350)", "S-1-5-21-1-2-3-1104")))),
       1);
   EXPECT_EQ(requests(),
-              (Requests{"<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>"
-                          "<trustee><removeTrustee><fileName>VOL:/dir/a</fileName>"
-                          "<userID>S-1-5-21-1-2-3-1104</userID></removeTrustee></trustee>"
-                          "</fileRequest>"}));
+            (Requests{"<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>"
+                      "<trustee><removeTrustee><fileName>VOL:/dir/a</fileName>"
+                      "<userID>S-1-5-21-1-2-3-1104</userID></removeTrustee></trustee>"
+                      "</fileRequest>"}));
 }
 
 TEST_F(RemoveInvalidTrusteesTest, UnresolvedAdSidIsRemovedWithTheAdFormEvenWithAnOrdinaryName) {
@@ -175,28 +175,28 @@ TEST_F(RemoveInvalidTrusteesTest, UnresolvedAdSidIsRemovedWithTheAdFormEvenWithA
                                                      adTrustee("Carol", "S-1-5-21-1-2-3-9999")))),
             1);
   EXPECT_EQ(requests(),
-              (Requests{"<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>"
-                          "<trustee><removeTrustee type=\"adID\"><fileName>VOL:dir/a</fileName>"
-                          "<userID>S-1-5-21-1-2-3-9999</userID></removeTrustee></trustee>"
-                          "</fileRequest>"}));
+            (Requests{"<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>"
+                      "<trustee><removeTrustee type=\"adID\"><fileName>VOL:dir/a</fileName>"
+                      "<userID>S-1-5-21-1-2-3-9999</userID></removeTrustee></trustee>"
+                      "</fileRequest>"}));
 }
 
 TEST_F(RemoveInvalidTrusteesTest, UnresolvedAdSidNamedUnknownIsRemovedWithTheAdForm) {
   run(trusteeInfo(fileElement("/a", adTrustee("Unknown(21350)", "S-1-5-21-1-2-3-9999"))));
   EXPECT_EQ(requests(),
-              (Requests{"<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>"
-                          "<trustee><removeTrustee type=\"adID\"><fileName>VOL:/a</fileName>"
-                          "<userID>S-1-5-21-1-2-3-9999</userID></removeTrustee></trustee>"
-                          "</fileRequest>"}));
+            (Requests{"<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>"
+                      "<trustee><removeTrustee type=\"adID\"><fileName>VOL:/a</fileName>"
+                      "<userID>S-1-5-21-1-2-3-9999</userID></removeTrustee></trustee>"
+                      "</fileRequest>"}));
 }
 
 TEST_F(RemoveInvalidTrusteesTest, SidTextThatDoesNotConvertIsRemovedWithTheAdForm) {
   run(trusteeInfo(fileElement("/a", trustee("Sam", "Sam.staff.tree"))));
   EXPECT_EQ(requests(),
-              (Requests{"<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>"
-                          "<trustee><removeTrustee type=\"adID\"><fileName>VOL:/a</fileName>"
-                          "<userID>Sam.staff.tree</userID></removeTrustee></trustee>"
-                          "</fileRequest>"}));
+            (Requests{"<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>"
+                      "<trustee><removeTrustee type=\"adID\"><fileName>VOL:/a</fileName>"
+                      "<userID>Sam.staff.tree</userID></removeTrustee></trustee>"
+                      "</fileRequest>"}));
   EXPECT_EQ(stubCalls(), 1);
 }
 
@@ -240,10 +240,10 @@ TEST_F(RemoveInvalidTrusteesTest, PathFilterKeepsUnknownNameAtAPathThatDoesNotMa
                   "<trustee><id>jsmith.ou.tree</id></trustee>\n</file>\n");
   EXPECT_EQ(run(info, "/test1"), 1);
   EXPECT_EQ(requests(),
-              (Requests{"<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>"
-                          "<trustee><removeTrustee><fileName>VOL:/test2/a</fileName>"
-                          "<userID>jsmith.ou.tree</userID></removeTrustee></trustee>"
-                          "</fileRequest>"}));
+            (Requests{"<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>"
+                      "<trustee><removeTrustee><fileName>VOL:/test2/a</fileName>"
+                      "<userID>jsmith.ou.tree</userID></removeTrustee></trustee>"
+                      "</fileRequest>"}));
 }
 
 TEST_F(RemoveInvalidTrusteesTest, PathFilterLeavesTheRemovalDecisionsOfEveryFile) {
@@ -256,19 +256,15 @@ TEST_F(RemoveInvalidTrusteesTest, PathFilterLeavesTheRemovalDecisionsOfEveryFile
   EXPECT_EQ(run(info, "/test1"), 1);
   const std::string open = "<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>";
   EXPECT_EQ(requests(),
-              (Requests{open +
-                              "<trustee><removeTrustee><fileName>VOL:/test1/a</fileName>"
-                              "<userID>u1.tree</userID></removeTrustee></trustee></fileRequest>",
-                          open +
-                              "<trustee><removeTrustee type=\"adID\"><fileName>VOL:/test1/a"
-                              "</fileName><userID>S-1-5-21-1-2-3-9999</userID></removeTrustee>"
-                              "</trustee></fileRequest>",
-                          open +
-                              "<trustee><removeTrustee><fileName>VOL:/test10</fileName>"
-                              "<userID>u2.tree</userID></removeTrustee></trustee></fileRequest>",
-                          open +
-                              "<trustee><removeTrustee><fileName>VOL:/test2</fileName>"
-                              "<userID>u3.tree</userID></removeTrustee></trustee></fileRequest>"}));
+            (Requests{open + "<trustee><removeTrustee><fileName>VOL:/test1/a</fileName>"
+                             "<userID>u1.tree</userID></removeTrustee></trustee></fileRequest>",
+                      open + "<trustee><removeTrustee type=\"adID\"><fileName>VOL:/test1/a"
+                             "</fileName><userID>S-1-5-21-1-2-3-9999</userID></removeTrustee>"
+                             "</trustee></fileRequest>",
+                      open + "<trustee><removeTrustee><fileName>VOL:/test10</fileName>"
+                             "<userID>u2.tree</userID></removeTrustee></trustee></fileRequest>",
+                      open + "<trustee><removeTrustee><fileName>VOL:/test2</fileName>"
+                             "<userID>u3.tree</userID></removeTrustee></trustee></fileRequest>"}));
 }
 
 // The scan's flags.
@@ -368,9 +364,9 @@ TEST_F(RemoveInvalidTrusteesTest, PathTooLongSkipsItsFileOnly) {
                             fileElement("/b", trustee("Unknown(21350)", "u2.tree")))),
             1);
   EXPECT_EQ(requests(),
-              (Requests{"<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>"
-                          "<trustee><removeTrustee><fileName>VOL:/b</fileName>"
-                          "<userID>u2.tree</userID></removeTrustee></trustee></fileRequest>"}));
+            (Requests{"<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>"
+                      "<trustee><removeTrustee><fileName>VOL:/b</fileName>"
+                      "<userID>u2.tree</userID></removeTrustee></trustee></fileRequest>"}));
   EXPECT_EQ(stderr_, "Value too long in element path; entry skipped.\n");
 }
 
@@ -409,9 +405,8 @@ TEST_F(RemoveInvalidTrusteesTest, NameTooLongIsNotTheMarkerAndTheSidStillDecides
 
 TEST_F(RemoveInvalidTrusteesTest, UnreadablePathEndsWithZero) {
   EXPECT_EQ(run("<file><path>" + std::string(9000, 'x')), 0);
-  EXPECT_EQ(stderr_,
-            "Value too long in element path; entry skipped.\n"
-            "Failed to get the contents of tag path\n");
+  EXPECT_EQ(stderr_, "Value too long in element path; entry skipped.\n"
+                     "Failed to get the contents of tag path\n");
 }
 
 TEST_F(RemoveInvalidTrusteesTest, UnreadableNameCountsAsAFinishedScan) {
@@ -420,12 +415,11 @@ TEST_F(RemoveInvalidTrusteesTest, UnreadableNameCountsAsAFinishedScan) {
 }
 
 TEST_F(RemoveInvalidTrusteesTest, UnreadableIdentifierEndsWithZero) {
-  EXPECT_EQ(run("<file><path>/a</path><trustee><name>Unknown(21350)</name><id>" +
-                std::string(9000, 'x')),
-            0);
-  EXPECT_EQ(stderr_,
-            "Value too long in element id; entry skipped.\n"
-            "Failed to get the contents of tag id\n");
+  EXPECT_EQ(
+      run("<file><path>/a</path><trustee><name>Unknown(21350)</name><id>" + std::string(9000, 'x')),
+      0);
+  EXPECT_EQ(stderr_, "Value too long in element id; entry skipped.\n"
+                     "Failed to get the contents of tag id\n");
   EXPECT_TRUE(requests().empty());
 }
 
@@ -456,9 +450,8 @@ TEST_F(RemoveInvalidTrusteesTest, FailedRedirectionOfStandardInputEndsWithZero) 
 TEST_F(RemoveInvalidTrusteesTest, CommandFileThatCannotBeOpenedEndsWithZero) {
   redirectFilesCommandFile(nullptr);
   EXPECT_EQ(run(trusteeInfo(fileElement("/a", trustee("Unknown(21350)", "u1.tree")))), 0);
-  EXPECT_EQ(stderr_,
-            "Unable to open the admin file for administration ofthe file system.  "
-            "err=No such file or directory\n");
+  EXPECT_EQ(stderr_, "Unable to open the admin file for administration ofthe file system.  "
+                     "err=No such file or directory\n");
   EXPECT_EQ(adminFd, 0);
 }
 
@@ -476,7 +469,7 @@ TEST_F(RemoveInvalidTrusteesTest, StandardInputStaysOnTheInfoFileAndTheCommandFi
 // Without the identity library nothing is removed for want of a lookup.
 
 class RemoveWithoutIdentityLibraryTest : public RemoveInvalidTrusteesTest {
- protected:
+protected:
   void SetUp() override {
     loadStub_ = false;
     RemoveInvalidTrusteesTest::SetUp();
@@ -495,16 +488,14 @@ TEST_F(RemoveWithoutIdentityLibraryTest, OnlyMarkerNamesAreRemovedAndTheLoadFail
             1);
   const std::string open = "<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>";
   EXPECT_EQ(requests(),
-              (Requests{open +
-                              "<trustee><removeTrustee><fileName>VOL:/a</fileName>"
-                              "<userID>u1.tree</userID></removeTrustee></trustee></fileRequest>",
-                          open +
-                              "<trustee><removeTrustee><fileName>VOL:/a</fileName>"
-                              "<userID>S-1-5-21-7</userID></removeTrustee></trustee>"
-                              "</fileRequest>"}));
+            (Requests{open + "<trustee><removeTrustee><fileName>VOL:/a</fileName>"
+                             "<userID>u1.tree</userID></removeTrustee></trustee></fileRequest>",
+                      open + "<trustee><removeTrustee><fileName>VOL:/a</fileName>"
+                             "<userID>S-1-5-21-7</userID></removeTrustee></trustee>"
+                             "</fileRequest>"}));
   EXPECT_EQ(stderr_,
             "Unable to load the identity library liblumo.so.0: liblumo.so.0: cannot open shared "
             "object file: No such file or directory\n");
 }
 
-}  // namespace
+} // namespace

@@ -48,7 +48,7 @@ request, and the save with it: the document has only its first line, and the sta
 
     $ quillsim log --clear
     ? 0
-    $ cd "$QUILLSIM_ROOT/_admin/Manage_QUILL/Volume/VOL1" && rm -f TrusteeInfo.xml && python3 -c 'import socket; socket.socket(socket.AF_UNIX).bind("TrusteeInfo.xml")'
+    $ cd "$QUILLSIM_ROOT/_admin/Manage_QUILL/Volume/VOL1" && rm -f TrusteeInfo.xml && env -u LD_PRELOAD python3 -c 'import socket; socket.socket(socket.AF_UNIX).bind("TrusteeInfo.xml")'
     ? 0
     $ trovan save VOL1 -m r
     > <metadata>

@@ -20,8 +20,7 @@ bool failStdinRedirect = false;
 using OpenFunction = int (*)(const char *, int, ...);
 using Dup2Function = int (*)(int, int);
 
-template <typename Function>
-Function realFunction(const char *name) {
+template <typename Function> Function realFunction(const char *name) {
   return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
 }
 
@@ -37,11 +36,10 @@ int openRedirected(OpenFunction real, const char *path, int flags, mode_t mode) 
 }
 
 mode_t modeArgument(int flags, va_list arguments) {
-  return (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE ? va_arg(arguments, mode_t)
-                                                                     : 0;
+  return (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE ? va_arg(arguments, mode_t) : 0;
 }
 
-}  // namespace
+} // namespace
 
 void redirectFilesCommandFile(const char *path) {
   redirectSet = path != nullptr;
