@@ -1,0 +1,175 @@
+#include "save/info_file.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "channel/admin_channel.h"
+#include "document/run_settings.h"
+#include "save/info_filters.h"
+
+namespace {
+
+constexpr std::size_t kReadStep = 65536;
+// The text's length is carried as a signed 32-bit count.
+constexpr std::size_t kLargestText = INT_MAX - kReadStep - 2;
+
+void reportNoMemory(const char *where) {
+  std::fprintf(stderr, "%s: Failed to allocate memory.\n", where);
+}
+
+// The text of an info file, in memory mapped straight from the system so that it can grow
+// without a copy and be backed by large pages (an info file can hold hundreds of megabytes).
+class TextBuffer {
+ public:
+  TextBuffer() = default;
+  TextBuffer(const TextBuffer &) = delete;
+  TextBuffer &operator=(const TextBuffer &) = delete;
+  ~TextBuffer() {
+    if (data_ != nullptr) munmap(data_, capacity_);
+  }
+  char *data() const { return data_; }
+  std::size_t capacity() const { return capacity_; }
+
+  // Makes room for `capacity` bytes, keeping the bytes held so far. False when memory runs out.
+  bool reserve(std::size_t capacity) {
+    capacity = (capacity + kPage - 1) / kPage * kPage;
+    void *area = data_ == nullptr
+                     ? mmap(nullptr, capacity, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS,
+                            -1, 0)
+                     : mremap(data_, capacity_, capacity, MREMAP_MAYMOVE);
+    if (area == MAP_FAILED) return false;
+    data_ = static_cast<char *>(area);
+    capacity_ = capacity;
+    madvise(data_, capacity_, MADV_HUGEPAGE);
+    return true;
+  }
+
+ private:
+  static constexpr std::size_t kPage = 2 << 20;
+  char *data_ = nullptr;
+  std::size_t capacity_ = 0;
+};
+
+struct Buffers {
+  char *name = nullptr;
+  char *scratch = nullptr;
+  TextBuffer text;
+  int fd = -1;
+  ~Buffers() {
+    std::free(name);
+    std::free(scratch);
+    if (fd >= 0) close(fd);
+  }
+};
+
+// Reads the open file until a read returns 0. Its stat size is only a first guess at the room
+// needed (the file system reports 0 for its virtual files); the buffer grows geometrically.
+// Returns 0 with the text terminated where the data ends, 12, or the errno of a failed read.
+int readWhole(int fd, TextBuffer &text) {
+  std::size_t capacity = kReadStep + 1;
+  struct stat info;
+  if (fstat(fd, &info) == 0 && info.st_size > 0 &&
+      static_cast<unsigned long long>(info.st_size) < kLargestText)
+    capacity = static_cast<std::size_t>(info.st_size) + kReadStep + 1;
+  if (!text.reserve(capacity)) {
+    reportNoMemory("util/trovan/trovan[3043]");
+    return 12;
+  }
+  std::size_t used = 0;
+  for (;;) {
+    if (used == text.capacity() - 1) {
+      std::size_t grown = 2 * text.capacity();
+      if (grown > kLargestText + 1) grown = kLargestText + 1;
+      if (grown <= text.capacity() || !text.reserve(grown)) {
+        reportNoMemory("util/trovan/trovan[3056]");
+        return 12;
+      }
+    }
+    const ssize_t count = read(fd, text.data() + used, text.capacity() - 1 - used);
+    if (count == 0) break;
+    if (count < 0) {
+      if (errno == EINTR) continue;
+      const int error = errno;
+      std::fprintf(stderr, "fread failed. Error=%m\n");
+      return error;
+    }
+    used += static_cast<std::size_t>(count);
+  }
+  text.data()[used] = '\0';
+  return 0;
+}
+
+// The user-type filter of -u: 0, or -1 when an element removal failed.
+int filterByUserType(const char *fileName, char *text, int *length) {
+  const bool trustees = std::strcmp(fileName, "TrusteeInfo.xml") == 0;
+  const bool users = std::strcmp(fileName, "UserInfo.xml") == 0;
+  if (arborUsers) {
+    if (trustees) return removeElements(text, length, "trustee type=\"adID\"", "trustee");
+    if (users) return removeElements(text, length, "user type=\"adID\"", "user");
+  } else if (adUsers) {
+    if (trustees) return removeElements(text, length, "trustee", "trustee");
+    if (users) {
+      if (removeElements(text, length, "user", "user") != 0) {
+        std::fprintf(stderr, "Failed to remove given object from infile -> admin_user_quota_file.\n");
+        return -1;
+      }
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+
+int extractInfoFile(const char *infoDir, const char *fileName, const char *path,
+                    const char *elementName) {
+  Buffers buffers;
+  const std::size_t dirLength = std::strlen(infoDir);
+  const std::size_t fileLength = std::strlen(fileName);
+  buffers.name = static_cast<char *>(std::calloc(dirLength + fileLength + 1, 1));
+  if (buffers.name == nullptr) {
+    reportNoMemory("util/trovan/trovan[3028]");
+    return 12;
+  }
+  std::memcpy(buffers.name, infoDir, dirLength);
+  std::memcpy(buffers.name + dirLength, fileName, fileLength);
+
+  buffers.fd = open(buffers.name, O_RDONLY | O_CLOEXEC);
+  if (buffers.fd < 0) {
+    std::fprintf(stderr, "Unable to open %s.  err=%m\n", buffers.name);
+    return -1;
+  }
+  if (int status = readWhole(buffers.fd, buffers.text); status != 0) return status;
+
+  // The text ends at its first NUL.
+  char *text = buffers.text.data();
+  int length = static_cast<int>(std::strlen(text));
+  if (length == 0) return 0;
+  stripReplyWrapper(text, &length);
+  if (filterByUserType(fileName, text, &length) != 0) return -1;
+
+  if (path != nullptr) {
+    // Only the unfiltered rest after an element without an end tag is ever copied into the
+    // scratch space, so most of it is never touched.
+    buffers.scratch = static_cast<char *>(std::malloc(static_cast<std::size_t>(length) + 2));
+    if (buffers.scratch == nullptr) {
+      std::fprintf(stderr, "%s: Failed to realloc memory.\n", "util/trovan/trovan[3128]");
+      return 12;
+    }
+    filterByPath(text, &length, path, buffers.scratch, elementName);
+  }
+
+  if (write(1, text, std::strlen(text)) < 0) {
+    const int error = errno;
+    std::fprintf(stderr, "Error %m saving information to standard out\n");
+    return error;
+  }
+  return 0;
+}
