@@ -22,7 +22,8 @@ A volume with one invalid trustee, a user quota, a directory quota and an RXL tr
     $ quillsim rxl trustee VOL1 /docs/a.txt bob.corp.TREE. RF 175402c6-687f-0c90-3bd4-264a284a3efa
     ? 0
 
-No removal: the default mask, "t", "ru" and "rd", with and without -n, and "rt" and "a" with -n.
+No removal: the default mask, "t", "ru" and "rd", with and without -n. ("rt" and "a" with -n,
+which take the trustees from the RXL trustee file, are in removal_masks_rxl.t.)
 
     $ trovan save VOL1 >/dev/null && trovan save VOL1 -m t >/dev/null && quillsim log
     ? 0
@@ -43,17 +44,6 @@ No removal: the default mask, "t", "ru" and "rd", with and without -n, and "rt" 
     > </metadata>
     ? 0
     $ trovan save VOL1 -m rd -n >/dev/null && quillsim log
-    ? 0
-    $ trovan save VOL1 -m rt -n
-    > <metadata>
-    > <trusteeInfo>
-    > <file>
-    > <zid></zid><path>/docs/a.txt</path>
-    > <trustee><name>bob.corp.TREE.</name><id>175402c6-687f-0c90-3bd4-264a284a3efa</id><rights value="rf"><read/><fileScan/></rights></trustee>
-    > </file>
-    > </trusteeInfo></metadata>
-    ? 0
-    $ trovan save VOL1 -m a -n >/dev/null && quillsim log
     ? 0
 
 "rt" removes, then writes the trustees.
