@@ -4,6 +4,7 @@
 #include "../core/state.h"
 #include "../core/text.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -434,24 +435,58 @@ std::string replaceRoot(std::string text, const std::string &with) {
   return text;
 }
 
+// What programs of the sandbox left behind: the descriptors they held on simulated files when
+// they ended (sim/leaks.log), then each file they made in /tmp that still exists, once.
+std::string leftovers() {
+  std::string text, made;
+  qs::readFile(gRoot + "/sim/leaks.log", text);
+  qs::readFile(gRoot + "/sim/tmpfiles.log", made);
+  std::vector<std::string> seen;
+  size_t pos = 0;
+  while (pos < made.size()) {
+    size_t nl = made.find('\n', pos);
+    std::string line = made.substr(pos, nl - pos);
+    pos = nl == std::string::npos ? made.size() : nl + 1;
+    size_t space = line.find(' ');
+    if (space == std::string::npos)
+      continue;
+    std::string file = line.substr(space + 1);
+    struct stat st;
+    if (std::find(seen.begin(), seen.end(), file) != seen.end() || ::lstat(file.c_str(), &st) != 0)
+      continue;
+    seen.push_back(file);
+    text += line.substr(0, space) + ": temporary file " + file + " left behind\n";
+  }
+  return text;
+}
+
 int cmdLog(Args &a) {
+  const char *usageText = "log [--rxl|--replies|--leaks] [--root-as TEXT] [--clear]";
   std::string rootAs;
   bool replace = takeOption(a, "--root-as", rootAs);
   bool clear = takeFlag(a, "--clear");
-  std::string file = "requests.log";
+  std::vector<std::string> files = {"requests.log"};
+  bool leaks = false;
   if (takeFlag(a, "--rxl"))
-    file = "rxlcon.log";
+    files = {"rxlcon.log"};
   else if (takeFlag(a, "--replies"))
-    file = "replies.log";
+    files = {"replies.log"};
+  else if (takeFlag(a, "--leaks")) {
+    files = {"leaks.log", "tmpfiles.log"};
+    leaks = true;
+  }
   if (!a.empty())
-    return usage("log [--rxl|--replies] [--root-as TEXT] [--clear]");
-  std::string path = gRoot + "/sim/" + file;
+    return usage(usageText);
   if (clear) {
-    ::unlink(path.c_str());
+    for (const std::string &file : files)
+      ::unlink((gRoot + "/sim/" + file).c_str());
     return 0;
   }
   std::string text;
-  qs::readFile(path, text);
+  if (leaks)
+    text = leftovers();
+  else
+    qs::readFile(gRoot + "/sim/" + files[0], text);
   if (replace)
     text = replaceRoot(std::move(text), rootAs);
   std::fwrite(text.data(), 1, text.size(), stdout);
@@ -609,7 +644,7 @@ void help() {
       "  fastmode on|off\n"
       "  rxl trustee VOL PATH NAME RIGHTS [GUID] | rxl irm VOL PATH RIGHTS | rxl raw VOL FILE "
       "| rxl show VOL\n"
-      "  log [--rxl|--replies] [--root-as TEXT] [--clear]\n"
+      "  log [--rxl|--replies|--leaks] [--root-as TEXT] [--clear]\n"
       "  dump VOL\n"
       "  env\n"
       "  exec -- CMD [ARGS...]\n"

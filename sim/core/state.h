@@ -9,6 +9,7 @@
 //   sim/volumes, sim/users, sim/<VOL>.state     state, one record a line
 //   sim/faults, sim/fastmode                    behaviour settings
 //   sim/requests.log, sim/replies.log, sim/rxlcon.log
+//   sim/leaks.log, sim/tmpfiles.log             what programs left behind (quillsim log --leaks)
 #pragma once
 
 #include "rights.h"

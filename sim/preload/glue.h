@@ -31,6 +31,10 @@ QS_HIDDEN off_t qs_lseek(int fd, off_t offset, int whence);
 QS_HIDDEN void qs_closing(int fd);
 /* Called after a successful dup of a command-file descriptor. */
 QS_HIDDEN void qs_duped(int oldfd, int newfd);
+/* Called after a call that may have created path (open with O_CREAT, fopen for writing, mkstemp):
+   a file made directly in /tmp is recorded in the sandbox, so that what a run leaves there can be
+   found without looking at other programs' files. */
+QS_HIDDEN void qs_created(const char *path);
 
 #ifdef __cplusplus
 }

@@ -135,30 +135,49 @@ static int track(int fd, const char *path, const char *rp) {
   return fd;
 }
 
+/* Files a program may have made (in /tmp) are recorded, so that leftovers can be found. */
+static int track_created(int fd, int flags, const char *path, const char *rp) {
+  if (fd >= 0 && (flags & O_CREAT))
+    qs_created(path);
+  return track(fd, path, rp);
+}
+
+static FILE *stream_created(FILE *stream, const char *path, const char *mode) {
+  if (stream && path && mode && (mode[0] == 'w' || mode[0] == 'a'))
+    qs_created(path);
+  return stream;
+}
+
+static int made_temporary(int fd, const char *name) {
+  if (fd >= 0)
+    qs_created(name);
+  return fd;
+}
+
 /* ---- opening ---------------------------------------------------------------------------- */
 
 EXPORT int open(const char *path, int flags, ...) {
   MODE_ARG(flags);
   REDIRECT(path);
-  return track(REAL(open)(rp, flags, mode), path, rp);
+  return track_created(REAL(open)(rp, flags, mode), flags, path, rp);
 }
 
 EXPORT int open64(const char *path, int flags, ...) {
   MODE_ARG(flags);
   REDIRECT(path);
-  return track(REAL(open64)(rp, flags, mode), path, rp);
+  return track_created(REAL(open64)(rp, flags, mode), flags, path, rp);
 }
 
 EXPORT int openat(int dirfd, const char *path, int flags, ...) {
   MODE_ARG(flags);
   REDIRECT(path);
-  return track(REAL(openat)(dirfd, rp, flags, mode), path, rp);
+  return track_created(REAL(openat)(dirfd, rp, flags, mode), flags, path, rp);
 }
 
 EXPORT int openat64(int dirfd, const char *path, int flags, ...) {
   MODE_ARG(flags);
   REDIRECT(path);
-  return track(REAL(openat64)(dirfd, rp, flags, mode), path, rp);
+  return track_created(REAL(openat64)(dirfd, rp, flags, mode), flags, path, rp);
 }
 
 EXPORT int __open_2(const char *path, int flags) {
@@ -184,38 +203,38 @@ EXPORT int __openat64_2(int dirfd, const char *path, int flags) {
 
 EXPORT int creat(const char *path, mode_t mode) {
   REDIRECT(path);
-  return track(REAL(creat)(rp, mode), path, rp);
+  return track_created(REAL(creat)(rp, mode), O_CREAT, path, rp);
 }
 
 EXPORT int creat64(const char *path, mode_t mode) {
   REDIRECT(path);
-  return track(REAL(creat64)(rp, mode), path, rp);
+  return track_created(REAL(creat64)(rp, mode), O_CREAT, path, rp);
 }
 
 /* Streams read through libc's own internal calls, so a command file opened as a stream is a
    plain (empty) file; info files and the mount table only need the redirection. */
 EXPORT FILE *fopen(const char *path, const char *mode) {
   REDIRECT_PTR(path);
-  return REAL(fopen)(rp, mode);
+  return stream_created(REAL(fopen)(rp, mode), path, mode);
 }
 
 EXPORT FILE *fopen64(const char *path, const char *mode) {
   REDIRECT_PTR(path);
-  return REAL(fopen64)(rp, mode);
+  return stream_created(REAL(fopen64)(rp, mode), path, mode);
 }
 
 EXPORT FILE *freopen(const char *path, const char *mode, FILE *stream) {
   if (!path)
     return REAL(freopen)(path, mode, stream);
   REDIRECT_PTR(path);
-  return REAL(freopen)(rp, mode, stream);
+  return stream_created(REAL(freopen)(rp, mode, stream), path, mode);
 }
 
 EXPORT FILE *freopen64(const char *path, const char *mode, FILE *stream) {
   if (!path)
     return REAL(freopen64)(path, mode, stream);
   REDIRECT_PTR(path);
-  return REAL(freopen64)(rp, mode, stream);
+  return stream_created(REAL(freopen64)(rp, mode, stream), path, mode);
 }
 
 /* libc opens the table with its internal fopen, which no wrapper sees. */
@@ -227,6 +246,19 @@ EXPORT FILE *setmntent(const char *path, const char *mode) {
 EXPORT DIR *opendir(const char *path) {
   REDIRECT_PTR(path);
   return REAL(opendir)(rp);
+}
+
+/* Temporary files made from a template: the name is known only after the call. */
+EXPORT int mkstemp(char *name) { return made_temporary(REAL(mkstemp)(name), name); }
+
+EXPORT int mkstemp64(char *name) { return made_temporary(REAL(mkstemp64)(name), name); }
+
+EXPORT int mkostemp(char *name, int flags) {
+  return made_temporary(REAL(mkostemp)(name, flags), name);
+}
+
+EXPORT int mkostemp64(char *name, int flags) {
+  return made_temporary(REAL(mkostemp64)(name, flags), name);
 }
 
 /* ---- status and access ------------------------------------------------------------------ */

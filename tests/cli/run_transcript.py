@@ -5,7 +5,10 @@ Usage: run_transcript.py --bin-dir DIR [--quillsim PATH] FILE.t [FILE.t ...]
 
 Each file runs in a fresh sandbox directory. When a quillsim command is given, the sandbox is
 a simulator sandbox: `quillsim init` has been run and the environment that `quillsim env`
-prints is in force for every command. The format is described in README.md beside this file.
+prints is in force for every command, and after the last command the file fails if any program
+of the sandbox left a descriptor open on a simulated admin file or the mount table, or left a
+file it made in /tmp (`quillsim log --leaks`). The format is described in README.md beside this
+file.
 """
 
 import argparse
@@ -117,6 +120,33 @@ def side_by_side(title, expected, actual):
     return "\n".join(rows)
 
 
+LEFT_FILE = re.compile(r": temporary file (/tmp/[^/\n]+) left behind$")
+
+
+def check_leftovers(path, quillsim, env, sandbox):
+    """Returns 1 (and prints them) when programs of the sandbox left resources behind, else 0.
+    Files left in /tmp are removed, so that a failing transcript does not litter."""
+    result = subprocess.run([quillsim, "log", "--leaks", "--root-as", "$SANDBOX"], env=env,
+                            cwd=sandbox, capture_output=True, timeout=COMMAND_TIMEOUT_SECONDS)
+    report = result.stdout.decode("utf-8", "backslashreplace")
+    if result.returncode != 0:
+        print(f"FAIL {path}: quillsim log --leaks ended with status {result.returncode}")
+        print(result.stderr.decode("utf-8", "backslashreplace"), end="")
+        return 1
+    if not report:
+        return 0
+    print(f"FAIL {path}: resources left behind at the end of the transcript")
+    for line in report.splitlines():
+        print(f"  {line}")
+        match = LEFT_FILE.search(line)
+        if match:
+            try:
+                os.remove(match.group(1))
+            except OSError:
+                pass
+    return 1
+
+
 def run_file(path, bin_dir, quillsim):
     commands = parse(path)
     failures = 0
@@ -148,9 +178,12 @@ def run_file(path, bin_dir, quillsim):
                 print(side_by_side("stderr", command.stderr, stderr))
             if status != command.status:
                 print(f"  status: expected {command.status}, actual {status}")
+        if quillsim is not None:
+            failures += check_leftovers(path, quillsim, env, sandbox)
     finally:
         shutil.rmtree(sandbox, ignore_errors=True)
-    return len(commands), failures
+    # The check of what the sandbox's programs left behind counts as one more.
+    return len(commands) + (1 if quillsim is not None else 0), failures
 
 
 def main():
