@@ -1,6 +1,6 @@
 /* Opens simulated files the ways a client does and ends, closing them or not, so that the
    simulator's record of what programs leave behind can be checked.
-   leaker leave|tidy|stdin: prints its process id, the temporary file it made and the descriptors
+   leaker leave|tidy|stdin|heap: prints its process id, the temporary file it made and the descriptors
    it opened, in the order opened. */
 #define _GNU_SOURCE
 #include <dirent.h>
@@ -13,8 +13,16 @@
 
 int main(int argc, char **argv) {
   if (argc != 2) {
-    fprintf(stderr, "usage: leaker leave|tidy|stdin\n");
+    fprintf(stderr, "usage: leaker leave|tidy|stdin|heap\n");
     return 2;
+  }
+  if (strcmp(argv[1], "heap") == 0) {
+    /* An allocation lost before the end, for the leak sanitizer to find. */
+    char *volatile lost = malloc(64);
+    if (lost)
+      lost[0] = 1;
+    lost = NULL;
+    return 0;
   }
   const int tidy = strcmp(argv[1], "tidy") == 0;
   if (strcmp(argv[1], "stdin") == 0) {
