@@ -1,7 +1,7 @@
 Restoring a legacy TRUSTEE.KXM report with -w: what the run does around the conversion. The
 report is converted into a temporary document made from /tmp/tmp.XXXXXX, which the run removes
-after the restore and leaves in /tmp when it stops before the restore. These checks list the
-/tmp/tmp.?????? files before and after each run to find the one a run left.
+after the restore and leaves in /tmp when it stops before the restore. The simulator records
+the files a run makes in /tmp; `quillsim log --leaks` names those still there.
 
     $ quillsim volume add VOL1 && quillsim file add VOL1 /HOME/JDOE/notes.txt
     ? 0
@@ -9,8 +9,6 @@ after the restore and leaves in /tmp when it stops before the restore. These che
 A report needs the tree name that qualifies its names: without -t the run stops before it reads
 anything, and makes no temporary file.
 
-    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? > before
-    ? 0
     $ trovan restore VOL1 -w
     < TRUSTEE.KXM
     2> Provide Arbor tree name.
@@ -19,35 +17,31 @@ anything, and makes no temporary file.
     < TRUSTEE.KXM
     2> Provide Arbor tree name.
     ? 22
-    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? | comm -13 before - | wc -l
+    $ quillsim log --leaks | wc -l
     > 0
     ? 0
 
 Input whose first line does not begin with TRUSTEE.KXM is refused. The temporary file was made
 before the conversion looked at the input; it stays in /tmp, empty.
 
-    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? > before
-    ? 0
     $ trovan restore VOL1 -w -t CORP
     < TRUSTEE.KX
     < "TRUSTEE","VOL1:\HOME\JDOE","x","JDOE.SALES","RWF"
     2> Invalid input file
     2> Unable to read input file.
     ? 22
-    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? | comm -13 before - > left; wc -l < left; xargs -r cat < left | wc -c; xargs -r rm -f -- < left
+    $ quillsim log --leaks | sed -n 's/^trovan\[[0-9]*\]: temporary file \(.*\) left behind$/\1/p' > left; wc -l < left; xargs -r cat < left | wc -c; xargs -r rm -f -- < left
     > 1
     > 0
     ? 0
 
 Empty input is refused the same way.
 
-    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? > before
-    ? 0
     $ trovan restore VOL1 -w -t CORP < /dev/null
     2> Invalid input file
     2> Unable to read input file.
     ? 22
-    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? | comm -13 before - > left; wc -l < left; xargs -r rm -f -- < left
+    $ quillsim log --leaks | sed -n 's/^trovan\[[0-9]*\]: temporary file \(.*\) left behind$/\1/p' > left; wc -l < left; xargs -r rm -f -- < left
     > 1
     ? 0
 
@@ -58,8 +52,6 @@ without their volume and with slashes, and no line break after the closing tag. 
 lines write nothing; a line short of a value field is reported with its number, counted from
 the line after the header and without the empty lines.
 
-    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? > before
-    ? 0
     $ trovan restore VOL1 -w -t CORP -u AD
     < TRUSTEE.KXM listing
     < "TRUSTEE","VOL1:\HOME\JDOE","x","JDOE.SALES","RWF"
@@ -75,7 +67,7 @@ the line after the header and without the empty lines.
     2> Invalid entry for "TRUSTEE in input file at line 4.
     2> Unknown user type : AD
     ? 255
-    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? | comm -13 before - > left; wc -l < left; xargs -r cat < left; xargs -r rm -f -- < left
+    $ quillsim log --leaks | sed -n 's/^trovan\[[0-9]*\]: temporary file \(.*\) left behind$/\1/p' > left; wc -l < left; xargs -r cat < left; xargs -r rm -f -- < left
     > 1
     > <metadata>
     > <trusteeInfo>
@@ -104,8 +96,6 @@ the line after the header and without the empty lines.
 With -r, paths that name no volume are placed under the prefix; paths that name their volume
 lose the prefix with the volume.
 
-    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? > before
-    ? 0
     $ trovan restore VOL1 -w -t CORP -r data -u Arbor
     < TRUSTEE.KXM
     < "TRUSTEE","APPS\TOOLS","x","JDOE.SALES","R"
@@ -114,7 +104,7 @@ lose the prefix with the volume.
     2> Skipping tokens ATTR and OWNER.
     2> Unknown user type : Arbor
     ? 255
-    $ shopt -s nullglob; printf '%s\n' /tmp/tmp.?????? | comm -13 before - > left; xargs -r cat < left | grep '<path>'; xargs -r rm -f -- < left
+    $ quillsim log --leaks | sed -n 's/^trovan\[[0-9]*\]: temporary file \(.*\) left behind$/\1/p' > left; xargs -r cat < left | grep '<path>'; xargs -r rm -f -- < left
     > <zid></zid><path>/data/APPS/TOOLS</path>
     > <zid></zid><path>/APPS/TOOLS</path>
     ? 0
