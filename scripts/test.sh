@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds trovan and runs every test: a Release build with warnings as errors, then the same
 # suite (unit tests and command-line transcripts under the simulator) built with AddressSanitizer
-# and UndefinedBehaviorSanitizer, then the checks that exist for fuzzing and packaging.
+# and UndefinedBehaviorSanitizer, a fuzz smoke run, and the installed package passing the
+# command-line transcripts.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/require.sh
@@ -22,10 +23,8 @@ run_suite() {
 run_suite build/release -DCMAKE_BUILD_TYPE=Release
 ASAN_OPTIONS=detect_leaks=1 run_suite build/sanitize -DCMAKE_BUILD_TYPE=Debug -DTROVAN_SANITIZE=ON
 
-for check in scripts/fuzz_smoke.sh scripts/check_package.sh; do
-  if [ -x "$check" ]; then
-    echo "== $check"
-    "$check"
-  fi
-done
+echo "== fuzz smoke run: every target, a fixed number of inputs, under both sanitizers"
+scripts/fuzz_smoke.sh
+echo "== the Debian package, unpacked as on a fresh machine, passing the command-line transcripts"
+scripts/check_package.sh --transcripts
 echo "== all tests passed"

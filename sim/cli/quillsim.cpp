@@ -139,6 +139,8 @@ int addVolume(std::vector<qs::VolumeInfo> &vols, const std::string &name, std::s
     mount = gRoot + "/" + mount;
   while (mount.size() > 1 && mount.back() == '/')
     mount.pop_back();
+  if (!mount.starts_with(gRoot + "/") || mount.find("/../") != std::string::npos)
+    return fail("the mount point must lie inside the sandbox: " + mount);
   if (!qs::makeDirs(mount))
     return fail("cannot create mount point " + mount);
   if (!qs::makeDirs(qs::infoDir(gRoot, name)))
@@ -425,7 +427,16 @@ int cmdFastmode(Args &a) {
   return 0;
 }
 
+// Replaces every occurrence of the sandbox path, so that logs read the same in every sandbox.
+std::string replaceRoot(std::string text, const std::string &with) {
+  for (size_t p = 0; (p = text.find(gRoot, p)) != std::string::npos; p += with.size())
+    text.replace(p, gRoot.size(), with);
+  return text;
+}
+
 int cmdLog(Args &a) {
+  std::string rootAs;
+  bool replace = takeOption(a, "--root-as", rootAs);
   bool clear = takeFlag(a, "--clear");
   std::string file = "requests.log";
   if (takeFlag(a, "--rxl"))
@@ -433,7 +444,7 @@ int cmdLog(Args &a) {
   else if (takeFlag(a, "--replies"))
     file = "replies.log";
   if (!a.empty())
-    return usage("log [--rxl|--replies] [--clear]");
+    return usage("log [--rxl|--replies] [--root-as TEXT] [--clear]");
   std::string path = gRoot + "/sim/" + file;
   if (clear) {
     ::unlink(path.c_str());
@@ -441,6 +452,8 @@ int cmdLog(Args &a) {
   }
   std::string text;
   qs::readFile(path, text);
+  if (replace)
+    text = replaceRoot(std::move(text), rootAs);
   std::fwrite(text.data(), 1, text.size(), stdout);
   return 0;
 }
@@ -596,7 +609,7 @@ void help() {
       "  fastmode on|off\n"
       "  rxl trustee VOL PATH NAME RIGHTS [GUID] | rxl irm VOL PATH RIGHTS | rxl raw VOL FILE "
       "| rxl show VOL\n"
-      "  log [--rxl|--replies] [--clear]\n"
+      "  log [--rxl|--replies] [--root-as TEXT] [--clear]\n"
       "  dump VOL\n"
       "  env\n"
       "  exec -- CMD [ARGS...]\n"

@@ -53,7 +53,8 @@ struct Cursor {
     s.remove_prefix(p + end.size());
     return out;
   }
-  // Element text: nothing inside it may start a tag.
+  // Element text: nothing inside it may start a tag. (File names are taken with until(): a
+  // path that the volume reported in a CDATA section comes back as it stands, '<' and all.)
   std::string_view text(std::string_view end) {
     std::string_view t = until(end);
     if (t.find('<') != std::string_view::npos)
@@ -208,8 +209,7 @@ void Server::flush() {
 }
 
 void Server::prepareInfoFile(std::string_view volName, std::string_view file) {
-  if (fast_)
-    return;
+  // Fast mode keeps no request's changes, but the volume's own state is still shown.
   refresh();
   flush();
   if (Volume *v = volume(volName))
@@ -313,7 +313,7 @@ std::string Server::addTrustee(std::string_view req, bool ad) {
   c.need("<rights>");
   std::string_view rights = c.until("</rights>");
   c.need("<fileName>");
-  std::string_view fileName = c.text("</fileName>");
+  std::string_view fileName = c.until("</fileName>");
   bool gemel = c.lit("<gemelPath/>");
   c.need("<symLink/></addTrustee></trustees>");
   if (!c.ok || !c.s.empty())
@@ -354,7 +354,7 @@ std::string Server::modifyIrf(std::string_view req) {
   c.need("<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>");
   std::string_view rights = c.until("</inheritedRightsFilter>");
   c.need("<fileName>");
-  std::string_view fileName = c.text("</fileName>");
+  std::string_view fileName = c.until("</fileName>");
   bool gemel = c.lit("<gemelPath/>");
   c.need("</modifyInheritedRightsFilter></trustees>");
   if (!c.ok || !c.s.empty())
@@ -379,7 +379,7 @@ std::string Server::removeTrustee(std::string_view req, bool ad) {
   constexpr std::string_view kind = "removeTrustee";
   Cursor c{req};
   c.need(ad ? "<trustee><removeTrustee type=\"adID\"><fileName>" : "<trustee><removeTrustee><fileName>");
-  std::string_view fileName = c.text("</fileName>");
+  std::string_view fileName = c.until("</fileName>");
   c.need("<userID>");
   std::string_view id = c.text("</userID>");
   c.need("</removeTrustee></trustee>");
@@ -443,7 +443,7 @@ std::string Server::dirQuota(std::string_view req) {
   constexpr std::string_view kind = "addQuota";
   Cursor c{req};
   c.need("<directoryQuota><addQuota><fileName>");
-  std::string_view fileName = c.text("</fileName>");
+  std::string_view fileName = c.until("</fileName>");
   bool gemel = c.lit("<gemelPath/>");
   c.need("<quotaAmount>");
   std::string_view amount = c.text("</quotaAmount>");

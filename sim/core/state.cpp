@@ -179,7 +179,9 @@ void Volume::setTrustee(std::string_view path, const Trustee &t) {
   FileEntry &e = findOrAdd(path);
   dirty = true;
   for (Trustee &old : e.trustees) {
-    bool same = t.ad ? (old.ad && old.id == t.id) : (!old.ad && old.name == t.name);
+    // AD trustees are one per SID; Arbor trustees one per name (and identifier, which only
+    // unresolved ones carry).
+    bool same = t.ad ? (old.ad && old.id == t.id) : (!old.ad && old.name == t.name && old.id == t.id);
     if (same) {
       old = t;
       return;
@@ -192,20 +194,21 @@ int Volume::removeTrustees(std::string_view path, std::string_view id, bool adOn
   FileEntry *e = find(path);
   if (!e)
     return 0;
-  size_t before = e->trustees.size();
-  std::erase_if(e->trustees, [&](const Trustee &t) {
+  // One request removes one trustee: the first that the identifier names. The plain form names
+  // a trustee by its identifier; an empty identifier can only stand for a trustee whose user the
+  // directory no longer resolves.
+  auto it = std::find_if(e->trustees.begin(), e->trustees.end(), [&](const Trustee &t) {
     if (adOnly)
       return t.ad && t.id == id;
-    // The plain form names a trustee by its identifier; an empty identifier can only stand
-    // for a trustee whose user the directory no longer resolves.
     if (id.empty())
       return t.id.empty() && t.name == "Unknown(21350)";
     return t.id == id;
   });
-  int gone = static_cast<int>(before - e->trustees.size());
-  if (gone)
-    dirty = true;
-  return gone;
+  if (it == e->trustees.end())
+    return 0;
+  e->trustees.erase(it);
+  dirty = true;
+  return 1;
 }
 
 void Volume::setIrf(std::string_view path, Rights r) {
@@ -435,12 +438,27 @@ bool saveVolumes(const std::string &root, const std::vector<VolumeInfo> &vols) {
   return writeFileAtomic(root + "/sim/volumes", out);
 }
 
+// A mount-table field: blanks, tabs, line feeds and backslashes are written as octal escapes.
+std::string mtabField(std::string_view text) {
+  std::string out;
+  for (char c : text) {
+    switch (c) {
+    case ' ': out += "\\040"; break;
+    case '\t': out += "\\011"; break;
+    case '\n': out += "\\012"; break;
+    case '\\': out += "\\134"; break;
+    default: out += c;
+    }
+  }
+  return out;
+}
+
 std::string mtabText(const std::vector<VolumeInfo> &vols) {
   std::string out = "/dev/vda1 / ext4 rw,relatime 0 0\n"
                     "proc /proc proc rw,nosuid,nodev,noexec,relatime 0 0\n"
                     "tmpfs /run tmpfs rw,nosuid,nodev,mode=755 0 0\n";
   for (const VolumeInfo &v : vols)
-    out += v.name + ' ' + v.mount + " quillvol rw,name=" + v.name + " 0 0\n";
+    out += v.name + ' ' + mtabField(v.mount) + " quillvol rw,name=" + v.name + " 0 0\n";
   out += "admin /_admin quilladmin rw 0 0\n";
   return out;
 }

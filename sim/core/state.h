@@ -77,7 +77,7 @@ public:
   FileEntry &findOrAdd(std::string_view path);
   /// Sets (or replaces) a trustee, keeping the order in which trustees were first added.
   void setTrustee(std::string_view path, const Trustee &t);
-  /// Removes matching trustees; returns how many went.
+  /// Removes the first trustee the identifier names; returns 1, or 0 when none matches.
   int removeTrustees(std::string_view path, std::string_view id, bool adOnly);
   void setIrf(std::string_view path, Rights r);
   void setUserQuota(const UserQuota &q);

@@ -76,55 +76,55 @@ typedef ssize_t(*__pread_chk_fn)(int, void *, size_t, off_t, size_t);
 typedef ssize_t(*__pread64_chk_fn)(int, void *, size_t, off64_t, size_t);
 
 /* Stand-ins for entry points this libc does not have (older or newer spellings). */
-static int missing___open_2(const char *, int) {
+static int missing___open_2(const char *unused0, int unused1) {
   errno = ENOSYS;
   return -1;
 }
-static int missing___open64_2(const char *, int) {
+static int missing___open64_2(const char *unused0, int unused1) {
   errno = ENOSYS;
   return -1;
 }
-static int missing___openat_2(int, const char *, int) {
+static int missing___openat_2(int unused0, const char *unused1, int unused2) {
   errno = ENOSYS;
   return -1;
 }
-static int missing___openat64_2(int, const char *, int) {
+static int missing___openat64_2(int unused0, const char *unused1, int unused2) {
   errno = ENOSYS;
   return -1;
 }
-static int missing___xstat(int, const char *, struct stat *) {
+static int missing___xstat(int unused0, const char *unused1, struct stat *unused2) {
   errno = ENOSYS;
   return -1;
 }
-static int missing___xstat64(int, const char *, struct stat64 *) {
+static int missing___xstat64(int unused0, const char *unused1, struct stat64 *unused2) {
   errno = ENOSYS;
   return -1;
 }
-static int missing___lxstat(int, const char *, struct stat *) {
+static int missing___lxstat(int unused0, const char *unused1, struct stat *unused2) {
   errno = ENOSYS;
   return -1;
 }
-static int missing___lxstat64(int, const char *, struct stat64 *) {
+static int missing___lxstat64(int unused0, const char *unused1, struct stat64 *unused2) {
   errno = ENOSYS;
   return -1;
 }
-static int missing___fxstatat(int, int, const char *, struct stat *, int) {
+static int missing___fxstatat(int unused0, int unused1, const char *unused2, struct stat *unused3, int unused4) {
   errno = ENOSYS;
   return -1;
 }
-static int missing___fxstatat64(int, int, const char *, struct stat64 *, int) {
+static int missing___fxstatat64(int unused0, int unused1, const char *unused2, struct stat64 *unused3, int unused4) {
   errno = ENOSYS;
   return -1;
 }
-static ssize_t missing___read_chk(int, void *, size_t, size_t) {
+static ssize_t missing___read_chk(int unused0, void *unused1, size_t unused2, size_t unused3) {
   errno = ENOSYS;
   return -1;
 }
-static ssize_t missing___pread_chk(int, void *, size_t, off_t, size_t) {
+static ssize_t missing___pread_chk(int unused0, void *unused1, size_t unused2, off_t unused3, size_t unused4) {
   errno = ENOSYS;
   return -1;
 }
-static ssize_t missing___pread64_chk(int, void *, size_t, off64_t, size_t) {
+static ssize_t missing___pread64_chk(int unused0, void *unused1, size_t unused2, off64_t unused3, size_t unused4) {
   errno = ENOSYS;
   return -1;
 }

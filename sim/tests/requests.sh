@@ -45,8 +45,11 @@ expect "removeTrustee AD" "$(ok removeTrustee)" \
 expect "removeTrustee again" "$(err removeTrustee 61 'trustee not found' S-1-5-21-1-2-3-1104)" \
   "$(req files.cmd "$F<trustee><removeTrustee type=\"adID\"><fileName>VOL1:/a</fileName><userID>S-1-5-21-1-2-3-1104</userID></removeTrustee></trustee>$FE")"
 quillsim trustee add VOL1 /b 'Unknown(21350)' rw
+quillsim trustee add VOL1 /b 'Unknown(21350)' r --id 7
 expect "removeTrustee plain" "$(ok removeTrustee)" \
   "$(req files.cmd "$F<trustee><removeTrustee><fileName>VOL1:/b</fileName><userID></userID></removeTrustee></trustee>$FE")"
+expect "removeTrustee plain by identifier" "$(ok removeTrustee)" \
+  "$(req files.cmd "$F<trustee><removeTrustee><fileName>VOL1:/b</fileName><userID>7</userID></removeTrustee></trustee>$FE")"
 expect "removeTrustee unknown volume" "$(err removeTrustee 19 'volume not found' VOL9)" \
   "$(req files.cmd "$F<trustee><removeTrustee><fileName>VOL9:/b</fileName><userID></userID></removeTrustee></trustee>$FE")"
 expect "malformed" "$(err addTrustee 22 'malformed request' addTrustee)" \
@@ -67,7 +70,7 @@ U	D	2000	0	S-1-5-21-1-2-3-1104	ann.ad
 Q	/q	77	0" "$(quillsim dump VOL1)"
 
 expect "request log, one request a line" "$at" "$(quillsim log | head -1)"
-expect "request log length" 24 "$(quillsim log | wc -l)"
+expect "request log length" 25 "$(quillsim log | wc -l)"
 req files.cmd "$(printf 'a\\b\nc')" >/dev/null
 expect "a request holding a line feed is logged escaped" 'a\\b\nc' "$(quillsim log | tail -1)"
 req files.cmd 'a\b' >/dev/null

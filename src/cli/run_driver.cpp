@@ -79,6 +79,20 @@ char *copyText(const char *text) {
   return copy;
 }
 
+constexpr int kKeepParsing = -1000;
+constexpr int kDoneSuccessfully = -1001;
+
+// Replaces an owned option copy (-r, -t) with a copy of `argument`.
+int keepCopy(char *&slot, const char *argument) {
+  std::free(slot);
+  slot = copyText(argument);
+  if (slot == nullptr) {
+    std::fprintf(stderr, "Unable to allocate memory.\n");
+    return kStatusNoMemory;
+  }
+  return kKeepParsing;
+}
+
 constexpr struct option kLongOptions[] = {
     {"actions", no_argument, nullptr, 'a'},
     {"usertype", required_argument, nullptr, 'u'},
@@ -95,9 +109,6 @@ constexpr struct option kLongOptions[] = {
     {"no-gemel", no_argument, nullptr, 'k'},
     {nullptr, 0, nullptr, 0},
 };
-
-constexpr int kKeepParsing = -1000;
-constexpr int kDoneSuccessfully = -1001;
 
 // Applies one option. Returns kKeepParsing, kDoneSuccessfully (help, version) or an exit status.
 int applyOption(int option, RunOptions &run) {
@@ -140,22 +151,8 @@ int applyOption(int option, RunOptions &run) {
       }
       run.filterCompiled = 1;
       return kKeepParsing;
-    case 'r':
-      std::free(run.prefix);
-      run.prefix = copyText(optarg);
-      if (run.prefix == nullptr) {
-        std::fprintf(stderr, "Unable to allocate memory.\n");
-        return kStatusNoMemory;
-      }
-      return kKeepParsing;
-    case 't':
-      std::free(run.tree);
-      run.tree = copyText(optarg);
-      if (run.tree == nullptr) {
-        std::fprintf(stderr, "Unable to allocate memory.\n");
-        return kStatusNoMemory;
-      }
-      return kKeepParsing;
+    case 'r': return keepCopy(run.prefix, optarg);
+    case 't': return keepCopy(run.tree, optarg);
     case ':':
     case '?':
       std::fprintf(stderr, "Try '%s --help' for more information.\n", run.programName);

@@ -1,14 +1,337 @@
-// Placeholder until this subsystem is built: it reports the end of input.
+// The streaming tag reader.
+//
+// What the reader sees at every step is an 8,192-byte window over the input: each pass begins by
+// topping the window up to 8,192 bytes, and the window's start moves forward ("shifts") only when
+// a '<' is met past its first byte or when the scan reaches the window's end. A tag is therefore
+// parsed only with its '<' at the window's start, and a text that runs past the window's end is
+// cut there. When the window shifts, its unread rest is carried over as a NUL-terminated string:
+// everything after a NUL byte in that rest turns into NULs.
+//
+// The window is kept as offsets into a larger read-ahead buffer, so that a tag costs no copy:
+// shifting moves an offset, and the buffer is compacted only when the read-ahead runs out.
+// Reading ahead does not change what the window holds, because the window's extent is computed
+// from its start, never from how much the last read() returned.
 #include "document/tag_reader.h"
 
-int readTag(char *name, unsigned long *, const char *) {
-  name[0] = '\0';
-  return kEndOfInput;
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "document/records.h"
+#include "document/run_settings.h"
+
+namespace {
+
+constexpr std::size_t kReadAheadSize = std::size_t{1} << 20;
+// Compact when less than this much room is left behind the loaded data.
+constexpr std::size_t kCompactBelow = 64 * 1024;
+constexpr char kCdataOpen[] = "<![CDATA[";
+constexpr std::size_t kCdataOpenLength = sizeof kCdataOpen - 1;
+constexpr char kAdMarker[] = "type=\"adID\"";
+constexpr std::size_t kAdMarkerLength = sizeof kAdMarker - 1;
+
+// Offsets into `data`: the window is [windowStart, windowEnd), the next byte to look at is
+// `position`; [windowEnd, loaded) is input read ahead but not yet in the window.
+char data[kReadAheadSize];
+std::size_t loaded = 0;
+std::size_t windowStart = 0;
+std::size_t windowEnd = 0;
+std::size_t position = 0;
+bool inCdata = false;
+bool pendingEmptyEnd = false;
+std::size_t emptyEndPosition = 0;
+// No NUL byte lies in [the start of any later shift's rest, nulScan), unless data[nulScan] is one.
+std::size_t nulScan = 0;
+
+inline bool isBlank(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');  // the C locale's white space
 }
-int readContents(char *text, std::size_t, bool *) {
-  text[0] = '\0';
-  return kEndOfInput;
+
+bool startsWith(std::size_t at, const char *text, std::size_t length) {
+  return at + length <= windowEnd && std::memcmp(data + at, text, length) == 0;
 }
-int goPastEndTag(const char *) { return -1; }
-void getRights(char *out, const char *, std::size_t, bool *) { out[0] = '\0'; }
-void resetTagReader() {}
+
+// Moves the unread input to the front of the read-ahead buffer.
+void compact() {
+  const std::size_t offset = windowStart;
+  std::memmove(data, data + offset, loaded - offset);
+  loaded -= offset;
+  windowStart = 0;
+  windowEnd -= offset;
+  position -= offset;
+  if (pendingEmptyEnd) emptyEndPosition -= offset;
+  nulScan = nulScan > offset ? nulScan - offset : 0;
+}
+
+// Reads ahead in large blocks until the loaded input reaches the window's full extent or the
+// input ends. Returns 0, or the errno of a failed read after its message.
+int readAhead() {
+  if (kReadAheadSize - loaded < kCompactBelow) compact();
+  const std::size_t before = loaded;
+  while (loaded < windowStart + kInputWindowSize) {
+    const ssize_t count = read(inputFd, data + loaded, kReadAheadSize - loaded);
+    if (count == 0) break;
+    if (count < 0) {
+      if (loaded > before) break;  // use what came; the next refill meets the error again
+      const int error = errno;
+      std::fprintf(stderr, "Error %m reading the input file.\n");
+      return error;
+    }
+    loaded += static_cast<std::size_t>(count);
+  }
+  return 0;
+}
+
+// Tops the window up to 8,192 bytes. Returns 0, or the errno of a failed read.
+inline int refill() {
+  if (loaded < windowStart + kInputWindowSize) [[unlikely]] {
+    if (const int error = readAhead(); error != 0) return error;
+  }
+  windowEnd = std::min(windowStart + kInputWindowSize, loaded);
+  return 0;
+}
+
+// The window starts again at `position`. Bytes of the rest that follow its first NUL become NULs.
+void shift() {
+  std::size_t from = std::max(position, nulScan);
+  if (from < windowEnd) {
+    const void *nul = std::memchr(data + from, 0, windowEnd - from);
+    if (nul != nullptr) {
+      const std::size_t at = static_cast<std::size_t>(static_cast<const char *>(nul) - data);
+      std::memset(data + at, 0, windowEnd - at);
+      nulScan = at;
+    } else {
+      nulScan = windowEnd;
+    }
+  }
+  windowStart = position;
+}
+
+// Appends to a tag name, keeping at most kTagNameSize - 1 bytes.
+void appendName(char *name, std::size_t &length, const char *bytes, std::size_t count) {
+  const std::size_t room = kTagNameSize - 1 - length;
+  if (count > room) count = room;
+  std::memcpy(name + length, bytes, count);
+  length += count;
+}
+
+// Parses the tag whose '<' is at `position` (the window's start).
+int parseTag(char *name, unsigned long *isEndTag) {
+  ++position;
+  if (position < windowEnd && data[position] == '/') {
+    *isEndTag = 1;
+    ++position;
+  }
+  const std::size_t nameStart = position;
+  std::size_t length = 0;
+  bool blankSeen = false;
+  const char *at = data + position;
+  const char *const end = data + windowEnd;
+  // The name proper: up to '>', '/', a blank or the data's end.
+  while (at < end && *at != '>' && *at != '/' && !isBlank(*at)) {
+    if (length < kTagNameSize - 1) name[length++] = *at;
+    ++at;
+  }
+  // After a blank only the type="adID" marker (with its blank) joins the name.
+  while (at < end && *at != '>' && *at != '/') {
+    if (isBlank(*at)) {
+      blankSeen = true;
+      if (startsWith(static_cast<std::size_t>(at - data) + 1, kAdMarker, kAdMarkerLength)) {
+        appendName(name, length, at, 1 + kAdMarkerLength);
+        at += 1 + kAdMarkerLength;
+        continue;
+      }
+    } else if (!blankSeen) {
+      appendName(name, length, at, 1);
+    }
+    ++at;
+  }
+  name[length] = '\0';
+  position = static_cast<std::size_t>(at - data);
+  // A tag cut off by the end of the data is taken as ending there.
+  if (position == windowEnd) return 0;
+  if (data[position] == '>') {
+    ++position;
+    return 0;
+  }
+  pendingEmptyEnd = true;
+  emptyEndPosition = position;
+  position = nameStart;
+  return 0;
+}
+
+int readTagUntraced(char *name, unsigned long *isEndTag) {
+  if (pendingEmptyEnd) {
+    std::size_t length = 0;
+    appendName(name, length, data + position, emptyEndPosition - position);
+    name[length] = '\0';
+    position = std::min(emptyEndPosition + 2, windowEnd);
+    pendingEmptyEnd = false;
+    *isEndTag = 1;
+    return 0;
+  }
+  for (;;) {
+    if (const int error = refill(); error != 0) return error;
+    if (windowEnd == windowStart) {
+      name[0] = '\0';
+      return kEndOfInput;
+    }
+    for (;;) {
+      if (position == windowEnd) {
+        // Only text was left: the caller gets the previous tag again.
+        shift();
+        return 0;
+      }
+      const char c = data[position];
+      if (c == '<' && position > windowStart) {
+        shift();
+        break;
+      }
+      if (inCdata) {
+        if (c == ']' && startsWith(position, "]]>", 3)) {
+          inCdata = false;
+          position += 3;
+        } else {
+          ++position;
+        }
+        continue;
+      }
+      if (c == '<' && position + 1 < windowEnd && data[position + 1] == '!' &&
+          startsWith(position, kCdataOpen, kCdataOpenLength)) {
+        inCdata = true;
+        ++position;
+        continue;
+      }
+      *isEndTag = 0;
+      if (c == '<') return parseTag(name, isEndTag);
+      // Text between tags: skip to the next '<' or the window's end.
+      const void *next = std::memchr(data + position, '<', windowEnd - position);
+      position = next != nullptr ? static_cast<std::size_t>(static_cast<const char *>(next) - data)
+                                 : windowEnd;
+    }
+  }
+}
+
+}  // namespace
+
+int readTag(char *name, unsigned long *isEndTag, const char *label) {
+  const int result = readTagUntraced(name, isEndTag);
+  if (debug) std::printf("**%s** ccode=%d  endtag=%lu  tag=%s\n", label, result, *isEndTag, name);
+  return result;
+}
+
+int readContents(char *text, std::size_t textSize, bool *tooLong) {
+  if (tooLong != nullptr) *tooLong = false;
+  std::size_t length = 0;
+  const auto append = [&](const char *bytes, std::size_t count) {
+    std::size_t room = textSize - 1 - length;
+    if (count > room) {
+      if (tooLong != nullptr) *tooLong = true;
+      count = room;
+    }
+    std::memcpy(text + length, bytes, count);
+    length += count;
+  };
+  if (pendingEmptyEnd) {
+    text[0] = '\0';
+    return 0;
+  }
+  for (;;) {
+    if (const int error = refill(); error != 0) {
+      text[length] = '\0';
+      return error;
+    }
+    if (windowEnd == windowStart) {
+      text[0] = '\0';
+      return kEndOfInput;
+    }
+    for (;;) {
+      if (position == windowEnd) {
+        shift();
+        text[length] = '\0';
+        return 0;
+      }
+      const char c = data[position];
+      if (c == '<' && position > windowStart) {
+        shift();
+        break;
+      }
+      if (inCdata) {
+        if (c == ']' && startsWith(position, "]]>", 3)) {
+          inCdata = false;
+          position += 1;  // left on the second ']'
+          text[length] = '\0';
+          return 0;
+        }
+        // Inside CDATA a '<' past the window's start still shifts the window (above).
+        std::size_t end = position + 1;
+        while (end < windowEnd && data[end] != '<' && data[end] != ']') ++end;
+        append(data + position, end - position);
+        position = end;
+        continue;
+      }
+      if (c != '<') {
+        const void *next = std::memchr(data + position, '<', windowEnd - position);
+        const std::size_t end =
+            next != nullptr ? static_cast<std::size_t>(static_cast<const char *>(next) - data)
+                            : windowEnd;
+        append(data + position, end - position);
+        position = end;
+        continue;
+      }
+      if (startsWith(position, kCdataOpen, kCdataOpenLength)) {
+        inCdata = true;
+        position += kCdataOpenLength;
+        continue;
+      }
+      text[length] = '\0';
+      return 0;
+    }
+  }
+}
+
+int goPastEndTag(const char *name) {
+  char tag[kTagNameSize] = "";
+  unsigned long isEndTag = 0;
+  for (;;) {
+    if (readTag(tag, &isEndTag, "goPastEndTag") != 0) {
+      std::fprintf(stderr, "Unable to find end tag: %s\n", name);
+      return -1;
+    }
+    if (isEndTag != 0 && std::strcmp(tag, name) == 0) return 0;
+  }
+}
+
+void getRights(char *out, const char *endName, std::size_t outSize, bool *tooLong) {
+  if (tooLong != nullptr) *tooLong = false;
+  out[0] = '\0';
+  std::size_t length = 0;
+  char tag[kTagNameSize] = "";
+  unsigned long isEndTag = 0;
+  while (readTag(tag, &isEndTag, "getRights") == 0) {
+    if (isEndTag == 0) {
+      const std::size_t tagLength = std::strlen(tag);
+      if (length + tagLength + 3 < outSize) {
+        out[length] = '<';
+        std::memcpy(out + length + 1, tag, tagLength);
+        std::memcpy(out + length + 1 + tagLength, "/>", 3);
+        length += tagLength + 3;
+      } else if (tooLong != nullptr) {
+        *tooLong = true;
+      }
+    } else if (std::strcmp(tag, endName) == 0) {
+      break;
+    }
+  }
+}
+
+void resetTagReader() {
+  loaded = windowStart = windowEnd = position = 0;
+  inCdata = false;
+  pendingEmptyEnd = false;
+  emptyEndPosition = 0;
+  nulScan = 0;
+}

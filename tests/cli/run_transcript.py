@@ -132,6 +132,9 @@ def run_file(path, bin_dir, quillsim):
                 stdout, stderr, status = result.stdout, result.stderr, result.returncode
                 if status < 0:
                     status = 128 - status  # killed by a signal, as a shell reports it
+                # The sandbox's own path differs from run to run: show it as $SANDBOX.
+                stdout = stdout.replace(sandbox.encode(), b"$SANDBOX")
+                stderr = stderr.replace(sandbox.encode(), b"$SANDBOX")
             except subprocess.TimeoutExpired as expired:
                 stdout, stderr = expired.stdout or b"", expired.stderr or b""
                 status = "timeout"

@@ -1,0 +1,241 @@
+// The fast tag reader against the literal window-copying reference: the same calls on the same
+// document give the same tags, texts and results, whether the fast reader gets the document in
+// one piece or through a pipe that delivers it in small chunks of random sizes.
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstring>
+#include <random>
+#include <string>
+#include <thread>
+
+#include "document/records.h"
+#include "document/run_settings.h"
+#include "document/tag_reader.h"
+#include "document/tag_reader_oracle.h"
+#include "restore_fixture.h"
+
+using namespace testing_support;
+
+namespace {
+
+struct Reader {
+  int (*readTag)(char *, unsigned long *, const char *);
+  int (*readContents)(char *, std::size_t, bool *);
+  int (*goPastEndTag)(const char *);
+  void (*getRights)(char *, const char *, std::size_t, bool *);
+  void (*reset)();
+};
+
+const Reader kFast{readTag, readContents, goPastEndTag, getRights, resetTagReader};
+const Reader kOracle{oracle::readTag, oracle::readContents, oracle::goPastEndTag,
+                     oracle::getRights, oracle::resetTagReader};
+
+const char *const kNames[] = {"metadata", "trusteeInfo", "file", "path", "trustee", "name",
+                              "rights", "inheritedRightsFilter", "a", "b", "userInfo", "user"};
+
+std::string randomText(std::mt19937 &random, std::size_t length) {
+  static const char kBytes[] = "abc xyz\n\t&;=\"'/>]][!";
+  std::string text;
+  for (std::size_t i = 0; i < length; ++i) text += kBytes[random() % (sizeof kBytes - 1)];
+  return text;
+}
+
+// A document made of the pieces a Metadata document has, and of the odd ones the reader meets.
+std::string generateDocument(std::mt19937 &random, std::size_t pieces) {
+  static const char *const kPieces[] = {
+      "<metadata>\n", "</metadata>\n", "<trusteeInfo>\n", "</trusteeInfo>\n", "<file>\n",
+      "</file>\n", "<zid></zid>", "<path><![CDATA[/dir/a<b&c d]]></path>\n", "<path>p&amp;q</path>",
+      "<trustee>", "<trustee type=\"adID\">", "<trustee  type=\"adID\">", "<trustee\ttype=\"adID\">",
+      "<trustee type='adID'>", "</trustee>\n", "<name>admin.corp.TREE.</name>", "<name/>",
+      "<id>S-1-5-21-1</id>", "<id></id>", "<rights value=\"RWF\"><read/><write/><fileScan/></rights>",
+      "<inheritedRightsFilter value=\"S\"><supervisor/></inheritedRightsFilter>",
+      "<userInfo>", "<user type=\"adID\">", "<quotaAmount>9223372036854775807</quotaAmount>",
+      "<a/>", "<a b='/x'>", "</", "<", "/", ">", "]]>", "<![CDATA[", "<![CDATA[x]]>", "<?xml v?>",
+      "<!-- c -->", "\n", "  ", "<rights value=\"a/b\">"};
+  std::string doc;
+  for (std::size_t i = 0; i < pieces; ++i) {
+    const unsigned choice = random() % 100;
+    if (choice < 80) {
+      doc += kPieces[random() % (sizeof kPieces / sizeof kPieces[0])];
+    } else if (choice < 88) {
+      doc += randomText(random, random() % 64);
+    } else if (choice < 91) {
+      doc += randomText(random, 7000 + random() % 6000);  // past the window
+    } else if (choice < 94) {
+      doc += "<![CDATA[";
+      for (unsigned n = random() % 3000; n > 0; --n) doc += (random() % 4 == 0) ? "<x>" : "ab";
+      doc += "]]>";
+    } else if (choice < 96) {
+      doc += "<" + std::string(60 + random() % 9000, 'n') + ">";  // long names
+    } else if (choice < 98) {
+      doc += '\0';
+    } else {
+      doc += std::string("<") + kNames[random() % 12] + std::string(1 + random() % 3, ' ') +
+             "type=\"adID\"/>";
+    }
+  }
+  return doc;
+}
+
+// Random byte changes, insertions, deletions and a cut at the end.
+std::string mutate(std::mt19937 &random, std::string doc) {
+  static const char kSpecial[] = "<>/[]!\0 \t\"=";
+  for (unsigned n = 1 + random() % 8; n > 0 && !doc.empty(); --n) {
+    const std::size_t at = random() % doc.size();
+    switch (random() % 4) {
+      case 0: doc[at] = kSpecial[random() % (sizeof kSpecial - 1)]; break;
+      case 1: doc.insert(at, 1, kSpecial[random() % (sizeof kSpecial - 1)]); break;
+      case 2: doc.erase(at, 1 + random() % 16); break;
+      default: doc.resize(at); break;
+    }
+  }
+  return doc;
+}
+
+// Calls the reader in a random but fixed order (seeded) and writes down everything it returns.
+std::string walk(const Reader &reader, unsigned seed, std::size_t maxCalls) {
+  std::mt19937 random(seed);
+  std::string log;
+  char name[kTagNameSize] = "";
+  unsigned long isEndTag = 0;
+  static constexpr std::size_t kSizes[] = {5, 64, 190, 512, 1024, 4096, 20000};
+  std::string text(20000, '\0');
+  for (std::size_t call = 0; call < maxCalls; ++call) {
+    const unsigned choice = random() % 100;
+    if (choice < 70) {
+      const int result = reader.readTag(name, &isEndTag, "walk");
+      log += "T" + std::to_string(result) + (isEndTag ? "/" : " ") + name + "\n";
+      if (result != 0) break;
+    } else if (choice < 88) {
+      const std::size_t size = kSizes[random() % 7];
+      bool tooLong = false;
+      const int result = reader.readContents(text.data(), size, &tooLong);
+      log += "C" + std::to_string(result) + (tooLong ? "!" : " ") + text.c_str() + "\n";
+      if (result != 0) break;
+    } else if (choice < 99) {
+      const std::size_t size = kSizes[random() % 7];
+      bool tooLong = false;
+      static const char *const kRightsEnds[] = {"rights", "inheritedRightsFilter", "a", "file"};
+      reader.getRights(text.data(), kRightsEnds[random() % 4], size, &tooLong);
+      log += std::string("R") + (tooLong ? "!" : " ") + text.c_str() + "\n";
+    } else {
+      // Names the generated documents close now and then, some rarely.
+      static const char *const kEnds[] = {"a", "file", "trustee", "trusteeInfo", "metadata"};
+      const int result = reader.goPastEndTag(kEnds[random() % 5]);
+      log += "G" + std::to_string(result) + "\n";
+      if (result != 0) break;
+    }
+  }
+  return log;
+}
+
+class TagReaderDifferentialTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    resetProcessState();
+    std::signal(SIGPIPE, SIG_IGN);
+    // The readers' own messages ("Unable to find end tag") stay out of the test log; their
+    // results are in the walk logs.
+    std::fflush(stderr);
+    savedStderr_ = dup(2);
+    const int null = open("/dev/null", O_WRONLY);
+    dup2(null, 2);
+    close(null);
+  }
+  void TearDown() override {
+    inputFd = 0;
+    std::fflush(stderr);
+    dup2(savedStderr_, 2);
+    close(savedStderr_);
+  }
+
+  std::string walkFile(const Reader &reader, const std::string &doc, unsigned seed) {
+    // The document in one piece: an in-memory regular file.
+    inputFd = memfd_create("doc", 0);
+    if (write(inputFd, doc.data(), doc.size()) != static_cast<ssize_t>(doc.size())) return "!";
+    lseek(inputFd, 0, SEEK_SET);
+    reader.reset();
+    std::string log = walk(reader, seed, doc.size() + 100);
+    close(inputFd);
+    calls += static_cast<std::size_t>(std::count(log.begin(), log.end(), '\n'));
+    return log;
+  }
+
+  std::string walkPipe(const std::string &doc, unsigned seed) {
+    int fds[2];
+    if (pipe(fds) != 0) return "pipe failed";
+    std::thread writer([&doc, fd = fds[1], seed] {
+      std::mt19937 random(seed * 7 + 1);
+      for (std::size_t at = 0; at < doc.size();) {
+        const std::size_t chunk = std::min<std::size_t>(1 + random() % 700, doc.size() - at);
+        const ssize_t written = write(fd, doc.data() + at, chunk);
+        if (written <= 0) break;
+        at += static_cast<std::size_t>(written);
+      }
+      close(fd);
+    });
+    inputFd = fds[0];
+    resetTagReader();
+    std::string log = walk(kFast, seed, doc.size() + 100);
+    close(fds[0]);
+    writer.join();
+    return log;
+  }
+
+  void compare(const std::string &doc, unsigned seed, bool viaPipe) {
+    const std::string expected = walkFile(kOracle, doc, seed);
+    ASSERT_EQ(walkFile(kFast, doc, seed), expected) << "seed " << seed;
+    if (viaPipe) {
+      ASSERT_EQ(walkPipe(doc, seed), expected) << "seed " << seed << " (pipe)";
+    }
+  }
+
+  int savedStderr_ = -1;
+  std::size_t calls = 0;
+};
+
+TEST_F(TagReaderDifferentialTest, GeneratedDocumentsReadTheSame) {
+  for (unsigned seed = 1; seed <= 300; ++seed) {
+    std::mt19937 random(seed);
+    compare(generateDocument(random, 10 + random() % 400), seed, seed % 3 == 0);
+  }
+  EXPECT_GT(calls, 20000u);  // the walks went deep into the documents
+}
+
+TEST_F(TagReaderDifferentialTest, MutatedDocumentsReadTheSame) {
+  for (unsigned seed = 1000; seed < 1400; ++seed) {
+    std::mt19937 random(seed);
+    compare(mutate(random, generateDocument(random, 10 + random() % 300)), seed, seed % 4 == 0);
+  }
+  EXPECT_GT(calls, 20000u);
+}
+
+TEST_F(TagReaderDifferentialTest, DocumentsLargerThanTheReadAheadReadTheSame) {
+  // Several MiB, so that the fast reader compacts its read-ahead buffer more than once.
+  for (unsigned seed = 5000; seed < 5003; ++seed) {
+    std::mt19937 random(seed);
+    std::string doc;
+    while (doc.size() < (std::size_t{3} << 20)) doc += generateDocument(random, 2000);
+    compare(doc, seed, true);
+  }
+  EXPECT_GT(calls, 10000u);
+}
+
+TEST_F(TagReaderDifferentialTest, WellFormedRestoreStreamsReadTheSame) {
+  // A plain document read as the restore walkers read it: tags, and texts of the fields.
+  std::string doc = "<metadata>\n<trusteeInfo>\n";
+  for (int i = 0; i < 20000; ++i)
+    doc += "<file>\n<zid></zid><path><![CDATA[/d" + std::to_string(i) +
+           "]]></path>\n<trustee><name>u" + std::to_string(i) +
+           ".corp.T.</name><id></id><rights value=\"RW\"><read/><write/></rights></trustee>\n"
+           "</file>\n";
+  doc += "</trusteeInfo>\n</metadata>\n";
+  for (unsigned seed = 1; seed <= 3; ++seed) compare(doc, seed, true);
+}
+
+}  // namespace

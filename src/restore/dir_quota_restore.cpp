@@ -1,0 +1,132 @@
+#include "restore/dir_quota_restore.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "channel/admin_channel.h"
+#include "document/records.h"
+#include "document/run_settings.h"
+#include "document/tag_reader.h"
+#include "restore/entry_messages.h"
+
+// The checked string functions of the C library: they end the process when the text does not
+// fit, which is what a directory name longer than its 4,096-byte field does.
+extern "C" char *__strcpy_chk(char *destination, const char *source, std::size_t destinationSize);
+extern "C" char *__strcat_chk(char *destination, const char *source, std::size_t destinationSize);
+
+namespace {
+
+bool is(const char *tag, const char *name) { return std::strcmp(tag, name) == 0; }
+
+}  // namespace
+
+void toForwardSlashes(char *text) {
+  for (char *slash = std::strchr(text, '\\'); slash != nullptr; slash = std::strchr(slash, '\\'))
+    *slash = '/';
+}
+
+int restoreDirQuotas(const char *mountPoint, const regex_t *filter) {
+  adminFd = 0;
+  adminFd = open(kFilesCommandFile, O_RDWR);
+  if (adminFd < 0) {
+    const int error = errno;
+    std::fprintf(stderr, "Unable to open the admin file for administration of files.  err=%m\n");
+    adminFd = 0;
+    return error;
+  }
+  const int result = walkDirQuotaSection(mountPoint, filter);
+  if (adminFd > 0) close(adminFd);
+  adminFd = 0;
+  return result;
+}
+
+int walkDirQuotaSection(const char *mountPoint, const regex_t *filter) {
+  char tag[kTagNameSize] = "";
+  unsigned long isEndTag = 0;
+  for (;;) {
+    if (const int result = readTag(tag, &isEndTag, "restoreDirQuotas"); result != 0) return result;
+    if (isEndTag != 0) {
+      if (is(tag, "dirInfo")) return 0;
+    } else if (is(tag, "directory")) {
+      if (const int result = processDirQuotaInfo(mountPoint, filter); result != 0) return result;
+    } else {
+      reportUnrecognizedTag(tag);
+    }
+  }
+}
+
+int processDirQuotaInfo(const char *mountPoint, const regex_t *filter) {
+  char tag[kTagNameSize] = "";
+  unsigned long isEndTag = 0;
+  char quota[kQuotaTextSize];
+  char path[kPathTextSize];
+  char fullName[kPathTextSize];
+  quota[0] = '\0';
+  fullName[0] = '\0';
+  bool havePath = false;
+  bool haveQuota = false;
+  bool pathRefused = false;
+  bool quotaRefused = false;
+  int skip = 0;
+  for (;;) {
+    if (const int result = readTag(tag, &isEndTag, "processDirQuotaInfo"); result != 0)
+      return result;
+    if (isEndTag != 0) {
+      if (is(tag, "directory")) break;
+    } else if (is(tag, "path")) {
+      bool tooLong = false;
+      if (const int result = readContents(path, sizeof path, &tooLong); result != 0) return result;
+      goPastEndTag("path");
+      havePath = true;
+      pathRefused = tooLong;
+      if (tooLong) {
+        reportValueTooLong("path");
+        continue;
+      }
+      __strcpy_chk(fullName, mountPoint, sizeof fullName);
+      __strcat_chk(fullName, path, sizeof fullName);
+      toForwardSlashes(fullName);
+      if (filter != nullptr) skip = regexec(filter, fullName, 0, nullptr, 0) != 0 ? 1 : 0;
+    } else if (is(tag, "quotaAmount")) {
+      bool tooLong = false;
+      if (const int result = readContents(quota, sizeof quota, &tooLong); result != 0)
+        return result;
+      goPastEndTag("quotaAmount");
+      haveQuota = true;
+      quotaRefused = tooLong;
+      if (tooLong) reportValueTooLong("quotaAmount");
+    } else if (!is(tag, "zid") && !is(tag, "spaceUsed")) {
+      reportUnrecognizedTag(tag);
+    }
+  }
+
+  if (skip || std::strcmp(quota, kNoQuota) == 0) return 0;
+  if (!havePath || !haveQuota || pathRefused || quotaRefused) return 0;
+  addDirQuota(fullName, quota);
+  return 0;
+}
+
+int addDirQuota(const char *fileName, const char *quota) {
+  std::snprintf(requestBuffer, sizeof requestBuffer,
+                "%s<directoryQuota><addQuota><fileName>%s</fileName>%s<quotaAmount>%s"
+                "</quotaAmount></addQuota></directoryQuota>%s",
+                kFileRequestOpen, fileName, gemelElement(), quota, kFileRequestClose);
+  if (sendRequest() != 0) return -1;
+  int result = 0;
+  char description[kDescriptionSize];
+  char replyName[kReplyNameSize];
+  if (receiveReply("<addQuota>", &result, sizeof description, description, sizeof replyName,
+                   replyName) != 0)
+    return -1;
+  if (result != 0) {
+    std::fprintf(stderr, "Error adding directory quota of %s to %s: %s(%s)\n", quota, fileName,
+                 description, replyName);
+    return -1;
+  }
+  if (showActions) std::printf("Directory quota of %s added to %s.\n", quota, fileName);
+  return 0;
+}

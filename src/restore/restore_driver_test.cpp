@@ -1,0 +1,141 @@
+// The restore driver on documents whose selected sections need no volume: the mask or RXL mode
+// skips the others. Sections that reach the file system are tested under the simulator.
+#include "restore/restore_driver.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "document/run_settings.h"
+#include "document/tag_reader.h"
+#include "restore_fixture.h"
+
+using namespace testing_support;
+
+namespace {
+
+class RestoreDriverTest : public testing::Test {
+ protected:
+  void SetUp() override { resetProcessState(); }
+  void TearDown() override {
+    if (inputFd > 0) close(inputFd);
+    inputFd = 0;
+    freeReplyBuffer();
+  }
+  int run(const std::string &doc, const char *mask, int rxlMode = 0) {
+    inputFd = openWithContents(dir, "doc.xml", doc);
+    resetTagReader();
+    Output output;
+    const int result = restoreMetadata("VOL1", nullptr, mask, nullptr, rxlMode);
+    output.finish();
+    out = output.out;
+    err = output.err;
+    return result;
+  }
+  TempDir dir;
+  std::string out, err;
+};
+
+const std::string kQuotaSections =
+    "<userInfo>\n<user><quotaAmount>1</quotaAmount><name>a.T.</name></user>\n</userInfo>\n"
+    "<dirInfo>\n<directory><path>\\a</path><quotaAmount>1</quotaAmount></directory>\n</dirInfo>\n";
+
+TEST_F(RestoreDriverTest, EmptyMetadataRestoresNothing) {
+  showActions = 1;
+  EXPECT_EQ(run("<metadata></metadata>", ""), 0);
+  EXPECT_EQ(out, "");
+  EXPECT_EQ(err, "");
+}
+
+TEST_F(RestoreDriverTest, EmptyInputIsUnrecognizedNotCutOff) {
+  EXPECT_EQ(run("", ""), -1);
+  EXPECT_EQ(err, "Unrecognized file contents.  Unable to start the restore\n");
+}
+
+TEST_F(RestoreDriverTest, XmlDeclarationFirstIsUnrecognized) {
+  EXPECT_EQ(run("<?xml version=\"1.0\"?>\n<metadata></metadata>", ""), -1);
+  EXPECT_EQ(err, "Unrecognized file contents.  Unable to start the restore\n");
+}
+
+TEST_F(RestoreDriverTest, DocumentWithoutTheRootIsRefusedAsAWhole) {
+  EXPECT_EQ(run("<trusteeInfo></trusteeInfo>", ""), -1);
+  EXPECT_EQ(err, "Unrecognized file contents.  Unable to start the restore\n");
+}
+
+TEST_F(RestoreDriverTest, EndTagMetadataFirstIsAccepted) {
+  EXPECT_EQ(run("</metadata><x/></metadata>", "t"), 0);
+  EXPECT_EQ(err, "Unrecognized tag: x\n");
+}
+
+TEST_F(RestoreDriverTest, TrusteeMaskSkipsQuotaSectionsQuietly) {
+  showActions = 1;
+  EXPECT_EQ(run("<metadata>\n" + kQuotaSections + "</metadata>\n", "t"), 0);
+  EXPECT_EQ(out, "");
+  EXPECT_EQ(err, "");
+}
+
+TEST_F(RestoreDriverTest, RxlModeNeverRestoresQuotas) {
+  showActions = 1;
+  EXPECT_EQ(run("<metadata>\n" + kQuotaSections + "</metadata>\n", "a", 1), 0);
+  EXPECT_EQ(out, "");
+  EXPECT_EQ(err, "");
+}
+
+TEST_F(RestoreDriverTest, UserMaskSkipsTrusteeSections) {
+  EXPECT_EQ(run("<metadata><trusteeInfo><file><path>/f</path></file></trusteeInfo>"
+                "<dirInfo></dirInfo></metadata>",
+                "u"),
+            0);
+  EXPECT_EQ(err, "");
+}
+
+TEST_F(RestoreDriverTest, MissingMetadataEndGivesMinus99) {
+  // The input runs out after the last tag: the reader gives that tag once more, then -99.
+  EXPECT_EQ(run("<metadata>\n<foo>\n", "t"), kEndOfInput);
+  EXPECT_EQ(err, "Unrecognized tag: foo\nUnrecognized tag: foo\n");
+}
+
+TEST_F(RestoreDriverTest, MissingMetadataEndAfterASkippedSectionSkipsItAgain) {
+  // The repeated start tag of the skipped section is skipped once more, and finds no end tag.
+  EXPECT_EQ(run("<metadata>\n" + kQuotaSections, "t"), -1);
+  EXPECT_EQ(err, "Unable to find end tag: dirInfo\n");
+}
+
+TEST_F(RestoreDriverTest, StrayTopLevelTagIsReportedAndTheRestoreGoesOn) {
+  EXPECT_EQ(run("<metadata><foo><bar/></foo></metadata>", ""), 0);
+  EXPECT_EQ(err, "Unrecognized tag: foo\nUnrecognized tag: bar\n");
+}
+
+TEST_F(RestoreDriverTest, SkippedSectionWithoutItsEndTagEndsTheRestore) {
+  EXPECT_EQ(run("<metadata><userInfo><user>", "t"), -1);
+  EXPECT_EQ(err, "Unable to find end tag: userInfo\n");
+}
+
+TEST_F(RestoreDriverTest, UnknownMaskLetterIsReturnedAsItStands) {
+  EXPECT_EQ(run("<metadata></metadata>", "q"), -1);
+  EXPECT_EQ(err, "Unknown metadata type in the mask: q\n");
+}
+
+TEST_F(RestoreDriverTest, DebugTraceLabelsTheFirstTagAndTheDriver) {
+  debug = 1;
+  EXPECT_EQ(run("<metadata><dirInfo></dirInfo></metadata>", "t"), 0);
+  EXPECT_EQ(out,
+            "**restoreMetadata(1)** ccode=0  endtag=0  tag=metadata\n"
+            "**restoreMetadata** ccode=0  endtag=0  tag=dirInfo\n"
+            "**goPastEndTag** ccode=0  endtag=1  tag=dirInfo\n"
+            "**restoreMetadata** ccode=0  endtag=1  tag=metadata\n");
+}
+
+TEST_F(RestoreDriverTest, RxlTrusteeSectionWithAnUnknownVolumeEndsTheRestore) {
+  showActions = 1;
+  const std::string savedPath = getenv("PATH") ? getenv("PATH") : "";
+  setenv("PATH", dir.path().c_str(), 1);  // no rxlcon to run
+  const int result = run("<metadata><trusteeInfo></trusteeInfo></metadata>", "t", 1);
+  setenv("PATH", savedPath.c_str(), 1);
+  EXPECT_EQ(result, -1);
+  EXPECT_EQ(out, "Restoring trustees\n");
+  EXPECT_EQ(err, "RXL volume not found.\n");
+}
+
+}  // namespace

@@ -1,0 +1,243 @@
+#include "restore/trustee_restore.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "channel/admin_channel.h"
+#include "channel/console_runner.h"
+#include "document/records.h"
+#include "document/rights.h"
+#include "document/run_settings.h"
+#include "document/tag_reader.h"
+#include "document/xml_text.h"
+#include "restore/entry_messages.h"
+#include "restore/rxl_restore.h"
+
+namespace {
+
+bool is(const char *tag, const char *name) { return std::strcmp(tag, name) == 0; }
+
+// Where a file element stands with its path.
+enum class PathState { missing, refused, ready };
+
+}  // namespace
+
+int restoreTrustees(char *basePath, const regex_t *filter, const char *tree, int rxlMode) {
+  adminFd = 0;
+  if (rxlMode) {
+    if (checkRxlVolume(basePath) != 0) {
+      std::fprintf(stderr, "RXL volume not found.\n");
+      return -1;
+    }
+    const std::size_t length = std::strlen(basePath);
+    if (length + 1 < kBasePathSize) {
+      basePath[length] = ':';
+      basePath[length + 1] = '\0';
+    }
+  } else {
+    adminFd = open(kFilesCommandFile, O_RDWR);
+    if (adminFd < 0) {
+      const int error = errno;
+      std::fprintf(stderr,
+                   "Unable to open the admin file for administration of the file system.  err=%m\n");
+      adminFd = 0;
+      return error;
+    }
+  }
+  const int result = walkTrusteeSection(basePath, filter, tree, rxlMode);
+  if (adminFd > 0) close(adminFd);
+  adminFd = 0;
+  return result;
+}
+
+int walkTrusteeSection(const char *basePath, const regex_t *filter, const char *tree, int rxlMode) {
+  char tag[kTagNameSize] = "";
+  unsigned long isEndTag = 0;
+  for (;;) {
+    if (const int result = readTag(tag, &isEndTag, "restoreTrustees"); result != 0) return result;
+    if (isEndTag != 0) {
+      if (is(tag, "trusteeInfo")) return 0;
+    } else if (is(tag, "file")) {
+      if (const int result = processFileTrusteeInfo(basePath, filter, tree, rxlMode); result != 0)
+        return result;
+    } else {
+      reportUnrecognizedTag(tag);
+    }
+  }
+}
+
+int processFileTrusteeInfo(const char *basePath, const regex_t *filter, const char *tree,
+                           int rxlMode) {
+  char tag[kTagNameSize] = "";
+  unsigned long isEndTag = 0;
+  char pathText[kPathTextSize];
+  char fullPath[kPathTextSize];
+  char irf[kRightsListSize];
+  fullPath[0] = '\0';
+  PathState pathState = PathState::missing;
+  int skip = 0;
+  for (;;) {
+    if (const int result = readTag(tag, &isEndTag, "processFileTrusteeInfo"); result != 0)
+      return result;
+    if (isEndTag != 0) {
+      if (is(tag, "file")) return 0;
+    } else if (is(tag, "path")) {
+      bool tooLong = false;
+      if (const int result = readContents(pathText, sizeof pathText, &tooLong); result != 0)
+        return result;
+      goPastEndTag("path");
+      if (rxlMode) unescapeXml(pathText);
+      const std::size_t baseLength = strnlen(basePath, sizeof fullPath);
+      const std::size_t pathLength = std::strlen(pathText);
+      if (tooLong || baseLength + pathLength >= sizeof fullPath) {
+        reportValueTooLong("path");
+        pathState = PathState::refused;
+        continue;
+      }
+      std::memcpy(fullPath, basePath, baseLength);
+      std::memcpy(fullPath + baseLength, pathText, pathLength + 1);
+      pathState = PathState::ready;
+      if (filter != nullptr) skip = regexec(filter, fullPath, 0, nullptr, 0) != 0 ? 1 : 0;
+    } else if (is(tag, "trustee") || is(tag, kAdTrusteeElement)) {
+      if (pathState == PathState::missing) reportNoPath(tag);
+      const int isAd = is(tag, kAdTrusteeElement) ? 1 : 0;
+      const int skipThis = pathState == PathState::ready ? skip : 1;
+      if (const int result = processATrustee(fullPath, tree, skipThis, rxlMode, isAd); result != 0)
+        return result;
+    } else if (is(tag, "inheritedRightsFilter")) {
+      if (pathState == PathState::missing) reportNoPath(tag);
+      bool tooLong = false;
+      getRights(irf, "inheritedRightsFilter", sizeof irf, &tooLong);
+      if (pathState != PathState::ready || skip) continue;
+      if (tooLong) {
+        reportValueTooLong("inheritedRightsFilter");
+      } else if (rxlMode) {
+        addRxlInheritedRightsFilter(fullPath, irf);
+      } else {
+        modifyInheritedRightsFilter(fullPath, irf);
+      }
+    } else if (!is(tag, "zid") && !is(tag, "id")) {
+      reportUnrecognizedTag(tag);
+    }
+  }
+}
+
+int processATrustee(const char *fullPath, const char *tree, int skip, int rxlMode, int isAd) {
+  char tag[kTagNameSize] = "";
+  unsigned long isEndTag = 0;
+  char name[kNameTextSize];
+  char id[kIdTextSize];
+  char rights[kRightsListSize];
+  name[0] = '\0';
+  id[0] = '\0';
+  rights[0] = '\0';
+  // A value that did not fit its field: the trustee is not restored.
+  bool refused = false;
+  for (;;) {
+    if (const int result = readTag(tag, &isEndTag, "processATrustee"); result != 0) return result;
+    if (isEndTag != 0) {
+      if (is(tag, "trustee")) break;
+    } else if (is(tag, "name")) {
+      bool tooLong = false;
+      if (const int result = readContents(name, sizeof name, &tooLong); result != 0) return result;
+      if (tooLong || !replaceTreeName(name, tree, sizeof name)) {
+        reportValueTooLong("name");
+        refused = true;
+      }
+      goPastEndTag("name");
+    } else if (is(tag, "rights")) {
+      bool tooLong = false;
+      getRights(rights, "rights", sizeof rights, &tooLong);
+      if (tooLong) {
+        reportValueTooLong("rights");
+        refused = true;
+      }
+    } else if (is(tag, "id")) {
+      bool tooLong = false;
+      if (const int result = readContents(id, sizeof id, &tooLong); result != 0) return result;
+      if (tooLong) {
+        reportValueTooLong("id");
+        refused = true;
+      }
+      goPastEndTag("id");
+    } else if (!is(tag, "zid")) {
+      reportUnrecognizedTag(tag);
+    }
+  }
+
+  if (skip || refused) return 0;
+  if (rxlMode && !isAd) {
+    if (name[0] == '\0') return -1;
+    addRxlTrustee(fullPath, name, rights);
+    return 0;
+  }
+  if (!isAd && name[0] != '\0') {
+    if (arborUsers) addTrustee(fullPath, nullptr, name, rights, 0);
+    return 0;
+  }
+  if (id[0] == '\0' || !isAd) return -1;
+  if (adUsers) addTrustee(fullPath, id, name, rights, 1);
+  return 0;
+}
+
+int addTrustee(const char *fullPath, const char *id, const char *name, const char *rights,
+               int isAd) {
+  if (isAd) {
+    std::snprintf(requestBuffer, sizeof requestBuffer,
+                  "%s<trustees><addTrustee type=\"adID\"><userID>%s</userID><rights>%s</rights>"
+                  "<fileName>%s</fileName>%s<symLink/></addTrustee></trustees>%s",
+                  kFileRequestOpen, id, rights, fullPath, gemelElement(), kFileRequestClose);
+  } else {
+    std::snprintf(requestBuffer, sizeof requestBuffer,
+                  "%s<trustees><addTrustee><name>%s</name><rights>%s</rights>"
+                  "<fileName>%s</fileName>%s<symLink/></addTrustee></trustees>%s",
+                  kFileRequestOpen, name, rights, fullPath, gemelElement(), kFileRequestClose);
+  }
+  if (sendRequest() != 0) return -1;
+  int result = 0;
+  char description[kDescriptionSize];
+  char replyName[kReplyNameSize];
+  if (receiveReply("<addTrustee>", &result, sizeof description, description, sizeof replyName,
+                   replyName) != 0)
+    return -1;
+  if (result != 0) {
+    std::fprintf(stderr, "Error adding trustee %s to %s: %s(%s)\n", name, fullPath, description,
+                 replyName);
+    return -1;
+  }
+  if (showActions) {
+    char letters[kRightsLettersSize];
+    rightsToLetters(rights, letters, sizeof letters);
+    std::printf("Trustee %s added to %s with rights [%s].\n", name, fullPath, letters);
+  }
+  return 0;
+}
+
+int modifyInheritedRightsFilter(const char *fullPath, const char *irf) {
+  std::snprintf(requestBuffer, sizeof requestBuffer,
+                "%s<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>%s"
+                "</inheritedRightsFilter><fileName>%s</fileName>%s"
+                "</modifyInheritedRightsFilter></trustees>%s",
+                kFileRequestOpen, irf, fullPath, gemelElement(), kFileRequestClose);
+  if (sendRequest() != 0) return -1;
+  int result = 0;
+  char description[kDescriptionSize];
+  char replyName[kReplyNameSize];
+  if (receiveReply("<modifyInheritedRightsFilter>", &result, sizeof description, description,
+                   sizeof replyName, replyName) != 0)
+    return -1;
+  if (result != 0) {
+    std::fprintf(stderr, "Error setting IRF on %s: %s(%s)\n", fullPath, description, replyName);
+    return -1;
+  }
+  if (showActions) {
+    char letters[kRightsLettersSize];
+    rightsToLetters(irf, letters, sizeof letters);
+    std::printf("IRF mask [%s] added to %s.\n", letters, fullPath);
+  }
+  return 0;
+}

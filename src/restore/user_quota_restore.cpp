@@ -1,0 +1,130 @@
+#include "restore/user_quota_restore.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "channel/admin_channel.h"
+#include "document/records.h"
+#include "document/run_settings.h"
+#include "document/tag_reader.h"
+#include "document/xml_text.h"
+#include "restore/entry_messages.h"
+
+namespace {
+
+bool is(const char *tag, const char *name) { return std::strcmp(tag, name) == 0; }
+
+// Children of a user record that carry nothing for the request.
+bool isIgnoredUserChild(const char *tag) {
+  static constexpr const char *kIgnored[] = {"spaceUsed", "id",     "idNotFound",   "time",
+                                             "utc",       "string", "numberOfTimes"};
+  for (const char *ignored : kIgnored)
+    if (is(tag, ignored)) return true;
+  return false;
+}
+
+}  // namespace
+
+int restoreUserQuotas(const char *volume, const char *tree) {
+  adminFd = 0;
+  adminFd = open(kManageCommandFile, O_RDWR);
+  if (adminFd < 0) {
+    const int error = errno;
+    std::fprintf(stderr, "Unable to open the admin file for administration of volumes.  err=%m\n");
+    adminFd = 0;
+    return error;
+  }
+  const int result = walkUserQuotaSection(volume, tree);
+  if (adminFd > 0) close(adminFd);
+  adminFd = 0;
+  return result;
+}
+
+int walkUserQuotaSection(const char *volume, const char *tree) {
+  char tag[kTagNameSize] = "";
+  unsigned long isEndTag = 0;
+  for (;;) {
+    if (const int result = readTag(tag, &isEndTag, "restoreUserQuotas"); result != 0)
+      return result;
+    if (isEndTag != 0) {
+      if (is(tag, "userInfo")) return 0;
+    } else if (is(tag, "user") || is(tag, kAdUserElement)) {
+      const int isAd = is(tag, kAdUserElement) ? 1 : 0;
+      if (const int result = processUserQuotaInfo(volume, tree, isAd); result != 0) return result;
+    } else {
+      reportUnrecognizedTag(tag);
+    }
+  }
+}
+
+int processUserQuotaInfo(const char *volume, const char *tree, int isAd) {
+  char tag[kTagNameSize] = "";
+  unsigned long isEndTag = 0;
+  char quota[kQuotaTextSize];
+  char name[kNameTextSize];
+  quota[0] = '\0';
+  name[0] = '\0';
+  bool haveQuota = false;
+  bool haveName = false;
+  bool refused = false;  // a value did not fit its field
+  for (;;) {
+    if (const int result = readTag(tag, &isEndTag, "processUserQuotaInfo"); result != 0)
+      return result;
+    if (isEndTag != 0) {
+      if (is(tag, "user")) break;
+    } else if (is(tag, "name")) {
+      bool tooLong = false;
+      if (const int result = readContents(name, sizeof name, &tooLong); result != 0) return result;
+      haveName = true;
+      if (tooLong || !replaceTreeName(name, tree, sizeof name)) {
+        reportValueTooLong("name");
+        refused = true;
+      }
+      goPastEndTag("name");
+    } else if (is(tag, "quotaAmount")) {
+      bool tooLong = false;
+      if (const int result = readContents(quota, sizeof quota, &tooLong); result != 0)
+        return result;
+      haveQuota = true;
+      if (tooLong) {
+        reportValueTooLong("quotaAmount");
+        refused = true;
+      }
+      goPastEndTag("quotaAmount");
+    } else if (!isIgnoredUserChild(tag)) {
+      reportUnrecognizedTag(tag);
+    }
+  }
+
+  if (std::strcmp(quota, kNoQuota) == 0) return 0;
+  if (!haveQuota || !haveName || refused) return 0;
+  if (isAd ? adUsers : arborUsers) addUserQuota(volume, name, quota, isAd);
+  return 0;
+}
+
+int addUserQuota(const char *volume, const char *userName, const char *quota, int isAd) {
+  std::snprintf(requestBuffer, sizeof requestBuffer,
+                "%s<userSpaceRestrictions>%s<volumeName>%s</volumeName><userName>%s</userName>"
+                "<quota>%s</quota>%s</set></userSpaceRestrictions>%s",
+                kVolumeRequestOpen, isAd ? "<set type=\"adID\">" : "<set>", volume, userName,
+                quota, gemelElement(), kVolumeRequestClose);
+  if (sendRequest() != 0) return -1;
+  int result = 0;
+  char description[kDescriptionSize];
+  char replyName[kReplyNameSize];
+  if (receiveReply("<userSpaceRestrictions>", &result, sizeof description, description,
+                   sizeof replyName, replyName) != 0)
+    return -1;
+  if (result != 0) {
+    std::fprintf(stderr, "Error adding user quotas for %s to %s: %s(%s)\n", userName, volume,
+                 description, replyName);
+    return -1;
+  }
+  if (showActions)
+    std::printf("User %s assigned a quota of %s on volume %s.\n", userName, quota, volume);
+  return 0;
+}
