@@ -3,6 +3,8 @@
 # read by cat and by the save, side by side in one run, with the save's peak memory; then the
 # one-pass filters against the element-by-element ones at ORACLE_FILES files (default 100,000).
 # When the simulator is built, the real trovan binary also saves a simulated volume.
+# ORACLE_FILES=0 skips the element-by-element run. The simulator is taken from
+# TROVAN_SIM_BUILD (default: the build folder of the tree), built with the project's default type.
 #   bench/save_bench.sh [FILES] [ORACLE_FILES]
 set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
@@ -12,7 +14,10 @@ build=${TROVAN_BENCH_BUILD:-$here/build-bench}
 cmake -S "$here" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DTROVAN_BENCH=ON \
       -DTROVAN_TESTS=OFF >/dev/null
 ninja -C "$build" save_bench trovan >/dev/null
-ninja -C "$build" quillsim_all >/dev/null 2>&1 || true
+sim_build=${TROVAN_SIM_BUILD:-$here/build}
+if [ ! -x "$sim_build/sim/quillsim" ]; then
+  cmake -S "$here" -B "$sim_build" -G Ninja >/dev/null && ninja -C "$sim_build" quillsim_all >/dev/null 2>&1 || true
+fi
 bench=$build/bench/save_bench
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -48,7 +53,7 @@ limit=$(( largest / 1024 + 65536 ))
 echo "peak RSS unfiltered:                $(peak_kib "$bench" save "$work/info") KiB (limit $limit KiB)"
 echo "peak RSS -p -u arbor:               $(peak_kib "$bench" save "$work/info" /d0001 arbor) KiB (limit $limit KiB)"
 
-sim=$build/sim/quillsim
+sim=$sim_build/sim/quillsim
 if [ -x "$sim" ]; then
   export QUILLSIM_ROOT="$work/sim"
   mkdir "$QUILLSIM_ROOT"
@@ -70,6 +75,8 @@ if [ -x "$sim" ]; then
   unset LD_PRELOAD
 fi
 
-mkdir "$work/small"
-"$bench" gen "$work/small" "$oracle_files"
-"$bench" filters "$work/small/TrusteeInfo.xml" /d0001
+if [ "$oracle_files" -gt 0 ]; then
+  mkdir "$work/small"
+  "$bench" gen "$work/small" "$oracle_files"
+  "$bench" filters "$work/small/TrusteeInfo.xml" /d0001
+fi
