@@ -142,23 +142,26 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
   const std::size_t nameStart = position;
   const char *at = data + position;
   const char *const end = data + windowEnd;
-  // The common tag: a plain name, then '>'.
+  // The name proper: up to '>', '/', a blank or the data's end. A name holding a NUL byte is
+  // left to the general scan below.
   while (at < end && kNameClass[static_cast<unsigned char>(*at)] == kNameByte) ++at;
-  if (at < end && *at == '>') [[likely]] {
-    const std::size_t length =
-        std::min(static_cast<std::size_t>(at - (data + nameStart)), kTagNameSize - 1);
-    std::memcpy(name, data + nameStart, length);
-    name[length] = '\0';
-    nameLength = length;
-    position = static_cast<std::size_t>(at - data) + 1;
-    return 0;
-  }
-  // Any other tag: the name proper, up to '>', '/', a blank or the data's end.
-  at = data + nameStart;
   std::size_t length = 0;
-  while (at < end && *at != '>' && *at != '/' && !isBlank(*at)) {
-    if (length < kTagNameSize - 1) name[length++] = *at;
-    ++at;
+  const bool nulInName = at < end && kNameClass[static_cast<unsigned char>(*at)] == kNameNul;
+  if (!nulInName) [[likely]] {
+    length = std::min(static_cast<std::size_t>(at - (data + nameStart)), kTagNameSize - 1);
+    std::memcpy(name, data + nameStart, length);
+    if (at < end && *at == '>') [[likely]] {
+      name[length] = '\0';
+      nameLength = length;
+      position = static_cast<std::size_t>(at - data) + 1;
+      return 0;
+    }
+  } else {
+    at = data + nameStart;
+    while (at < end && *at != '>' && *at != '/' && !isBlank(*at)) {
+      if (length < kTagNameSize - 1) name[length++] = *at;
+      ++at;
+    }
   }
   // After a blank only the type="adID" marker (with its blank) joins the name.
   bool blankSeen = false;
@@ -176,7 +179,7 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
     ++at;
   }
   name[length] = '\0';
-  nameLength = std::strlen(name);  // the name may hold a NUL byte
+  nameLength = nulInName ? std::strlen(name) : length;
   position = static_cast<std::size_t>(at - data);
   // A tag cut off by the end of the data is taken as ending there.
   if (position == windowEnd) return 0;
@@ -311,7 +314,13 @@ int readContents(char *text, std::size_t textSize, bool *tooLong) {
         }
         // Inside CDATA a '<' past the window's start still shifts the window (above).
         std::size_t end = position + 1;
-        while (end < windowEnd && data[end] != '<' && data[end] != ']') ++end;
+        if (const void *bracket = std::memchr(data + end, ']', windowEnd - end); bracket != nullptr)
+          end = static_cast<std::size_t>(static_cast<const char *>(bracket) - data);
+        else
+          end = windowEnd;
+        if (const void *open = std::memchr(data + position + 1, '<', end - position - 1);
+            open != nullptr)
+          end = static_cast<std::size_t>(static_cast<const char *>(open) - data);
         append(data + position, end - position);
         position = end;
         continue;
