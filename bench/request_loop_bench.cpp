@@ -1,40 +1,76 @@
-// The protocol's own cost: sends precomputed requests (one a line in the file given) through
-// /_admin/Manage_QUILL/files.cmd and reads each reply, doing nothing else. Run it under the
-// simulator, next to a restore of the document those requests come from.
+// The protocol's own cost: sends precomputed requests (one a line in the file given, the bytes a
+// restore sends) through /_admin/Manage_QUILL/files.cmd and reads each reply, doing nothing else:
+// lseek to 0, write the request, lseek to 0, read until a read returns 0, as the restore does.
+// The requests are loaded into memory first; only the loop is timed. Prints the loop's seconds
+// on standard output and the request count on standard error. Run it under the simulator, next
+// to a restore of the document those requests come from.
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 int main(int argc, char **argv) {
   if (argc != 2) {
     std::fprintf(stderr, "usage: %s REQUESTS\n", argv[0]);
     return 2;
   }
-  FILE *requests = std::fopen(argv[1], "r");
-  const int fd = open("/_admin/Manage_QUILL/files.cmd", O_RDWR);
-  if (requests == nullptr || fd < 0) {
+  // Load the whole file, then cut it into lines.
+  const int input = open(argv[1], O_RDONLY);
+  if (input < 0) {
     std::perror("open");
     return 1;
   }
+  std::vector<char> text;
+  for (;;) {
+    const std::size_t at = text.size();
+    text.resize(at + (1 << 20));
+    const ssize_t count = read(input, text.data() + at, 1 << 20);
+    if (count < 0) {
+      std::perror("read");
+      return 1;
+    }
+    text.resize(at + static_cast<std::size_t>(count));
+    if (count == 0) break;
+  }
+  close(input);
+  struct Request {
+    std::size_t offset;
+    std::size_t length;
+  };
+  std::vector<Request> requests;
+  for (std::size_t at = 0; at < text.size();) {
+    const void *newline = std::memchr(text.data() + at, '\n', text.size() - at);
+    const std::size_t end =
+        newline != nullptr ? static_cast<std::size_t>(static_cast<const char *>(newline) -
+                                                      text.data())
+                           : text.size();
+    if (end > at) requests.push_back({at, end - at});
+    at = end + 1;
+  }
+
   static char reply[65536];
-  char *line = nullptr;
-  std::size_t capacity = 0;
-  long sent = 0;
-  for (ssize_t length; (length = getline(&line, &capacity, requests)) > 0;) {
-    if (line[length - 1] == '\n') --length;
+  const auto start = std::chrono::steady_clock::now();
+  const int fd = open("/_admin/Manage_QUILL/files.cmd", O_RDWR);
+  if (fd < 0) {
+    std::perror("open");
+    return 1;
+  }
+  for (const Request &request : requests) {
     lseek(fd, 0, SEEK_SET);
-    if (write(fd, line, static_cast<std::size_t>(length)) != length) return 1;
+    const ssize_t length = static_cast<ssize_t>(request.length);
+    if (write(fd, text.data() + request.offset, request.length) != length) return 1;
     lseek(fd, 0, SEEK_SET);
     while (read(fd, reply, sizeof reply - 1) > 0) {
     }
-    ++sent;
   }
-  std::free(line);
   close(fd);
-  std::fclose(requests);
-  std::printf("%ld requests\n", sent);
+  const double seconds =
+      std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  std::printf("%.6f\n", seconds);
+  std::fprintf(stderr, "%zu requests\n", requests.size());
   return 0;
 }

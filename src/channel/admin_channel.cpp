@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 int reflectOnGemel = 1;
 int adminFd = 0;
@@ -57,12 +58,13 @@ bool growReplyBuffer() {
   return true;
 }
 
-// Copies the text from `from` up to `endTag` (or the end of the text) into out, cut to size - 1.
-void copyUpTo(const char *from, const char *endTag, std::size_t size, char *out) {
-  const char *end = std::strstr(from, endTag);
-  std::size_t length = end != nullptr ? static_cast<std::size_t>(end - from) : std::strlen(from);
+// Copies reply[from..] up to `endTag` (or the end of the text) into out, cut to size - 1.
+void copyUpTo(std::string_view reply, std::size_t from, std::string_view endTag, std::size_t size,
+              char *out) {
+  const std::size_t end = reply.find(endTag, from);
+  std::size_t length = (end != std::string_view::npos ? end : reply.size()) - from;
   if (length > size - 1) length = size - 1;
-  std::memcpy(out, from, length);
+  std::memcpy(out, reply.data() + from, length);
   out[length] = '\0';
 }
 
@@ -125,31 +127,36 @@ int receiveReply(const char *replyElement, int *result, std::size_t descriptionS
   }
   replyBuffer[used] = '\0';
 
-  const char *element = std::strstr(replyBuffer, replyElement);
-  if (element == nullptr) {
+  // The reply as a string: up to its first NUL byte. Every search below looks forward in it
+  // from where the previous one stopped, as searches of the string would.
+  const std::string_view reply(replyBuffer, std::strlen(replyBuffer));
+  const std::size_t element = reply.find(replyElement);
+  if (element == std::string_view::npos) {
     std::fprintf(stderr, "Unrecognized response to request.  response=%s\n", replyBuffer);
     return -1;
   }
-  static constexpr char kResultTag[] = "<result value=\"";
-  const char *resultTag = std::strstr(element, kResultTag);
-  if (resultTag == nullptr) {
+  static constexpr std::string_view kResultTag = "<result value=\"";
+  const std::size_t resultTag = reply.find(kResultTag, element);
+  if (resultTag == std::string_view::npos) {
     std::fprintf(stderr, "Unable to find return value for the request.  response=%s\n",
                  replyBuffer);
     return -1;
   }
-  const char *digits = resultTag + sizeof kResultTag - 1;
-  *result = parseResultValue(digits);
+  const std::size_t digits = resultTag + kResultTag.size();
+  *result = parseResultValue(replyBuffer + digits);
 
-  const char *nameSearchFrom = digits;
+  std::size_t nameSearchFrom = digits;
   description[0] = '\0';
-  if (const char *start = std::strstr(digits, "<description>"); start != nullptr) {
-    copyUpTo(start + std::strlen("<description>"), "</description>", descriptionSize, description);
+  static constexpr std::string_view kDescription = "<description>";
+  if (const std::size_t start = reply.find(kDescription, digits); start != std::string_view::npos) {
+    copyUpTo(reply, start + kDescription.size(), "</description>", descriptionSize, description);
     nameSearchFrom = start;
   }
   if (name != nullptr) {
     name[0] = '\0';
-    if (const char *start = std::strstr(nameSearchFrom, "<name>"); start != nullptr)
-      copyUpTo(start + std::strlen("<name>"), "</name>", nameSize, name);
+    static constexpr std::string_view kName = "<name>";
+    if (const std::size_t start = reply.find(kName, nameSearchFrom); start != std::string_view::npos)
+      copyUpTo(reply, start + kName.size(), "</name>", nameSize, name);
   }
   return 0;
 }

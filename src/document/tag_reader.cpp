@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -43,8 +44,21 @@ std::size_t position = 0;
 bool inCdata = false;
 bool pendingEmptyEnd = false;
 std::size_t emptyEndPosition = 0;
-// No NUL byte lies in [the start of any later shift's rest, nulScan), unless data[nulScan] is one.
-std::size_t nulScan = 0;
+// The NUL rule costs nothing while no NUL byte is near: the read-ahead is searched for NULs in
+// large stretches, and `nextNul` remembers the result. No NUL lies in [position, nextNul) at any
+// shift (when position <= nextNul); nextNul is a NUL byte or where the last search stopped.
+std::size_t nextNul = 0;
+
+// Character classes of the tag-name scan: a name runs up to '>', '/' or a blank; a NUL byte
+// ends the name as a string, and is left to the general scan.
+enum : unsigned char { kNameByte = 0, kNameStop = 1, kNameBlank = 2, kNameNul = 3 };
+constexpr auto kNameClass = [] {
+  std::array<unsigned char, 256> table{};
+  table['>'] = table['/'] = kNameStop;
+  for (const unsigned char c : {' ', '\t', '\n', '\v', '\f', '\r'}) table[c] = kNameBlank;
+  table[0] = kNameNul;
+  return table;
+}();
 
 inline bool isBlank(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');  // the C locale's white space
@@ -63,7 +77,7 @@ void compact() {
   windowEnd -= offset;
   position -= offset;
   if (pendingEmptyEnd) emptyEndPosition -= offset;
-  nulScan = nulScan > offset ? nulScan - offset : 0;
+  nextNul = nextNul > offset ? nextNul - offset : 0;
 }
 
 // Reads ahead in large blocks until the loaded input reaches the window's full extent or the
@@ -94,19 +108,19 @@ inline int refill() {
   return 0;
 }
 
-// The window starts again at `position`. Bytes of the rest that follow its first NUL become NULs.
-void shift() {
-  std::size_t from = std::max(position, nulScan);
-  if (from < windowEnd) {
-    const void *nul = std::memchr(data + from, 0, windowEnd - from);
-    if (nul != nullptr) {
-      const std::size_t at = static_cast<std::size_t>(static_cast<const char *>(nul) - data);
-      std::memset(data + at, 0, windowEnd - at);
-      nulScan = at;
-    } else {
-      nulScan = windowEnd;
-    }
-  }
+// A NUL byte lies in the window's unread rest, or the last search for one stopped short of the
+// window's end: search on through the read-ahead, and turn the bytes of the rest that follow its
+// first NUL into NULs.
+[[gnu::noinline]] void carryRestAsString() {
+  const std::size_t from = std::max(position, nextNul);
+  const void *nul = std::memchr(data + from, 0, loaded - from);
+  nextNul = nul != nullptr ? static_cast<std::size_t>(static_cast<const char *>(nul) - data) : loaded;
+  if (nextNul < windowEnd) std::memset(data + nextNul, 0, windowEnd - nextNul);
+}
+
+// The window starts again at `position`; its unread rest is carried over as a string.
+inline void shift() {
+  if (nextNul < windowEnd) [[unlikely]] carryRestAsString();
   windowStart = position;
 }
 
@@ -118,24 +132,39 @@ void appendName(char *name, std::size_t &length, const char *bytes, std::size_t 
   length += count;
 }
 
-// Parses the tag whose '<' is at `position` (the window's start).
-int parseTag(char *name, unsigned long *isEndTag) {
+// Parses the tag whose '<' is at `position` (the window's start). Sets nameLength.
+inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
   ++position;
   if (position < windowEnd && data[position] == '/') {
     *isEndTag = 1;
     ++position;
   }
   const std::size_t nameStart = position;
-  std::size_t length = 0;
-  bool blankSeen = false;
   const char *at = data + position;
   const char *const end = data + windowEnd;
-  // The name proper: up to '>', '/', a blank or the data's end.
-  while (at < end && *at != '>' && *at != '/' && !isBlank(*at)) {
-    if (length < kTagNameSize - 1) name[length++] = *at;
-    ++at;
+  // The name proper: up to '>', '/', a blank or the data's end. A name holding a NUL byte is
+  // left to the general scan below.
+  while (at < end && kNameClass[static_cast<unsigned char>(*at)] == kNameByte) ++at;
+  std::size_t length = 0;
+  const bool nulInName = at < end && kNameClass[static_cast<unsigned char>(*at)] == kNameNul;
+  if (!nulInName) [[likely]] {
+    length = std::min(static_cast<std::size_t>(at - (data + nameStart)), kTagNameSize - 1);
+    std::memcpy(name, data + nameStart, length);
+    if (at < end && *at == '>') [[likely]] {
+      name[length] = '\0';
+      nameLength = length;
+      position = static_cast<std::size_t>(at - data) + 1;
+      return 0;
+    }
+  } else {
+    at = data + nameStart;
+    while (at < end && *at != '>' && *at != '/' && !isBlank(*at)) {
+      if (length < kTagNameSize - 1) name[length++] = *at;
+      ++at;
+    }
   }
   // After a blank only the type="adID" marker (with its blank) joins the name.
+  bool blankSeen = false;
   while (at < end && *at != '>' && *at != '/') {
     if (isBlank(*at)) {
       blankSeen = true;
@@ -150,6 +179,7 @@ int parseTag(char *name, unsigned long *isEndTag) {
     ++at;
   }
   name[length] = '\0';
+  nameLength = nulInName ? std::strlen(name) : length;
   position = static_cast<std::size_t>(at - data);
   // A tag cut off by the end of the data is taken as ending there.
   if (position == windowEnd) return 0;
@@ -163,26 +193,30 @@ int parseTag(char *name, unsigned long *isEndTag) {
   return 0;
 }
 
-int readTagUntraced(char *name, unsigned long *isEndTag) {
-  if (pendingEmptyEnd) {
+// readTag without the -d trace; also gives the name's length.
+inline int readTagUntraced(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
+  if (pendingEmptyEnd) [[unlikely]] {
     std::size_t length = 0;
     appendName(name, length, data + position, emptyEndPosition - position);
     name[length] = '\0';
+    nameLength = std::strlen(name);  // the name may hold a NUL byte
     position = std::min(emptyEndPosition + 2, windowEnd);
     pendingEmptyEnd = false;
     *isEndTag = 1;
     return 0;
   }
   for (;;) {
-    if (const int error = refill(); error != 0) return error;
-    if (windowEnd == windowStart) {
+    if (const int error = refill(); error != 0) [[unlikely]] return error;
+    if (windowEnd == windowStart) [[unlikely]] {
       name[0] = '\0';
+      nameLength = 0;
       return kEndOfInput;
     }
     for (;;) {
-      if (position == windowEnd) {
+      if (position == windowEnd) [[unlikely]] {
         // Only text was left: the caller gets the previous tag again.
         shift();
+        nameLength = std::strlen(name);
         return 0;
       }
       const char c = data[position];
@@ -190,7 +224,7 @@ int readTagUntraced(char *name, unsigned long *isEndTag) {
         shift();
         break;
       }
-      if (inCdata) {
+      if (inCdata) [[unlikely]] {
         if (c == ']' && startsWith(position, "]]>", 3)) {
           inCdata = false;
           position += 3;
@@ -199,15 +233,19 @@ int readTagUntraced(char *name, unsigned long *isEndTag) {
         }
         continue;
       }
-      if (c == '<' && position + 1 < windowEnd && data[position + 1] == '!' &&
-          startsWith(position, kCdataOpen, kCdataOpenLength)) {
-        inCdata = true;
-        ++position;
-        continue;
+      if (c == '<') {
+        if (position + 1 < windowEnd && data[position + 1] == '!' &&
+            startsWith(position, kCdataOpen, kCdataOpenLength)) [[unlikely]] {
+          inCdata = true;
+          ++position;
+          continue;
+        }
+        *isEndTag = 0;
+        return parseTag(name, isEndTag, nameLength);
       }
+      // Text between tags (a tag returned stale after it is a start tag): skip to the next '<'
+      // or the window's end.
       *isEndTag = 0;
-      if (c == '<') return parseTag(name, isEndTag);
-      // Text between tags: skip to the next '<' or the window's end.
       const void *next = std::memchr(data + position, '<', windowEnd - position);
       position = next != nullptr ? static_cast<std::size_t>(static_cast<const char *>(next) - data)
                                  : windowEnd;
@@ -215,12 +253,20 @@ int readTagUntraced(char *name, unsigned long *isEndTag) {
   }
 }
 
+// readTag with the name's length, for the readers below.
+inline int readTagMeasured(char *name, unsigned long *isEndTag, const char *label,
+                           std::size_t &nameLength) {
+  const int result = readTagUntraced(name, isEndTag, nameLength);
+  if (debug) [[unlikely]]
+    std::printf("**%s** ccode=%d  endtag=%lu  tag=%s\n", label, result, *isEndTag, name);
+  return result;
+}
+
 }  // namespace
 
 int readTag(char *name, unsigned long *isEndTag, const char *label) {
-  const int result = readTagUntraced(name, isEndTag);
-  if (debug) std::printf("**%s** ccode=%d  endtag=%lu  tag=%s\n", label, result, *isEndTag, name);
-  return result;
+  std::size_t nameLength = 0;
+  return readTagMeasured(name, isEndTag, label, nameLength);
 }
 
 int readContents(char *text, std::size_t textSize, bool *tooLong) {
@@ -268,7 +314,13 @@ int readContents(char *text, std::size_t textSize, bool *tooLong) {
         }
         // Inside CDATA a '<' past the window's start still shifts the window (above).
         std::size_t end = position + 1;
-        while (end < windowEnd && data[end] != '<' && data[end] != ']') ++end;
+        if (const void *bracket = std::memchr(data + end, ']', windowEnd - end); bracket != nullptr)
+          end = static_cast<std::size_t>(static_cast<const char *>(bracket) - data);
+        else
+          end = windowEnd;
+        if (const void *open = std::memchr(data + position + 1, '<', end - position - 1);
+            open != nullptr)
+          end = static_cast<std::size_t>(static_cast<const char *>(open) - data);
         append(data + position, end - position);
         position = end;
         continue;
@@ -296,12 +348,14 @@ int readContents(char *text, std::size_t textSize, bool *tooLong) {
 int goPastEndTag(const char *name) {
   char tag[kTagNameSize] = "";
   unsigned long isEndTag = 0;
+  const std::size_t length = std::strlen(name);
   for (;;) {
-    if (readTag(tag, &isEndTag, "goPastEndTag") != 0) {
+    std::size_t tagLength = 0;
+    if (readTagMeasured(tag, &isEndTag, "goPastEndTag", tagLength) != 0) {
       std::fprintf(stderr, "Unable to find end tag: %s\n", name);
       return -1;
     }
-    if (isEndTag != 0 && std::strcmp(tag, name) == 0) return 0;
+    if (isEndTag != 0 && tagLength == length && std::memcmp(tag, name, length) == 0) return 0;
   }
 }
 
@@ -311,9 +365,10 @@ void getRights(char *out, const char *endName, std::size_t outSize, bool *tooLon
   std::size_t length = 0;
   char tag[kTagNameSize] = "";
   unsigned long isEndTag = 0;
-  while (readTag(tag, &isEndTag, "getRights") == 0) {
+  const std::size_t endLength = std::strlen(endName);
+  std::size_t tagLength = 0;
+  while (readTagMeasured(tag, &isEndTag, "getRights", tagLength) == 0) {
     if (isEndTag == 0) {
-      const std::size_t tagLength = std::strlen(tag);
       if (length + tagLength + 3 < outSize) {
         out[length] = '<';
         std::memcpy(out + length + 1, tag, tagLength);
@@ -322,7 +377,7 @@ void getRights(char *out, const char *endName, std::size_t outSize, bool *tooLon
       } else if (tooLong != nullptr) {
         *tooLong = true;
       }
-    } else if (std::strcmp(tag, endName) == 0) {
+    } else if (tagLength == endLength && std::memcmp(tag, endName, endLength) == 0) {
       break;
     }
   }
@@ -333,5 +388,5 @@ void resetTagReader() {
   inCdata = false;
   pendingEmptyEnd = false;
   emptyEndPosition = 0;
-  nulScan = 0;
+  nextNul = 0;
 }

@@ -15,11 +15,18 @@
 #include "document/tag_reader.h"
 #include "document/xml_text.h"
 #include "restore/entry_messages.h"
+#include "restore/request_text.h"
 #include "restore/rxl_restore.h"
 
 namespace {
 
-bool is(const char *tag, const char *name) { return std::strcmp(tag, name) == 0; }
+// Whether the tag read is `name`. Tag buffers are kTagNameSize bytes, all initialised, so
+// comparing the name's bytes with its NUL is exact and costs a few word compares.
+template <std::size_t N>
+bool is(const char *tag, const char (&name)[N]) {
+  static_assert(N <= kTagNameSize);
+  return std::memcmp(tag, name, N) == 0;
+}
 
 // Where a file element stands with its path.
 enum class PathState { missing, refused, ready };
@@ -186,17 +193,15 @@ int processATrustee(const char *fullPath, const char *tree, int skip, int rxlMod
 
 int addTrustee(const char *fullPath, const char *id, const char *name, const char *rights,
                int isAd) {
+  RequestText request;
   if (isAd) {
-    std::snprintf(requestBuffer, sizeof requestBuffer,
-                  "%s<trustees><addTrustee type=\"adID\"><userID>%s</userID><rights>%s</rights>"
-                  "<fileName>%s</fileName>%s<symLink/></addTrustee></trustees>%s",
-                  kFileRequestOpen, id, rights, fullPath, gemelElement(), kFileRequestClose);
+    request << kFileRequestOpen << "<trustees><addTrustee type=\"adID\"><userID>" << id
+            << "</userID><rights>";
   } else {
-    std::snprintf(requestBuffer, sizeof requestBuffer,
-                  "%s<trustees><addTrustee><name>%s</name><rights>%s</rights>"
-                  "<fileName>%s</fileName>%s<symLink/></addTrustee></trustees>%s",
-                  kFileRequestOpen, name, rights, fullPath, gemelElement(), kFileRequestClose);
+    request << kFileRequestOpen << "<trustees><addTrustee><name>" << name << "</name><rights>";
   }
+  request << rights << "</rights><fileName>" << fullPath << "</fileName>" << gemelElement()
+          << "<symLink/></addTrustee></trustees>" << kFileRequestClose;
   if (sendRequest() != 0) return -1;
   int result = 0;
   char description[kDescriptionSize];
@@ -218,11 +223,10 @@ int addTrustee(const char *fullPath, const char *id, const char *name, const cha
 }
 
 int modifyInheritedRightsFilter(const char *fullPath, const char *irf) {
-  std::snprintf(requestBuffer, sizeof requestBuffer,
-                "%s<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>%s"
-                "</inheritedRightsFilter><fileName>%s</fileName>%s"
-                "</modifyInheritedRightsFilter></trustees>%s",
-                kFileRequestOpen, irf, fullPath, gemelElement(), kFileRequestClose);
+  RequestText request;
+  request << kFileRequestOpen << "<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>"
+          << irf << "</inheritedRightsFilter><fileName>" << fullPath << "</fileName>"
+          << gemelElement() << "</modifyInheritedRightsFilter></trustees>" << kFileRequestClose;
   if (sendRequest() != 0) return -1;
   int result = 0;
   char description[kDescriptionSize];

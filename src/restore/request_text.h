@@ -1,0 +1,33 @@
+// Assembles a request in requestBuffer from its pieces, one after the other: the same bytes as
+// snprintf(requestBuffer, sizeof requestBuffer, "%s%s...", pieces...) would write, cut to
+// kRequestBufferSize - 1 bytes and NUL-terminated, without a format to interpret.
+#pragma once
+#include <cstddef>
+#include <cstring>
+
+#include "channel/admin_channel.h"
+
+class RequestText {
+ public:
+  RequestText() { requestBuffer[0] = '\0'; }
+
+  // Appends a NUL-terminated piece (a literal's length is known when this is inlined).
+  RequestText &operator<<(const char *piece) {
+    append(piece, std::strlen(piece));
+    return *this;
+  }
+
+  // Appends `count` bytes, or as many as still fit.
+  void append(const char *bytes, std::size_t count) {
+    const std::size_t room = kRequestBufferSize - 1 - length_;
+    if (count > room) count = room;
+    std::memcpy(requestBuffer + length_, bytes, count);
+    length_ += count;
+    requestBuffer[length_] = '\0';
+  }
+
+  std::size_t length() const { return length_; }
+
+ private:
+  std::size_t length_ = 0;
+};
