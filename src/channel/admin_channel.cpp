@@ -155,10 +155,17 @@ int receiveReply(const char *replyElement, int *result, std::size_t descriptionS
   if (name != nullptr) {
     name[0] = '\0';
     static constexpr std::string_view kName = "<name>";
-    if (const std::size_t start = reply.find(kName, nameSearchFrom); start != std::string_view::npos)
+    if (const std::size_t start = reply.find(kName, nameSearchFrom);
+        start != std::string_view::npos)
       copyUpTo(reply, start + kName.size(), "</name>", nameSize, name);
   }
   return 0;
+}
+
+int exchangeRequest(const char *replyElement, Reply &reply) {
+  if (const int error = sendRequest(); error != 0) return error;
+  return receiveReply(replyElement, &reply.result, sizeof reply.description, reply.description,
+                      sizeof reply.name, reply.name);
 }
 
 void stripReplyWrapper(char *text, int *length) {

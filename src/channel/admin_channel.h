@@ -42,6 +42,17 @@ int sendRequest();
 int receiveReply(const char *replyElement, int *result, std::size_t descriptionSize,
                  char *description, std::size_t nameSize, char *name);
 
+// What the file system answered to one request.
+struct Reply {
+  int result = 0;
+  char description[kDescriptionSize];
+  char name[kReplyNameSize];
+};
+
+// Sends requestBuffer and reads its reply, looking for replyElement. Returns 0 when a result came
+// back (in reply), non-zero after the channel's own message.
+int exchangeRequest(const char *replyElement, Reply &reply);
+
 // Removes the <quillReply> wrapper and the <result .../result> element of a stored reply.
 void stripReplyWrapper(char *text, int *length);
 

@@ -115,16 +115,11 @@ int addDirQuota(const char *fileName, const char *quota) {
                 "%s<directoryQuota><addQuota><fileName>%s</fileName>%s<quotaAmount>%s"
                 "</quotaAmount></addQuota></directoryQuota>%s",
                 kFileRequestOpen, fileName, gemelElement(), quota, kFileRequestClose);
-  if (sendRequest() != 0) return -1;
-  int result = 0;
-  char description[kDescriptionSize];
-  char replyName[kReplyNameSize];
-  if (receiveReply("<addQuota>", &result, sizeof description, description, sizeof replyName,
-                   replyName) != 0)
-    return -1;
-  if (result != 0) {
+  Reply reply;
+  if (exchangeRequest("<addQuota>", reply) != 0) return -1;
+  if (reply.result != 0) {
     std::fprintf(stderr, "Error adding directory quota of %s to %s: %s(%s)\n", quota, fileName,
-                 description, replyName);
+                 reply.description, reply.name);
     return -1;
   }
   if (showActions) std::printf("Directory quota of %s added to %s.\n", quota, fileName);

@@ -22,8 +22,7 @@ namespace {
 
 // Whether the tag read is `name`. Tag buffers are kTagNameSize bytes, all initialised, so
 // comparing the name's bytes with its NUL is exact and costs a few word compares.
-template <std::size_t N>
-bool is(const char *tag, const char (&name)[N]) {
+template <std::size_t N> bool is(const char *tag, const char (&name)[N]) {
   static_assert(N <= kTagNameSize);
   return std::memcmp(tag, name, N) == 0;
 }
@@ -49,8 +48,8 @@ int restoreTrustees(char *basePath, const regex_t *filter, const char *tree, int
     adminFd = open(kFilesCommandFile, O_RDWR);
     if (adminFd < 0) {
       const int error = errno;
-      std::fprintf(stderr,
-                   "Unable to open the admin file for administration of the file system.  err=%m\n");
+      std::fprintf(
+          stderr, "Unable to open the admin file for administration of the file system.  err=%m\n");
       adminFd = 0;
       return error;
     }
@@ -202,16 +201,11 @@ int addTrustee(const char *fullPath, const char *id, const char *name, const cha
   }
   request << rights << "</rights><fileName>" << fullPath << "</fileName>" << gemelElement()
           << "<symLink/></addTrustee></trustees>" << kFileRequestClose;
-  if (sendRequest() != 0) return -1;
-  int result = 0;
-  char description[kDescriptionSize];
-  char replyName[kReplyNameSize];
-  if (receiveReply("<addTrustee>", &result, sizeof description, description, sizeof replyName,
-                   replyName) != 0)
-    return -1;
-  if (result != 0) {
-    std::fprintf(stderr, "Error adding trustee %s to %s: %s(%s)\n", name, fullPath, description,
-                 replyName);
+  Reply reply;
+  if (exchangeRequest("<addTrustee>", reply) != 0) return -1;
+  if (reply.result != 0) {
+    std::fprintf(stderr, "Error adding trustee %s to %s: %s(%s)\n", name, fullPath,
+                 reply.description, reply.name);
     return -1;
   }
   if (showActions) {
@@ -227,15 +221,11 @@ int modifyInheritedRightsFilter(const char *fullPath, const char *irf) {
   request << kFileRequestOpen << "<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>"
           << irf << "</inheritedRightsFilter><fileName>" << fullPath << "</fileName>"
           << gemelElement() << "</modifyInheritedRightsFilter></trustees>" << kFileRequestClose;
-  if (sendRequest() != 0) return -1;
-  int result = 0;
-  char description[kDescriptionSize];
-  char replyName[kReplyNameSize];
-  if (receiveReply("<modifyInheritedRightsFilter>", &result, sizeof description, description,
-                   sizeof replyName, replyName) != 0)
-    return -1;
-  if (result != 0) {
-    std::fprintf(stderr, "Error setting IRF on %s: %s(%s)\n", fullPath, description, replyName);
+  Reply reply;
+  if (exchangeRequest("<modifyInheritedRightsFilter>", reply) != 0) return -1;
+  if (reply.result != 0) {
+    std::fprintf(stderr, "Error setting IRF on %s: %s(%s)\n", fullPath, reply.description,
+                 reply.name);
     return -1;
   }
   if (showActions) {

@@ -48,8 +48,7 @@ int walkUserQuotaSection(const char *volume, const char *tree) {
   char tag[kTagNameSize] = "";
   unsigned long isEndTag = 0;
   for (;;) {
-    if (const int result = readTag(tag, &isEndTag, "restoreUserQuotas"); result != 0)
-      return result;
+    if (const int result = readTag(tag, &isEndTag, "restoreUserQuotas"); result != 0) return result;
     if (isEndTag != 0) {
       if (is(tag, "userInfo")) return 0;
     } else if (is(tag, "user") || is(tag, kAdUserElement)) {
@@ -110,18 +109,13 @@ int addUserQuota(const char *volume, const char *userName, const char *quota, in
   std::snprintf(requestBuffer, sizeof requestBuffer,
                 "%s<userSpaceRestrictions>%s<volumeName>%s</volumeName><userName>%s</userName>"
                 "<quota>%s</quota>%s</set></userSpaceRestrictions>%s",
-                kVolumeRequestOpen, isAd ? "<set type=\"adID\">" : "<set>", volume, userName,
-                quota, gemelElement(), kVolumeRequestClose);
-  if (sendRequest() != 0) return -1;
-  int result = 0;
-  char description[kDescriptionSize];
-  char replyName[kReplyNameSize];
-  if (receiveReply("<userSpaceRestrictions>", &result, sizeof description, description,
-                   sizeof replyName, replyName) != 0)
-    return -1;
-  if (result != 0) {
+                kVolumeRequestOpen, isAd ? "<set type=\"adID\">" : "<set>", volume, userName, quota,
+                gemelElement(), kVolumeRequestClose);
+  Reply reply;
+  if (exchangeRequest("<userSpaceRestrictions>", reply) != 0) return -1;
+  if (reply.result != 0) {
     std::fprintf(stderr, "Error adding user quotas for %s to %s: %s(%s)\n", userName, volume,
-                 description, replyName);
+                 reply.description, reply.name);
     return -1;
   }
   if (showActions)
