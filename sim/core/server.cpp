@@ -153,6 +153,7 @@ Volume *Server::volume(std::string_view name) {
   if (stale) {
     l.vol = std::make_unique<Volume>();
     l.vol->load(file);
+    ++stateLoads_;
     if (have) {
       l.mtime = st.st_mtim;
       l.size = st.st_size;
@@ -212,6 +213,15 @@ void Server::prepareInfoFile(std::string_view volName, std::string_view file) {
   // Fast mode keeps no request's changes, but the volume's own state is still shown.
   refresh();
   flush();
+  // Every change written back removes the volume's info files, so one that exists is current:
+  // it is served as it is, without loading the volume's state.
+  bool listed = false;
+  for (const VolumeInfo &v : list_)
+    listed = listed || v.name == volName;
+  struct stat st;
+  if (listed &&
+      ::stat((infoDir(root_, volName) + "/" + std::string(file)).c_str(), &st) == 0)
+    return;
   if (Volume *v = volume(volName))
     ensureInfoFile(root_, *v, file);
 }

@@ -25,6 +25,8 @@ public:
   void flush();
   /// Makes sure an info file of the volume is current before it is opened.
   void prepareInfoFile(std::string_view volume, std::string_view file);
+  /// How many times a volume's state has been read from its file.
+  unsigned long stateLoads() const { return stateLoads_; }
 
   /// The errno a read or write of the command file must fail with for this request, or 0.
   int readFault(std::string_view request);
@@ -42,6 +44,7 @@ private:
   };
   std::string root_;
   bool fast_ = false;
+  unsigned long stateLoads_ = 0;
   std::map<std::string, Loaded, std::less<>> volumes_;
   std::vector<VolumeInfo> list_;
   Users users_;

@@ -75,8 +75,12 @@ void prepareInfo(std::string_view p) {
   if (slash == std::string_view::npos)
     return;
   std::string_view vol = rest.substr(0, slash), file = rest.substr(slash + 1);
-  if (file == "TrusteeInfo.xml" || file == "UserInfo.xml" || file == "DirInfo.xml")
+  if (file == "TrusteeInfo.xml" || file == "UserInfo.xml" || file == "DirInfo.xml") {
+    const unsigned long loads = server().stateLoads();
     server().prepareInfoFile(vol, file);
+    if (server().stateLoads() != loads)
+      debugLog("load", vol);
+  }
 }
 
 // Runs a request that was written but not yet answered.

@@ -62,4 +62,16 @@ expect "empty volume" '<quillReply>
 <dirInfo>
 </dirInfo>
 </quillReply>' "$(cat /_admin/Manage_QUILL/Volume/VOL2/DirInfo.xml)"
+# An info file that is current is served without loading the volume's state; after a change
+# the next look regenerates it from the state.
+quillsim file add VOL1 /e
+cat "$I/UserInfo.xml" >/dev/null
+cat "$I/TrusteeInfo.xml" >/dev/null
+rm -f "$QUILLSIM_ROOT/debug.log"
+QUILLSIM_DEBUG=$QUILLSIM_ROOT/debug.log cat "$I/TrusteeInfo.xml" "$I/UserInfo.xml" >/dev/null
+expect "current info files load no state" "" "$(grep '^load ' "$QUILLSIM_ROOT/debug.log")"
+quillsim trustee add VOL1 /e bob.corp.TREE. r
+QUILLSIM_DEBUG=$QUILLSIM_ROOT/debug.log cat "$I/TrusteeInfo.xml" >/dev/null
+expect "a changed volume is loaded again" "load VOL1" "$(grep '^load ' "$QUILLSIM_ROOT/debug.log")"
+expect "and its info file follows the change" 1 "$(grep -c 'CDATA\[/e\]\]></path>' "$I/TrusteeInfo.xml")"
 finish

@@ -182,3 +182,54 @@ void stripReplyWrapper(char *text, int *length) {
       cutOut(text, length, result, static_cast<int>(end + sizeof kResultEnd - 1 - result) + 1);
   }
 }
+
+namespace {
+
+// A text being cut down in place: [begin, end) with a terminator at end. Each cut moves the
+// shorter side, so the start of the text moves forward when the cut lies near it.
+struct LiveText {
+  char *begin;
+  char *end;
+
+  const char *find(const char *from, std::string_view needle) const {
+    void *hit = memmem(from, static_cast<std::size_t>(end - from), needle.data(), needle.size());
+    return static_cast<const char *>(hit);
+  }
+
+  // Removes count characters at `at` (fewer when the text ends first).
+  void cut(const char *at, std::size_t count) {
+    char *position = begin + (at - begin);
+    const std::size_t available = static_cast<std::size_t>(end - position);
+    if (count > available) count = available;
+    const std::size_t before = static_cast<std::size_t>(position - begin);
+    const std::size_t after = available - count;
+    if (before <= after) {
+      std::memmove(begin + count, begin, before);
+      begin += count;
+    } else {
+      std::memmove(position, position + count, after + 1);
+      end -= count;
+    }
+  }
+};
+
+}  // namespace
+
+char *stripReplyWrapperInPlace(char *text, int *length) {
+  LiveText live{text, text + *length};
+  *live.end = '\0';
+  static constexpr std::string_view kOpen = "<quillReply>";
+  static constexpr std::string_view kClose = "</quillReply>";
+  static constexpr std::string_view kResult = "<result value=";
+  static constexpr std::string_view kResultEnd = "</result>";
+  if (const char *open = live.find(live.begin, kOpen); open != nullptr)
+    live.cut(open, kOpen.size() + 1);
+  if (const char *close = live.find(live.begin, kClose); close != nullptr)
+    live.cut(close, kClose.size() + 1);
+  if (const char *result = live.find(live.begin, kResult); result != nullptr) {
+    if (const char *end = live.find(result, kResultEnd); end != nullptr)
+      live.cut(result, static_cast<std::size_t>(end + kResultEnd.size() - result) + 1);
+  }
+  *length = static_cast<int>(live.end - live.begin);
+  return live.begin;
+}

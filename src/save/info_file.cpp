@@ -18,6 +18,8 @@
 namespace {
 
 constexpr std::size_t kReadStep = 65536;
+constexpr std::size_t kReadChunk = 1 << 20;
+constexpr std::size_t kNoNul = static_cast<std::size_t>(-1);
 // The text's length is carried as a signed 32-bit count.
 constexpr std::size_t kLargestText = INT_MAX - kReadStep - 2;
 
@@ -72,8 +74,10 @@ struct Buffers {
 
 // Reads the open file until a read returns 0. Its stat size is only a first guess at the room
 // needed (the file system reports 0 for its virtual files); the buffer grows geometrically.
+// Reads go in chunks small enough that each is still in the cache when it is searched for a NUL:
+// the text ends at its first NUL, so *size is that position (or all that was read).
 // Returns 0 with the text terminated where the data ends, 12, or the errno of a failed read.
-int readWhole(int fd, TextBuffer &text) {
+int readWhole(int fd, TextBuffer &text, std::size_t *size) {
   std::size_t capacity = kReadStep + 1;
   struct stat info;
   if (fstat(fd, &info) == 0 && info.st_size > 0 &&
@@ -84,6 +88,7 @@ int readWhole(int fd, TextBuffer &text) {
     return 12;
   }
   std::size_t used = 0;
+  std::size_t firstNul = kNoNul;
   for (;;) {
     if (used == text.capacity() - 1) {
       std::size_t grown = 2 * text.capacity();
@@ -93,7 +98,10 @@ int readWhole(int fd, TextBuffer &text) {
         return 12;
       }
     }
-    const ssize_t count = read(fd, text.data() + used, text.capacity() - 1 - used);
+    std::size_t room = text.capacity() - 1 - used;
+    if (room > kReadChunk) room = kReadChunk;
+    char *at = text.data() + used;
+    const ssize_t count = read(fd, at, room);
     if (count == 0) break;
     if (count < 0) {
       if (errno == EINTR) continue;
@@ -101,9 +109,14 @@ int readWhole(int fd, TextBuffer &text) {
       std::fprintf(stderr, "fread failed. Error=%m\n");
       return error;
     }
+    if (firstNul == kNoNul) {
+      if (const void *nul = std::memchr(at, '\0', static_cast<std::size_t>(count)); nul != nullptr)
+        firstNul = static_cast<std::size_t>(static_cast<const char *>(nul) - text.data());
+    }
     used += static_cast<std::size_t>(count);
   }
   text.data()[used] = '\0';
+  *size = firstNul == kNoNul ? used : firstNul;
   return 0;
 }
 
@@ -112,12 +125,12 @@ int filterByUserType(const char *fileName, char *text, int *length) {
   const bool trustees = std::strcmp(fileName, "TrusteeInfo.xml") == 0;
   const bool users = std::strcmp(fileName, "UserInfo.xml") == 0;
   if (arborUsers) {
-    if (trustees) return removeElements(text, length, "trustee type=\"adID\"", "trustee");
-    if (users) return removeElements(text, length, "user type=\"adID\"", "user");
+    if (trustees) return removeElementsWhole(text, length, "trustee type=\"adID\"", "trustee");
+    if (users) return removeElementsWhole(text, length, "user type=\"adID\"", "user");
   } else if (adUsers) {
-    if (trustees) return removeElements(text, length, "trustee", "trustee");
+    if (trustees) return removeElementsWhole(text, length, "trustee", "trustee");
     if (users) {
-      if (removeElements(text, length, "user", "user") != 0) {
+      if (removeElementsWhole(text, length, "user", "user") != 0) {
         std::fprintf(stderr, "Failed to remove given object from infile -> admin_user_quota_file.\n");
         return -1;
       }
@@ -146,14 +159,15 @@ int extractInfoFile(const char *infoDir, const char *fileName, const char *path,
     std::fprintf(stderr, "Unable to open %s.  err=%m\n", buffers.name);
     return -1;
   }
-  if (int status = readWhole(buffers.fd, buffers.text); status != 0) return status;
+  std::size_t size = 0;
+  if (int status = readWhole(buffers.fd, buffers.text, &size); status != 0) return status;
 
-  // The text ends at its first NUL.
-  char *text = buffers.text.data();
-  int length = static_cast<int>(std::strlen(text));
+  // The text ends at its first NUL; from here on its length is carried, never measured again.
+  int length = static_cast<int>(size);
   if (length == 0) return 0;
-  stripReplyWrapper(text, &length);
+  char *text = stripReplyWrapperInPlace(buffers.text.data(), &length);
   if (filterByUserType(fileName, text, &length) != 0) return -1;
+  size = static_cast<std::size_t>(length);
 
   if (path != nullptr) {
     // Only the unfiltered rest after an element without an end tag is ever copied into the
@@ -163,10 +177,10 @@ int extractInfoFile(const char *infoDir, const char *fileName, const char *path,
       std::fprintf(stderr, "%s: Failed to realloc memory.\n", "util/trovan/trovan[3128]");
       return 12;
     }
-    filterByPath(text, &length, path, buffers.scratch, elementName);
+    size = filterByPathWhole(text, &length, path, buffers.scratch, elementName);
   }
 
-  if (write(1, text, std::strlen(text)) < 0) {
+  if (write(1, text, size) < 0) {
     const int error = errno;
     std::fprintf(stderr, "Error %m saving information to standard out\n");
     return error;

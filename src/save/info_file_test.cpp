@@ -243,4 +243,27 @@ TEST_F(ExtractInfoFile, TextEndsAtItsFirstNul) {
   EXPECT_EQ(extract("UserInfo.xml", nullptr, nullptr).out, "");
 }
 
+TEST_F(ExtractInfoFile, NulFarIntoALargeFileEndsTheTextThere) {
+  // The NUL lies past the first megabyte read; the end of the reply wrapper lies after it.
+  std::string body = "<trusteeInfo>\n";
+  for (int i = 0; body.size() < 1'500'000; ++i) body += file("/d" + std::to_string(i), kArbor);
+  std::string tail = "</trusteeInfo>\n";
+  for (int i = 0; tail.size() < 700'000; ++i) tail += file("/e" + std::to_string(i), kArbor);
+  dir_.write("TrusteeInfo.xml", kWrapperStart + body + std::string(1, '\0') + tail + kWrapperEnd);
+  const Outcome r = extract("TrusteeInfo.xml", nullptr, "file");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out, body);
+}
+
+TEST_F(ExtractInfoFile, WrapperInTheMiddleOfTheTextIsCutAsItStands) {
+  // Only the first occurrences go, wherever they are, with the character after each.
+  const std::string text = std::string(3000, 'a') + "<quillReply>\n" + std::string(10, 'b') +
+                           "<result value=\"0\"></result>\n" + std::string(5000, 'c') +
+                           "</quillReply>\n" + std::string(20, 'd');
+  dir_.write("DirInfo.xml", text);
+  EXPECT_EQ(extract("DirInfo.xml", nullptr, "directory").out,
+            std::string(3000, 'a') + std::string(10, 'b') + std::string(5000, 'c') +
+                std::string(20, 'd'));
+}
+
 }  // namespace

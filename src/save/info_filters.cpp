@@ -1,11 +1,10 @@
 #include "save/info_filters.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <string.h>
-#include <functional>
 #include <string_view>
+
+#include "save/tag_search.h"
 
 // Both filters decide what to drop in one forward pass and close the gaps as they go. Every
 // search looks forward from the current element, and everything from the current element on is
@@ -23,17 +22,15 @@ constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 class ForwardSearch {
  public:
   ForwardSearch(const char *text, std::size_t size, std::string_view needle)
-      : text_(text), size_(size), needle_(needle), searcher_(needle.begin(), needle.end()) {}
+      : text_(text), size_(size), needle_(needle) {}
 
   std::size_t from(std::size_t position) {
     if (known_ && (found_ == kNone || found_ >= position)) return found_;
     known_ = true;
     found_ = kNone;
     if (position <= size_) {
-      // Most searches end a few bytes further on: the skip table is built once per text.
-      const char *hit = std::search(text_ + position, text_ + size_, searcher_);
-      if (hit != text_ + size_ || needle_.empty())
-        found_ = static_cast<std::size_t>(hit - text_);
+      const char *hit = findTag(text_ + position, text_ + size_, needle_);
+      if (hit != nullptr) found_ = static_cast<std::size_t>(hit - text_);
     }
     return found_;
   }
@@ -42,7 +39,6 @@ class ForwardSearch {
   const char *text_;
   std::size_t size_;
   std::string_view needle_;
-  std::boyer_moore_horspool_searcher<std::string_view::const_iterator> searcher_;
   bool known_ = false;
   std::size_t found_ = kNone;
 };
@@ -97,15 +93,17 @@ void removeRange(char *position, int count, int *length) {
   *length -= count;
 }
 
-int removeElements(char *text, int *length, const char *startName, const char *endName) {
-  if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr) return -1;
-  text[*length] = '\0';
+namespace {
+
+// removeElements on a text of known size (the position of its first NUL); also gives the size
+// left.
+int removeElementsOfSize(char *text, int *length, std::size_t size, const char *startName,
+                         const char *endName, std::size_t *sizeLeft) {
   char startTag[kRemoveStartTagMax + 1];
   char endTag[kRemoveEndTagMax + 1];
   std::snprintf(startTag, sizeof startTag, "<%s>", startName);
   std::snprintf(endTag, sizeof endTag, "</%s>", endName);
 
-  const std::size_t size = std::strlen(text);
   const std::size_t endTagLength = std::strlen(endTag);
   ForwardSearch starts(text, size, startTag);
   ForwardSearch ends(text, size, endTag);
@@ -122,16 +120,35 @@ int removeElements(char *text, int *length, const char *startName, const char *e
     compactor.drop(p, next);
     p = starts.from(next);
   }
-  *length -= static_cast<int>(compactor.finish(size));
+  const std::size_t dropped = compactor.finish(size);
+  *length -= static_cast<int>(dropped);
+  *sizeLeft = size - dropped;
   return status;
 }
 
-void filterByPath(char *text, int *length, const char *path, char *scratch,
-                  const char *elementName) {
-  if (text == nullptr || length == nullptr || path == nullptr || scratch == nullptr ||
-      elementName == nullptr || *length < 1)
-    return;
+}  // namespace
+
+int removeElements(char *text, int *length, const char *startName, const char *endName) {
+  if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr) return -1;
   text[*length] = '\0';
+  std::size_t sizeLeft = 0;
+  return removeElementsOfSize(text, length, std::strlen(text), startName, endName, &sizeLeft);
+}
+
+int removeElementsWhole(char *text, int *length, const char *startName, const char *endName) {
+  if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr) return -1;
+  text[*length] = '\0';
+  std::size_t sizeLeft = 0;
+  return removeElementsOfSize(text, length, static_cast<std::size_t>(*length), startName,
+                              endName, &sizeLeft);
+}
+
+namespace {
+
+// filterByPath on a text of known size (the position of its first NUL); returns the size left in
+// place (the unfiltered rest after an element without an end tag included).
+std::size_t filterByPathOfSize(char *text, int *length, std::size_t size, const char *path,
+                               char *scratch, const char *elementName) {
   scratch[0] = '\0';
   char startTag[kFilterStartTagMax + 1];
   char endTag[kFilterEndTagMax + 1];
@@ -140,7 +157,6 @@ void filterByPath(char *text, int *length, const char *path, char *scratch,
   const std::size_t valueOffset =
       std::strcmp(elementName, "file") == 0 ? kFilePathValueOffset : kDirectoryPathValueOffset;
 
-  const std::size_t size = std::strlen(text);
   const std::size_t endTagLength = std::strlen(endTag);
   const std::string_view prefix(path);
   ForwardSearch starts(text, size, startTag);
@@ -150,7 +166,7 @@ void filterByPath(char *text, int *length, const char *path, char *scratch,
   Compactor compactor(text);
 
   std::size_t p = starts.from(0);
-  if (p == kNone) return;
+  if (p == kNone) return size;
   for (;;) {
     const std::size_t e = ends.from(p);
     if (e == kNone) {
@@ -158,8 +174,9 @@ void filterByPath(char *text, int *length, const char *path, char *scratch,
       const std::size_t rest = size - p;
       std::memcpy(scratch, text + p, rest);
       scratch[rest] = '\0';
-      *length -= static_cast<int>(compactor.finish(size) + rest);
-      return;
+      const std::size_t dropped = compactor.finish(size);
+      *length -= static_cast<int>(dropped + rest);
+      return size - dropped;
     }
     bool keep = true;
     const std::size_t open = pathOpens.from(p);
@@ -186,5 +203,28 @@ void filterByPath(char *text, int *length, const char *path, char *scratch,
     if (next == kNone) break;
     p = next;
   }
-  *length -= static_cast<int>(compactor.finish(size));
+  const std::size_t dropped = compactor.finish(size);
+  *length -= static_cast<int>(dropped);
+  return size - dropped;
+}
+
+}  // namespace
+
+void filterByPath(char *text, int *length, const char *path, char *scratch,
+                  const char *elementName) {
+  if (text == nullptr || length == nullptr || path == nullptr || scratch == nullptr ||
+      elementName == nullptr || *length < 1)
+    return;
+  text[*length] = '\0';
+  filterByPathOfSize(text, length, std::strlen(text), path, scratch, elementName);
+}
+
+std::size_t filterByPathWhole(char *text, int *length, const char *path, char *scratch,
+                              const char *elementName) {
+  if (text == nullptr || length == nullptr || path == nullptr || scratch == nullptr ||
+      elementName == nullptr || *length < 1)
+    return length == nullptr || *length < 0 ? 0 : static_cast<std::size_t>(*length);
+  text[*length] = '\0';
+  return filterByPathOfSize(text, length, static_cast<std::size_t>(*length), path, scratch,
+                            elementName);
 }

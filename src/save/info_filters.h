@@ -3,6 +3,8 @@
 // its first NUL.
 #pragma once
 
+#include <cstddef>
+
 // Removes every element that starts with <startName> and ends with the next </endName>, each
 // with the line feed right after it. The tags are matched literally, so <trustee> does not match
 // <trustee type="adID">. Returns 0, or -1 for a missing argument or after "Missing end tag : %s"
@@ -17,6 +19,13 @@ int removeElements(char *text, int *length, const char *startName, const char *e
 // taken off *length.
 void filterByPath(char *text, int *length, const char *path, char *scratch,
                   const char *elementName);
+
+// The same filters for a text known to hold no NUL before *length, so that its size is not
+// measured again. filterByPathWhole returns the size of the text left in place, which is *length
+// plus the unfiltered rest (see above).
+int removeElementsWhole(char *text, int *length, const char *startName, const char *endName);
+std::size_t filterByPathWhole(char *text, int *length, const char *path, char *scratch,
+                              const char *elementName);
 
 // Deletes count characters at position, and the line feed right after them if there is one; the
 // rest of the text moves down, terminator included, and the characters removed come off *length.
