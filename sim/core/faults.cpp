@@ -12,18 +12,12 @@ std::vector<Fault> loadFaults(const std::string &root) {
   std::string text;
   if (!readFile(root + "/sim/faults", text))
     return faults;
-  std::string_view all(text);
-  while (!all.empty()) {
-    size_t nl = all.find('\n');
-    std::string_view line = all.substr(0, nl);
-    all = nl == std::string_view::npos ? std::string_view() : all.substr(nl + 1);
-    if (line.empty() || line[0] == '#')
-      continue;
+  forEachStateLine(text, [&](std::string_view line) {
     auto f = splitTabs(line);
     f.resize(5);
     faults.push_back({fieldUnescape(f[0]), fieldUnescape(f[1]), fieldUnescape(f[2]),
                       fieldUnescape(f[3]), fieldUnescape(f[4])});
-  }
+  });
   return faults;
 }
 

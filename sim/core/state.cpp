@@ -55,14 +55,8 @@ bool Volume::load(const std::string &file) {
   std::string text;
   if (!readFile(file, text))
     return false;
-  std::string_view all(text);
   FileEntry *last = nullptr;
-  while (!all.empty()) {
-    size_t nl = all.find('\n');
-    std::string_view line = all.substr(0, nl);
-    all = nl == std::string_view::npos ? std::string_view() : all.substr(nl + 1);
-    if (line.empty() || line[0] == '#')
-      continue;
+  forEachStateLine(text, [&](std::string_view line) {
     Fields f(line);
     std::string_view kind = f.next();
     if (kind == "T" || kind == "I") {
@@ -75,7 +69,7 @@ bool Volume::load(const std::string &file) {
       }
       if (kind == "I") {
         last->irf = lettersOrNone(f.next());
-        continue;
+        return;
       }
       Trustee t;
       t.ad = f.next() == "D";
@@ -100,7 +94,7 @@ bool Volume::load(const std::string &file) {
       q.used = fieldUnescape(f.next());
       dirs.push_back(std::move(q));
     }
-  }
+  });
   return true;
 }
 
@@ -366,13 +360,7 @@ bool Users::load(const std::string &file) {
   std::string text;
   if (!readFile(file, text))
     return false;
-  std::string_view all(text);
-  while (!all.empty()) {
-    size_t nl = all.find('\n');
-    std::string_view line = all.substr(0, nl);
-    all = nl == std::string_view::npos ? std::string_view() : all.substr(nl + 1);
-    if (line.empty() || line[0] == '#')
-      continue;
+  forEachStateLine(text, [&](std::string_view line) {
     Fields f(line);
     std::string_view kind = f.next();
     if (kind == "A") {
@@ -381,7 +369,7 @@ bool Users::load(const std::string &file) {
       std::string sid = fieldUnescape(f.next());
       ad.emplace_back(std::move(sid), fieldUnescape(f.next()));
     }
-  }
+  });
   return true;
 }
 
@@ -414,20 +402,14 @@ std::vector<VolumeInfo> loadVolumes(const std::string &root) {
   std::string text;
   if (!readFile(root + "/sim/volumes", text))
     return vols;
-  std::string_view all(text);
-  while (!all.empty()) {
-    size_t nl = all.find('\n');
-    std::string_view line = all.substr(0, nl);
-    all = nl == std::string_view::npos ? std::string_view() : all.substr(nl + 1);
-    if (line.empty() || line[0] == '#')
-      continue;
+  forEachStateLine(text, [&](std::string_view line) {
     Fields f(line);
     VolumeInfo v;
     v.name = fieldUnescape(f.next());
     v.mount = fieldUnescape(f.next());
     v.shadow = fieldUnescape(f.next());
     vols.push_back(std::move(v));
-  }
+  });
   return vols;
 }
 

@@ -28,6 +28,17 @@ uint32_t zidOf(std::string_view path);
 /// True when text is a non-empty run of decimal digits.
 bool isDigits(std::string_view text);
 
+/// Calls fn(line) for each line of a state file's text, passing over empty lines and # comments.
+template <class Fn> void forEachStateLine(std::string_view text, Fn fn) {
+  while (!text.empty()) {
+    const size_t nl = text.find('\n');
+    const std::string_view line = text.substr(0, nl);
+    text = nl == std::string_view::npos ? std::string_view() : text.substr(nl + 1);
+    if (!line.empty() && line[0] != '#')
+      fn(line);
+  }
+}
+
 /// Reads a whole file; false when it cannot be opened.
 bool readFile(const std::string &path, std::string &out);
 
