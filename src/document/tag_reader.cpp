@@ -11,13 +11,20 @@
 // shifting moves an offset, and the buffer is compacted only when the read-ahead runs out.
 // Reading ahead does not change what the window holds, because the window's extent is computed
 // from its start, never from how much the last read() returned.
+//
+// Most steps of a real document are short tags and texts far from the window's end, from the end
+// of the read-ahead and from any NUL byte. Such a step cannot meet the window's end, needs no read
+// and no NUL handling, so it is taken a vector of bytes at a time ("fast steps"); every other step,
+// and any fast step that meets something unusual, goes the general way, byte by byte.
 #include "document/tag_reader.h"
 
+#include <emmintrin.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 
@@ -132,6 +139,140 @@ void appendName(char *name, std::size_t &length, const char *bytes, std::size_t 
   length += count;
 }
 
+// The fast steps.
+//
+// A fast step starts only when the window, the read-ahead and the known NUL-free input all reach
+// kStepReach bytes past the position, and reads nothing beyond that; a shift it makes to a '<'
+// within kStepSpan bytes then needs no read (the read-ahead holds a whole window past it) and
+// carries no NUL over.
+constexpr std::size_t kStepSpan = 64;
+constexpr std::size_t kStepReach = 256;
+// How far a fast step looks for the end of a CDATA text.
+constexpr std::size_t kCdataSpan = 128;
+static_assert(kStepSpan + 2 + 32 + 64 <= kStepReach && kStepSpan + kCdataOpenLength + kCdataSpan <= kStepReach);
+
+using Vector = __m128i;
+constexpr std::size_t kVectorSize = sizeof(Vector);
+
+inline Vector loadAt(std::size_t at) {
+  return _mm_loadu_si128(reinterpret_cast<const Vector *>(data + at));
+}
+inline unsigned bytesEqual(Vector bytes, char c) {
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(c))));
+}
+// The C locale's white space: ' ' and '\t' to '\r'.
+inline unsigned blankBytes(Vector bytes) {
+  const Vector fromTab = _mm_sub_epi8(bytes, _mm_set1_epi8('\t'));
+  const Vector controls = _mm_cmpeq_epi8(_mm_min_epu8(fromTab, _mm_set1_epi8('\r' - '\t')), fromTab);
+  return static_cast<unsigned>(_mm_movemask_epi8(controls)) | bytesEqual(bytes, ' ');
+}
+// 64 bits, one a byte from `at`, of the bytes equal to c or d.
+inline std::uint64_t either64(std::size_t at, char c, char d) {
+  std::uint64_t mask = 0;
+  for (std::size_t i = 0; i < 64; i += kVectorSize) {
+    const Vector bytes = loadAt(at + i);
+    mask |= std::uint64_t{bytesEqual(bytes, c) | bytesEqual(bytes, d)} << i;
+  }
+  return mask;
+}
+inline std::uint64_t blanks64(std::size_t at) {
+  std::uint64_t mask = 0;
+  for (std::size_t i = 0; i < 64; i += kVectorSize) mask |= std::uint64_t{blankBytes(loadAt(at + i))} << i;
+  return mask;
+}
+
+// Whether the next step may be a fast one. Searches on for NUL bytes when the last search stopped
+// short. On true, the window is topped up as the general step's refill would do, without a read.
+[[gnu::noinline]] bool searchNulsAhead() {
+  const std::size_t from = std::max(position, nextNul);
+  const void *nul = std::memchr(data + from, 0, loaded - from);
+  nextNul = nul != nullptr ? static_cast<std::size_t>(static_cast<const char *>(nul) - data) : loaded;
+  return nextNul >= windowStart + kInputWindowSize;
+}
+inline bool onFastGround() {
+  if (pendingEmptyEnd || inCdata) return false;
+  if (position + kStepReach > windowStart + kInputWindowSize) return false;
+  if (loaded < position + kInputWindowSize + kStepReach) return false;
+  if (nextNul < windowStart + kInputWindowSize && !searchNulsAhead()) return false;
+  windowEnd = windowStart + kInputWindowSize;
+  return true;
+}
+
+// From a position on fast ground: the first '<' within kStepSpan bytes, or npos.
+constexpr std::size_t kNone = ~std::size_t{0};
+inline std::size_t nextOpenNearby() {
+  for (std::size_t at = position; at < position + kStepSpan; at += kVectorSize) {
+    if (const unsigned mask = bytesEqual(loadAt(at), '<'); mask != 0)
+      return at + static_cast<std::size_t>(__builtin_ctz(mask));
+  }
+  return kNone;
+}
+
+// The window starts again at `at`, a '<' within the fast step's span: nothing to carry as a
+// string, and the read-ahead already holds the whole new window.
+inline void shiftNearby(std::size_t at) {
+  if (at > windowStart) {
+    windowStart = at;
+    windowEnd = at + kInputWindowSize;
+  }
+  position = at;
+}
+
+// A fast readTag: returns false, with the reading state as a general step expects it, when the
+// step is not an ordinary tag near the position.
+inline bool readTagFast(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
+  if (!onFastGround()) return false;
+  std::size_t open = position;
+  if (data[open] != '<') {
+    open = nextOpenNearby();
+    if (open == kNone) return false;
+    *isEndTag = 0;  // as the general step leaves it after a text
+  }
+  shiftNearby(open);
+  std::size_t at = open + 1;
+  if (data[at] == '!') return false;  // CDATA, or a name that starts with '!'
+  const unsigned long endTag = data[at] == '/' ? 1 : 0;
+  at += endTag;
+  const std::size_t nameStart = at;
+  // The name runs up to '>', '/', a blank or a NUL byte; names of more than 31 bytes go the
+  // general way.
+  const auto stops = [](Vector bytes) {
+    return bytesEqual(bytes, '>') | bytesEqual(bytes, '/') | blankBytes(bytes) | bytesEqual(bytes, '\0');
+  };
+  std::uint32_t mask = stops(loadAt(at)) | (stops(loadAt(at + kVectorSize)) << kVectorSize);
+  if (mask == 0) return false;
+  std::size_t length = static_cast<std::size_t>(__builtin_ctz(mask));
+  std::memcpy(name, data + at, 32);
+  at += length;
+  if (data[at] == '\0') return false;
+  if (data[at] != '>' && data[at] != '/') {
+    // Attributes: only the type="adID" marker after a blank joins the name.
+    const std::uint64_t ends = either64(at, '>', '/');
+    if (ends == 0) return false;
+    const unsigned endOffset = static_cast<unsigned>(__builtin_ctzll(ends));
+    const std::size_t endAt = at + endOffset;
+    const std::uint64_t beforeEnd = (std::uint64_t{1} << endOffset) - 1;
+    for (std::uint64_t blanks = blanks64(at) & beforeEnd; blanks != 0; blanks &= blanks - 1) {
+      const std::size_t blank = at + static_cast<std::size_t>(__builtin_ctzll(blanks));
+      if (std::memcmp(data + blank + 1, kAdMarker, kAdMarkerLength) == 0)
+        appendName(name, length, data + blank, 1 + kAdMarkerLength);
+    }
+    at = endAt;
+  }
+  name[length] = '\0';
+  nameLength = length;
+  *isEndTag = endTag;
+  if (data[at] == '>') {
+    position = at + 1;
+  } else {  // an empty element: its end tag comes next
+    pendingEmptyEnd = true;
+    emptyEndPosition = at;
+    position = nameStart;
+  }
+  return true;
+}
+
+
 // Parses the tag whose '<' is at `position` (the window's start). Sets nameLength.
 inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
   ++position;
@@ -193,9 +334,9 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
   return 0;
 }
 
-// readTag without the -d trace; also gives the name's length.
-inline int readTagUntraced(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
-  if (pendingEmptyEnd) [[unlikely]] {
+// readTag the general way, without the -d trace; also gives the name's length.
+[[gnu::noinline]] int readTagGeneral(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
+  if (pendingEmptyEnd) {
     std::size_t length = 0;
     appendName(name, length, data + position, emptyEndPosition - position);
     name[length] = '\0';
@@ -256,49 +397,77 @@ inline int readTagUntraced(char *name, unsigned long *isEndTag, std::size_t &nam
 // readTag with the name's length, for the readers below.
 inline int readTagMeasured(char *name, unsigned long *isEndTag, const char *label,
                            std::size_t &nameLength) {
-  const int result = readTagUntraced(name, isEndTag, nameLength);
+  const int result =
+      readTagFast(name, isEndTag, nameLength) ? 0 : readTagGeneral(name, isEndTag, nameLength);
   if (debug) [[unlikely]]
     std::printf("**%s** ccode=%d  endtag=%lu  tag=%s\n", label, result, *isEndTag, name);
   return result;
 }
 
-}  // namespace
-
-int readTag(char *name, unsigned long *isEndTag, const char *label) {
-  std::size_t nameLength = 0;
-  return readTagMeasured(name, isEndTag, label, nameLength);
-}
-
-int readContents(char *text, std::size_t textSize, bool *tooLong) {
-  if (tooLong != nullptr) *tooLong = false;
+// A text being gathered into the caller's field: at most size - 1 bytes are kept, the rest is
+// read past and marks the text as too long.
+struct TextField {
+  char *text;
+  std::size_t size;
+  bool *tooLong;
   std::size_t length = 0;
-  const auto append = [&](const char *bytes, std::size_t count) {
-    std::size_t room = textSize - 1 - length;
+
+  void append(const char *bytes, std::size_t count) {
+    const std::size_t room = size - 1 - length;
     if (count > room) {
       if (tooLong != nullptr) *tooLong = true;
       count = room;
     }
     std::memcpy(text + length, bytes, count);
     length += count;
-  };
-  if (pendingEmptyEnd) {
-    text[0] = '\0';
-    return 0;
   }
+  int finish(int result) {
+    text[length] = '\0';
+    return result;
+  }
+};
+
+// The fast step of readContents: a text up to a '<' nearby, or a CDATA text ending nearby.
+// Returns false when the general way must go on from where it stopped.
+inline bool readContentsFast(TextField &field) {
+  if (!onFastGround()) return false;
+  const std::size_t open = nextOpenNearby();
+  if (open == kNone) return false;
+  field.append(data + position, open - position);
+  shiftNearby(open);
+  if (!startsWith(open, kCdataOpen, kCdataOpenLength)) return true;
+  inCdata = true;
+  position = open + kCdataOpenLength;
+  // Its end "]]>" nearby, before any other ']' and any '<' (a '<' inside CDATA still shifts
+  // the window).
+  for (std::size_t at = position; at < position + kCdataSpan; at += kVectorSize) {
+    const Vector bytes = loadAt(at);
+    const unsigned marks = bytesEqual(bytes, ']') | bytesEqual(bytes, '<');
+    if (marks == 0) continue;
+    const std::size_t mark = at + static_cast<std::size_t>(__builtin_ctz(marks));
+    if (!startsWith(mark, "]]>", 3)) return false;
+    field.append(data + position, mark - position);
+    inCdata = false;
+    position = mark + 1;  // left on the second ']'
+    return true;
+  }
+  return false;
+}
+
+// readContents the general way, from where the fast step left the field.
+[[gnu::noinline]] int readContentsGeneral(TextField &field) {
   for (;;) {
     if (const int error = refill(); error != 0) {
-      text[length] = '\0';
-      return error;
+      return field.finish(error);
     }
     if (windowEnd == windowStart) {
-      text[0] = '\0';
+      field.text[0] = '\0';
       return kEndOfInput;
     }
     for (;;) {
       if (position == windowEnd) {
         shift();
-        text[length] = '\0';
-        return 0;
+        return field.finish(0);
       }
       const char c = data[position];
       if (c == '<' && position > windowStart) {
@@ -309,8 +478,7 @@ int readContents(char *text, std::size_t textSize, bool *tooLong) {
         if (c == ']' && startsWith(position, "]]>", 3)) {
           inCdata = false;
           position += 1;  // left on the second ']'
-          text[length] = '\0';
-          return 0;
+          return field.finish(0);
         }
         // Inside CDATA a '<' past the window's start still shifts the window (above).
         std::size_t end = position + 1;
@@ -321,7 +489,7 @@ int readContents(char *text, std::size_t textSize, bool *tooLong) {
         if (const void *open = std::memchr(data + position + 1, '<', end - position - 1);
             open != nullptr)
           end = static_cast<std::size_t>(static_cast<const char *>(open) - data);
-        append(data + position, end - position);
+        field.append(data + position, end - position);
         position = end;
         continue;
       }
@@ -330,7 +498,7 @@ int readContents(char *text, std::size_t textSize, bool *tooLong) {
         const std::size_t end =
             next != nullptr ? static_cast<std::size_t>(static_cast<const char *>(next) - data)
                             : windowEnd;
-        append(data + position, end - position);
+        field.append(data + position, end - position);
         position = end;
         continue;
       }
@@ -339,10 +507,32 @@ int readContents(char *text, std::size_t textSize, bool *tooLong) {
         position += kCdataOpenLength;
         continue;
       }
-      text[length] = '\0';
-      return 0;
+      return field.finish(0);
     }
   }
+}
+
+
+}  // namespace
+
+int readTag(char *name, unsigned long *isEndTag, const char *label) {
+  std::size_t nameLength = 0;
+  return readTagMeasured(name, isEndTag, label, nameLength);
+}
+
+int readTag(Tag &tag, const char *label) {
+  return readTagMeasured(tag.name, &tag.isEndTag, label, tag.length);
+}
+
+int readContents(char *text, std::size_t textSize, bool *tooLong) {
+  if (tooLong != nullptr) *tooLong = false;
+  if (pendingEmptyEnd) {
+    text[0] = '\0';
+    return 0;
+  }
+  TextField field{text, textSize, tooLong};
+  if (readContentsFast(field)) [[likely]] return field.finish(0);
+  return readContentsGeneral(field);
 }
 
 int goPastEndTag(const char *name) {
