@@ -1,6 +1,5 @@
 #include "channel/admin_channel.h"
 
-#include <emmintrin.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -59,31 +58,10 @@ bool growReplyBuffer() {
   return true;
 }
 
-// Where `needle` first occurs in text at or after `from` (npos if nowhere): the places where its
-// first two characters stand are found sixteen at a time, and only those are compared whole.
-std::size_t findText(std::string_view text, std::string_view needle, std::size_t from) {
-  if (needle.size() < 2 || from > text.size()) return text.find(needle, from);
-  const __m128i first = _mm_set1_epi8(needle[0]);
-  const __m128i second = _mm_set1_epi8(needle[1]);
-  const char *const base = text.data();
-  std::size_t at = from;
-  for (; at + 17 <= text.size(); at += 16) {
-    const __m128i here = _mm_loadu_si128(reinterpret_cast<const __m128i *>(base + at));
-    const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i *>(base + at + 1));
-    unsigned candidates = static_cast<unsigned>(_mm_movemask_epi8(
-        _mm_and_si128(_mm_cmpeq_epi8(here, first), _mm_cmpeq_epi8(next, second))));
-    for (; candidates != 0; candidates &= candidates - 1) {
-      const std::size_t start = at + static_cast<std::size_t>(__builtin_ctz(candidates));
-      if (text.substr(start, needle.size()) == needle) return start;
-    }
-  }
-  return text.find(needle, at);  // the last few places
-}
-
 // Copies reply[from..] up to `endTag` (or the end of the text) into out, cut to size - 1.
 void copyUpTo(std::string_view reply, std::size_t from, std::string_view endTag, std::size_t size,
               char *out) {
-  const std::size_t end = findText(reply, endTag, from);
+  const std::size_t end = reply.find(endTag, from);
   std::size_t length = (end != std::string_view::npos ? end : reply.size()) - from;
   if (length > size - 1) length = size - 1;
   std::memcpy(out, reply.data() + from, length);
@@ -152,13 +130,13 @@ int receiveReply(const char *replyElement, int *result, std::size_t descriptionS
   // The reply as a string: up to its first NUL byte. Every search below looks forward in it
   // from where the previous one stopped, as searches of the string would.
   const std::string_view reply(replyBuffer, std::strlen(replyBuffer));
-  const std::size_t element = findText(reply, replyElement, 0);
+  const std::size_t element = reply.find(replyElement);
   if (element == std::string_view::npos) {
     std::fprintf(stderr, "Unrecognized response to request.  response=%s\n", replyBuffer);
     return -1;
   }
   static constexpr std::string_view kResultTag = "<result value=\"";
-  const std::size_t resultTag = findText(reply, kResultTag, element);
+  const std::size_t resultTag = reply.find(kResultTag, element);
   if (resultTag == std::string_view::npos) {
     std::fprintf(stderr, "Unable to find return value for the request.  response=%s\n",
                  replyBuffer);
@@ -170,15 +148,14 @@ int receiveReply(const char *replyElement, int *result, std::size_t descriptionS
   std::size_t nameSearchFrom = digits;
   description[0] = '\0';
   static constexpr std::string_view kDescription = "<description>";
-  if (const std::size_t start = findText(reply, kDescription, digits);
-      start != std::string_view::npos) {
+  if (const std::size_t start = reply.find(kDescription, digits); start != std::string_view::npos) {
     copyUpTo(reply, start + kDescription.size(), "</description>", descriptionSize, description);
     nameSearchFrom = start;
   }
   if (name != nullptr) {
     name[0] = '\0';
     static constexpr std::string_view kName = "<name>";
-    if (const std::size_t start = findText(reply, kName, nameSearchFrom);
+    if (const std::size_t start = reply.find(kName, nameSearchFrom);
         start != std::string_view::npos)
       copyUpTo(reply, start + kName.size(), "</name>", nameSize, name);
   }

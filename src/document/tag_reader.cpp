@@ -51,6 +51,10 @@ std::size_t position = 0;
 bool inCdata = false;
 bool pendingEmptyEnd = false;
 std::size_t emptyEndPosition = 0;
+// The length of that empty element's name when the fast step read it (its bytes are then plain
+// name bytes, fewer than 32); otherwise kNone, and the general step takes the end tag.
+constexpr std::size_t kNone = ~std::size_t{0};
+std::size_t fastPendingLength = kNone;
 // The NUL rule costs nothing while no NUL byte is near: the read-ahead is searched for NULs in
 // large stretches, and `nextNul` remembers the result. No NUL lies in [position, nextNul) at any
 // shift (when position <= nextNul); nextNul is a NUL byte or where the last search stopped.
@@ -75,6 +79,87 @@ bool startsWith(std::size_t at, const char *text, std::size_t length) {
   return at + length <= windowEnd && std::memcmp(data + at, text, length) == 0;
 }
 
+using Vector = __m128i;
+constexpr std::size_t kVectorSize = sizeof(Vector);
+
+inline Vector loadAt(std::size_t at) {
+  return _mm_loadu_si128(reinterpret_cast<const Vector *>(data + at));
+}
+inline unsigned bytesEqual(Vector bytes, char c) {
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(c))));
+}
+// The bytes at most c (unsigned).
+inline unsigned bytesAtMost(Vector bytes, char c) {
+  return static_cast<unsigned>(
+      _mm_movemask_epi8(_mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(c)), bytes)));
+}
+// The C locale's white space: ' ' and '\t' to '\r'.
+inline unsigned blankBytes(Vector bytes) {
+  const Vector fromTab = _mm_sub_epi8(bytes, _mm_set1_epi8('\t'));
+  return bytesAtMost(fromTab, '\r' - '\t') | bytesEqual(bytes, ' ');
+}
+// 64 bits, one a byte from `at`, of the bytes equal to c or d.
+inline std::uint64_t either64(std::size_t at, char c, char d) {
+  std::uint64_t mask = 0;
+  for (std::size_t i = 0; i < 64; i += kVectorSize) {
+    const Vector bytes = loadAt(at + i);
+    mask |= std::uint64_t{bytesEqual(bytes, c) | bytesEqual(bytes, d)} << i;
+  }
+  return mask;
+}
+inline std::uint64_t blanks64(std::size_t at) {
+  std::uint64_t mask = 0;
+  for (std::size_t i = 0; i < 64; i += kVectorSize)
+    mask |= std::uint64_t{blankBytes(loadAt(at + i))} << i;
+  return mask;
+}
+
+// Where the '<' bytes of the read-ahead are, found ahead of the reader a stretch at a time, so
+// that a fast step finds the next tag without scanning the text before it (and the steps do not
+// wait on one another). `opens` holds their offsets in ascending order; [openNext, openCount)
+// are those not yet passed; the bytes before `indexedTo` have been looked at.
+constexpr std::size_t kOpenIndexSize = 2048;
+constexpr std::size_t kIndexBlock = 64;
+std::uint32_t opens[kOpenIndexSize];
+std::size_t openNext = 0;
+std::size_t openCount = 0;
+std::size_t indexedTo = 0;
+static_assert(kReadAheadSize <= UINT32_MAX);
+
+// Forgets the index (its offsets no longer match the buffer).
+void forgetOpens() { openNext = openCount = indexedTo = 0; }
+
+// Indexes the '<' bytes from `from` on, 64 bytes at a time, as far as the loaded input and the
+// index's room allow. Returns false when no whole block was left to index.
+[[gnu::noinline]] bool indexOpens(std::size_t from) {
+  openNext = openCount = 0;
+  std::size_t at = from;
+  while (at + kIndexBlock <= loaded && openCount <= kOpenIndexSize - kIndexBlock) {
+    for (std::uint64_t mask = either64(at, '<', '<'); mask != 0; mask &= mask - 1)
+      opens[openCount++] = static_cast<std::uint32_t>(at + static_cast<std::size_t>(__builtin_ctzll(mask)));
+    at += kIndexBlock;
+  }
+  indexedTo = at;
+  return at > from;
+}
+
+// The first '<' at or after `from`, or kNone when the indexed input has none.
+[[gnu::always_inline]] inline std::size_t nextOpen(std::size_t from) {
+  for (;;) {
+    for (; openNext < openCount; ++openNext)
+      if (opens[openNext] >= from) return opens[openNext];
+    if (!indexOpens(std::max(indexedTo, from))) return kNone;
+  }
+}
+
+// The bytes from `nulFrom` on have just been overwritten with NULs: drop what the index says of
+// them.
+void dropOpensFrom(std::size_t nulFrom) {
+  if (indexedTo <= nulFrom) return;
+  while (openCount > openNext && opens[openCount - 1] >= nulFrom) --openCount;
+  indexedTo = nulFrom;
+}
+
 // Moves the unread input to the front of the read-ahead buffer.
 void compact() {
   const std::size_t offset = windowStart;
@@ -85,6 +170,7 @@ void compact() {
   position -= offset;
   if (pendingEmptyEnd) emptyEndPosition -= offset;
   nextNul = nextNul > offset ? nextNul - offset : 0;
+  forgetOpens();
 }
 
 // Reads ahead in large blocks until the loaded input reaches the window's full extent or the
@@ -122,7 +208,10 @@ inline int refill() {
   const std::size_t from = std::max(position, nextNul);
   const void *nul = std::memchr(data + from, 0, loaded - from);
   nextNul = nul != nullptr ? static_cast<std::size_t>(static_cast<const char *>(nul) - data) : loaded;
-  if (nextNul < windowEnd) std::memset(data + nextNul, 0, windowEnd - nextNul);
+  if (nextNul < windowEnd) {
+    std::memset(data + nextNul, 0, windowEnd - nextNul);
+    dropOpensFrom(nextNul);
+  }
 }
 
 // The window starts again at `position`; its unread rest is carried over as a string.
@@ -141,76 +230,38 @@ void appendName(char *name, std::size_t &length, const char *bytes, std::size_t 
 
 // The fast steps.
 //
-// A fast step starts only when the window, the read-ahead and the known NUL-free input all reach
-// kStepReach bytes past the position, and reads nothing beyond that; a shift it makes to a '<'
-// within kStepSpan bytes then needs no read (the read-ahead holds a whole window past it) and
-// carries no NUL over.
-constexpr std::size_t kStepSpan = 64;
+// A fast step starts only when the window is whole, holds no NUL byte, and the '<' it is going to
+// stop at lies inside it, with a whole window and kStepReach bytes more loaded past that '<'. A
+// shift to that '<' then needs no read and carries no NUL over, and the step reads nothing past
+// the new window.
 constexpr std::size_t kStepReach = 256;
-// How far a fast step looks for the end of a CDATA text.
-constexpr std::size_t kCdataSpan = 128;
-static_assert(kStepSpan + 2 + 32 + 64 <= kStepReach && kStepSpan + kCdataOpenLength + kCdataSpan <= kStepReach);
 
-using Vector = __m128i;
-constexpr std::size_t kVectorSize = sizeof(Vector);
-
-inline Vector loadAt(std::size_t at) {
-  return _mm_loadu_si128(reinterpret_cast<const Vector *>(data + at));
-}
-inline unsigned bytesEqual(Vector bytes, char c) {
-  return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(c))));
-}
-// The C locale's white space: ' ' and '\t' to '\r'.
-inline unsigned blankBytes(Vector bytes) {
-  const Vector fromTab = _mm_sub_epi8(bytes, _mm_set1_epi8('\t'));
-  const Vector controls = _mm_cmpeq_epi8(_mm_min_epu8(fromTab, _mm_set1_epi8('\r' - '\t')), fromTab);
-  return static_cast<unsigned>(_mm_movemask_epi8(controls)) | bytesEqual(bytes, ' ');
-}
-// 64 bits, one a byte from `at`, of the bytes equal to c or d.
-inline std::uint64_t either64(std::size_t at, char c, char d) {
-  std::uint64_t mask = 0;
-  for (std::size_t i = 0; i < 64; i += kVectorSize) {
-    const Vector bytes = loadAt(at + i);
-    mask |= std::uint64_t{bytesEqual(bytes, c) | bytesEqual(bytes, d)} << i;
-  }
-  return mask;
-}
-inline std::uint64_t blanks64(std::size_t at) {
-  std::uint64_t mask = 0;
-  for (std::size_t i = 0; i < 64; i += kVectorSize) mask |= std::uint64_t{blankBytes(loadAt(at + i))} << i;
-  return mask;
-}
-
-// Whether the next step may be a fast one. Searches on for NUL bytes when the last search stopped
-// short. On true, the window is topped up as the general step's refill would do, without a read.
+// Searches on for NUL bytes when the last search stopped short of the window's end. True when
+// the whole window is free of them.
 [[gnu::noinline]] bool searchNulsAhead() {
   const std::size_t from = std::max(position, nextNul);
   const void *nul = std::memchr(data + from, 0, loaded - from);
   nextNul = nul != nullptr ? static_cast<std::size_t>(static_cast<const char *>(nul) - data) : loaded;
   return nextNul >= windowStart + kInputWindowSize;
 }
-inline bool onFastGround() {
-  if (pendingEmptyEnd || inCdata) return false;
-  if (position + kStepReach > windowStart + kInputWindowSize) return false;
-  if (loaded < position + kInputWindowSize + kStepReach) return false;
-  if (nextNul < windowStart + kInputWindowSize && !searchNulsAhead()) return false;
-  windowEnd = windowStart + kInputWindowSize;
-  return true;
+
+// Where a fast step stops: the next '<', when the ground allows a fast step there, else kNone.
+// The window is then topped up, as the general step's refill would do, without a read.
+[[gnu::always_inline]] inline std::size_t fastStepTarget() {
+  if (pendingEmptyEnd || inCdata) return kNone;
+  const std::size_t end = windowStart + kInputWindowSize;
+  if (loaded < end) return kNone;
+  if (nextNul < end && !searchNulsAhead()) return kNone;
+  const std::size_t open = nextOpen(position);
+  if (open >= end || loaded < open + kInputWindowSize + kStepReach) return kNone;
+  if (data[open] != '<') [[unlikely]] return kNone;  // never, while the index is kept right
+  windowEnd = end;
+  return open;
 }
 
-// From a position on fast ground: the first '<' within kStepSpan bytes, or npos.
-constexpr std::size_t kNone = ~std::size_t{0};
-inline std::size_t nextOpenNearby() {
-  for (std::size_t at = position; at < position + kStepSpan; at += kVectorSize) {
-    if (const unsigned mask = bytesEqual(loadAt(at), '<'); mask != 0)
-      return at + static_cast<std::size_t>(__builtin_ctz(mask));
-  }
-  return kNone;
-}
-
-// The window starts again at `at`, a '<' within the fast step's span: nothing to carry as a
-// string, and the read-ahead already holds the whole new window.
-inline void shiftNearby(std::size_t at) {
+// The window starts again at `at`, the target of a fast step: nothing to carry as a string, and
+// the read-ahead already holds the whole new window.
+inline void shiftTo(std::size_t at) {
   if (at > windowStart) {
     windowStart = at;
     windowEnd = at + kInputWindowSize;
@@ -219,45 +270,55 @@ inline void shiftNearby(std::size_t at) {
 }
 
 // A fast readTag: returns false, with the reading state as a general step expects it, when the
-// step is not an ordinary tag near the position.
-inline bool readTagFast(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
-  if (!onFastGround()) return false;
-  std::size_t open = position;
-  if (data[open] != '<') {
-    open = nextOpenNearby();
-    if (open == kNone) return false;
-    *isEndTag = 0;  // as the general step leaves it after a text
+// step is not an ordinary tag.
+[[gnu::always_inline]] inline bool readTagFast(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
+  if (pendingEmptyEnd) {
+    // The end of an empty element whose name the fast step read: its bytes are still there.
+    const std::size_t length = fastPendingLength;
+    if (length == kNone) return false;
+    std::memcpy(name, data + position, 32);
+    name[length] = '\0';
+    nameLength = length;
+    position = std::min(emptyEndPosition + 2, windowEnd);
+    pendingEmptyEnd = false;
+    *isEndTag = 1;
+    return true;
   }
-  shiftNearby(open);
+  const std::size_t open = fastStepTarget();
+  if (open == kNone) return false;
+  if (open != position) *isEndTag = 0;  // as the general step leaves it after a text
+  shiftTo(open);
+  ++openNext;  // this '<' is passed, whichever way the tag is read
   std::size_t at = open + 1;
   if (data[at] == '!') return false;  // CDATA, or a name that starts with '!'
   const unsigned long endTag = data[at] == '/' ? 1 : 0;
   at += endTag;
   const std::size_t nameStart = at;
-  // The name runs up to '>', '/', a blank or a NUL byte; names of more than 31 bytes go the
-  // general way.
-  const auto stops = [](Vector bytes) {
-    return bytesEqual(bytes, '>') | bytesEqual(bytes, '/') | blankBytes(bytes) | bytesEqual(bytes, '\0');
-  };
-  std::uint32_t mask = stops(loadAt(at)) | (stops(loadAt(at + kVectorSize)) << kVectorSize);
-  if (mask == 0) return false;
-  std::size_t length = static_cast<std::size_t>(__builtin_ctz(mask));
+  // The name runs up to '>', '/', a blank or a NUL byte, all of them at most '>': look at those
+  // bytes only. Names of more than 31 bytes go the general way.
+  std::uint32_t candidates = bytesAtMost(loadAt(at), '>') | bytesAtMost(loadAt(at + kVectorSize), '>') << kVectorSize;
+  std::size_t length = 0;
+  for (;; candidates &= candidates - 1) {
+    if (candidates == 0) return false;
+    length = static_cast<std::size_t>(__builtin_ctz(candidates));
+    if (kNameClass[static_cast<unsigned char>(data[at + length])] != kNameByte) break;
+  }
   std::memcpy(name, data + at, 32);
   at += length;
-  if (data[at] == '\0') return false;
-  if (data[at] != '>' && data[at] != '/') {
+  const char stop = data[at];
+  if (stop == '\0') return false;
+  if (stop != '>' && stop != '/') {
     // Attributes: only the type="adID" marker after a blank joins the name.
     const std::uint64_t ends = either64(at, '>', '/');
     if (ends == 0) return false;
     const unsigned endOffset = static_cast<unsigned>(__builtin_ctzll(ends));
-    const std::size_t endAt = at + endOffset;
     const std::uint64_t beforeEnd = (std::uint64_t{1} << endOffset) - 1;
     for (std::uint64_t blanks = blanks64(at) & beforeEnd; blanks != 0; blanks &= blanks - 1) {
       const std::size_t blank = at + static_cast<std::size_t>(__builtin_ctzll(blanks));
       if (std::memcmp(data + blank + 1, kAdMarker, kAdMarkerLength) == 0)
         appendName(name, length, data + blank, 1 + kAdMarkerLength);
     }
-    at = endAt;
+    at += endOffset;
   }
   name[length] = '\0';
   nameLength = length;
@@ -267,11 +328,11 @@ inline bool readTagFast(char *name, unsigned long *isEndTag, std::size_t &nameLe
   } else {  // an empty element: its end tag comes next
     pendingEmptyEnd = true;
     emptyEndPosition = at;
+    fastPendingLength = at == nameStart + length ? length : kNone;  // no attributes in between
     position = nameStart;
   }
   return true;
 }
-
 
 // Parses the tag whose '<' is at `position` (the window's start). Sets nameLength.
 inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
@@ -330,6 +391,7 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
   }
   pendingEmptyEnd = true;
   emptyEndPosition = position;
+  fastPendingLength = kNone;
   position = nameStart;
   return 0;
 }
@@ -395,7 +457,7 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
 }
 
 // readTag with the name's length, for the readers below.
-inline int readTagMeasured(char *name, unsigned long *isEndTag, const char *label,
+[[gnu::always_inline]] inline int readTagMeasured(char *name, unsigned long *isEndTag, const char *label,
                            std::size_t &nameLength) {
   const int result =
       readTagFast(name, isEndTag, nameLength) ? 0 : readTagGeneral(name, isEndTag, nameLength);
@@ -427,31 +489,29 @@ struct TextField {
   }
 };
 
-// The fast step of readContents: a text up to a '<' nearby, or a CDATA text ending nearby.
-// Returns false when the general way must go on from where it stopped.
-inline bool readContentsFast(TextField &field) {
-  if (!onFastGround()) return false;
-  const std::size_t open = nextOpenNearby();
+// The fast step of readContents: a text up to the next '<', or a CDATA text whose "]]>" stands
+// just before the next '<' with no other ']' before it. Returns false when the general way must
+// go on from where it stopped.
+[[gnu::always_inline]] inline bool readContentsFast(TextField &field) {
+  const std::size_t open = fastStepTarget();
   if (open == kNone) return false;
   field.append(data + position, open - position);
-  shiftNearby(open);
+  shiftTo(open);
   if (!startsWith(open, kCdataOpen, kCdataOpenLength)) return true;
   inCdata = true;
   position = open + kCdataOpenLength;
-  // Its end "]]>" nearby, before any other ']' and any '<' (a '<' inside CDATA still shifts
-  // the window).
-  for (std::size_t at = position; at < position + kCdataSpan; at += kVectorSize) {
-    const Vector bytes = loadAt(at);
-    const unsigned marks = bytesEqual(bytes, ']') | bytesEqual(bytes, '<');
-    if (marks == 0) continue;
-    const std::size_t mark = at + static_cast<std::size_t>(__builtin_ctz(marks));
-    if (!startsWith(mark, "]]>", 3)) return false;
-    field.append(data + position, mark - position);
-    inCdata = false;
-    position = mark + 1;  // left on the second ']'
-    return true;
+  const std::size_t next = nextOpen(position);
+  if (next >= windowEnd || next < position + 3 || !startsWith(next - 3, "]]>", 3)) return false;
+  const std::size_t close = next - 3;
+  for (std::size_t at = position; at < close; at += kVectorSize) {
+    unsigned brackets = bytesEqual(loadAt(at), ']');
+    if (close - at < kVectorSize) brackets &= (1u << (close - at)) - 1;
+    if (brackets != 0) return false;
   }
-  return false;
+  field.append(data + position, close - position);
+  inCdata = false;
+  position = close + 1;  // left on the second ']'
+  return true;
 }
 
 // readContents the general way, from where the fast step left the field.
@@ -578,5 +638,7 @@ void resetTagReader() {
   inCdata = false;
   pendingEmptyEnd = false;
   emptyEndPosition = 0;
+  fastPendingLength = kNone;
   nextNul = 0;
+  forgetOpens();
 }

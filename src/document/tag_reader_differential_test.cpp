@@ -98,7 +98,9 @@ std::string mutate(std::mt19937 &random, std::string doc) {
 }
 
 // Calls the reader in a random but fixed order (seeded) and writes down everything it returns.
-std::string walk(const Reader &reader, unsigned seed, std::size_t maxCalls) {
+// With nearEnds, goPastEndTag is only asked for names that end often in a plain document, so
+// that the walk goes through the whole of it.
+std::string walk(const Reader &reader, unsigned seed, std::size_t maxCalls, bool nearEnds) {
   std::mt19937 random(seed);
   std::string log;
   char name[kTagNameSize] = "";
@@ -121,12 +123,15 @@ std::string walk(const Reader &reader, unsigned seed, std::size_t maxCalls) {
       const std::size_t size = kSizes[random() % 7];
       bool tooLong = false;
       static const char *const kRightsEnds[] = {"rights", "inheritedRightsFilter", "a", "file"};
-      reader.getRights(text.data(), kRightsEnds[random() % 4], size, &tooLong);
+      const char *end = kRightsEnds[random() % (nearEnds ? 1 : 4)];
+      if (nearEnds && random() % 2 == 0) end = "file";
+      reader.getRights(text.data(), end, size, &tooLong);
       log += std::string("R") + (tooLong ? "!" : " ") + text.c_str() + "\n";
     } else {
       // Names the generated documents close now and then, some rarely.
       static const char *const kEnds[] = {"a", "file", "trustee", "trusteeInfo", "metadata"};
-      const int result = reader.goPastEndTag(kEnds[random() % 5]);
+      static const char *const kNearEnds[] = {"file", "trustee", "name", "rights"};
+      const int result = reader.goPastEndTag(nearEnds ? kNearEnds[random() % 4] : kEnds[random() % 5]);
       log += "G" + std::to_string(result) + "\n";
       if (result != 0) break;
     }
@@ -154,19 +159,20 @@ class TagReaderDifferentialTest : public testing::Test {
     close(savedStderr_);
   }
 
-  std::string walkFile(const Reader &reader, const std::string &doc, unsigned seed) {
+  std::string walkFile(const Reader &reader, const std::string &doc, unsigned seed,
+                       bool nearEnds = false) {
     // The document in one piece: an in-memory regular file.
     inputFd = memfd_create("doc", 0);
     if (write(inputFd, doc.data(), doc.size()) != static_cast<ssize_t>(doc.size())) return "!";
     lseek(inputFd, 0, SEEK_SET);
     reader.reset();
-    std::string log = walk(reader, seed, doc.size() + 100);
+    std::string log = walk(reader, seed, doc.size() + 100, nearEnds);
     close(inputFd);
     calls += static_cast<std::size_t>(std::count(log.begin(), log.end(), '\n'));
     return log;
   }
 
-  std::string walkPipe(const std::string &doc, unsigned seed) {
+  std::string walkPipe(const std::string &doc, unsigned seed, bool nearEnds = false) {
     int fds[2];
     if (pipe(fds) != 0) return "pipe failed";
     std::thread writer([&doc, fd = fds[1], seed] {
@@ -181,17 +187,17 @@ class TagReaderDifferentialTest : public testing::Test {
     });
     inputFd = fds[0];
     resetTagReader();
-    std::string log = walk(kFast, seed, doc.size() + 100);
+    std::string log = walk(kFast, seed, doc.size() + 100, nearEnds);
     close(fds[0]);
     writer.join();
     return log;
   }
 
-  void compare(const std::string &doc, unsigned seed, bool viaPipe) {
-    const std::string expected = walkFile(kOracle, doc, seed);
-    ASSERT_EQ(walkFile(kFast, doc, seed), expected) << "seed " << seed;
+  void compare(const std::string &doc, unsigned seed, bool viaPipe, bool nearEnds = false) {
+    const std::string expected = walkFile(kOracle, doc, seed, nearEnds);
+    ASSERT_EQ(walkFile(kFast, doc, seed, nearEnds), expected) << "seed " << seed;
     if (viaPipe) {
-      ASSERT_EQ(walkPipe(doc, seed), expected) << "seed " << seed << " (pipe)";
+      ASSERT_EQ(walkPipe(doc, seed, nearEnds), expected) << "seed " << seed << " (pipe)";
     }
   }
 
@@ -235,7 +241,49 @@ TEST_F(TagReaderDifferentialTest, WellFormedRestoreStreamsReadTheSame) {
            ".corp.T.</name><id></id><rights value=\"RW\"><read/><write/></rights></trustee>\n"
            "</file>\n";
   doc += "</trusteeInfo>\n</metadata>\n";
-  for (unsigned seed = 1; seed <= 3; ++seed) compare(doc, seed, true);
+  for (unsigned seed = 1; seed <= 3; ++seed) compare(doc, seed, true, true);
+  EXPECT_GT(calls, 100000u);  // the walks went through the whole document
 }
 
 }  // namespace
+
+TEST_F(TagReaderDifferentialTest, LongDocumentsOfOddPiecesReadTheSame) {
+  // Long enough that most steps are taken far from the end of the input, with every kind of odd
+  // piece met along the way.
+  for (unsigned seed = 7000; seed < 7012; ++seed) {
+    std::mt19937 random(seed);
+    std::string doc = generateDocument(random, 4000);
+    if (seed % 2 == 0) doc = mutate(random, doc);
+    compare(doc, seed, seed % 3 == 0, true);
+  }
+  EXPECT_GT(calls, 10000u);
+}
+
+TEST_F(TagReaderDifferentialTest, WellFormedStreamsWithOddBytesReadTheSame) {
+  // A plain document with NUL bytes, long and odd names, empty elements with attributes and CDATA
+  // texts holding ']' or '<' dropped in here and there.
+  static const char *const kOdd[] = {
+      std::string_view("\0", 1).data(), "<abcdefghijklmno>", "<abcdefghijklmnop>",
+      "<abcdefghijklmnopqrstuvwxyz01234>", "<abcdefghijklmnopqrstuvwxyz012345/>",
+      "<x1-2.3:4>", "<a b=\"c\"/>", "<trustee type=\"adID\"/>", "<read />",
+      "<path><![CDATA[/a]b]]></path>", "<path><![CDATA[/a<b]]></path>",
+      "<path><![CDATA[/a]]>b</path>", "<path><![CDATA[/a]]>b]]></path>",
+      "<path><![CDATA[]]></path>", "<!-- x -->", "</ >"};
+  for (unsigned seed = 1; seed <= 6; ++seed) {
+    std::mt19937 random(seed);
+    std::string doc = "<metadata>\n<trusteeInfo>\n";
+    for (int i = 0; i < 6000; ++i) {
+      doc += "<file>\n<zid></zid><path><![CDATA[/d" + std::to_string(i) +
+             "]]></path>\n<trustee><name>u" + std::to_string(i) +
+             ".corp.T.</name><id></id><rights value=\"RW\"><read/><write/></rights></trustee>\n";
+      if (random() % 8 == 0) {
+        const std::size_t pick = random() % (sizeof kOdd / sizeof kOdd[0]);
+        doc += pick == 0 ? std::string(1, '\0') : std::string(kOdd[pick]);
+      }
+      doc += "</file>\n";
+    }
+    doc += "</trusteeInfo>\n</metadata>\n";
+    compare(doc, seed, seed % 2 == 0, true);
+  }
+  EXPECT_GT(calls, 50000u);
+}
