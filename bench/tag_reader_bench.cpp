@@ -24,9 +24,14 @@ struct RightsForm {
   const char *elements;
 };
 constexpr RightsForm kForms[] = {
-    {"RF", "<read/><fileScan/>"}, {"R", "<read/>"}, {"RWF", "<read/><write/><fileScan/>"},
-    {"R", "<read/>"},             {"R", "<read/>"}, {"RF", "<read/><fileScan/>"},
-    {"R", "<read/>"},             {"R", "<read/>"},
+    {"RF", "<read/><fileScan/>"},
+    {"R", "<read/>"},
+    {"RWF", "<read/><write/><fileScan/>"},
+    {"R", "<read/>"},
+    {"R", "<read/>"},
+    {"RF", "<read/><fileScan/>"},
+    {"R", "<read/>"},
+    {"R", "<read/>"},
 };
 
 // A document shaped like a save of a real volume: file elements with a CDATA path, one trustee
@@ -39,10 +44,11 @@ void generate(long trustees) {
   long written = 0;
   for (long file = 0; written < trustees; ++file) {
     char record[1024];
-    int length = std::snprintf(record, sizeof record,
-                               "<file><zid>%ld</zid><path><![CDATA[/project%02ld/user%05ld/"
-                               "doc%07ld.txt]]></path>\n",
-                               100000000 + (file * 7919 + 12345) % 900000000, file % 37, file / 16, file);
+    int length =
+        std::snprintf(record, sizeof record,
+                      "<file><zid>%ld</zid><path><![CDATA[/project%02ld/user%05ld/"
+                      "doc%07ld.txt]]></path>\n",
+                      100000000 + (file * 7919 + 12345) % 900000000, file % 37, file / 16, file);
     const long trusteesHere = (file % 4 == 3 && written + 2 <= trustees) ? 2 : 1;
     for (long t = 0; t < trusteesHere; ++t, ++written) {
       const RightsForm &form = kForms[(file + t) % 8];
@@ -130,8 +136,7 @@ int main(int argc, char **argv) {
   }
   const bool windowedOnly = argc == 3 && std::strcmp(argv[1], "--windowed-only") == 0;
   if (argc != 2 && !windowedOnly) {
-    std::fprintf(stderr, "usage: %s DOCUMENT | --windowed-only DOCUMENT | --generate N\n",
-                 argv[0]);
+    std::fprintf(stderr, "usage: %s DOCUMENT | --windowed-only DOCUMENT | --generate N\n", argv[0]);
     return 2;
   }
   inputFd = open(argv[argc - 1], O_RDONLY);

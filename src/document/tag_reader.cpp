@@ -18,7 +18,6 @@
 // and any fast step that meets something unusual, goes the general way, byte by byte.
 #include "document/tag_reader.h"
 
-#include <emmintrin.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -28,6 +27,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "document/byte_vectors.h"
+#include "document/open_index.h"
 #include "document/records.h"
 #include "document/run_settings.h"
 
@@ -53,7 +54,7 @@ bool pendingEmptyEnd = false;
 std::size_t emptyEndPosition = 0;
 // The length of that empty element's name when the fast step read it (its bytes are then plain
 // name bytes, fewer than 32); otherwise kNone, and the general step takes the end tag.
-constexpr std::size_t kNone = ~std::size_t{0};
+constexpr std::size_t kNone = OpenIndex::kNone;
 std::size_t fastPendingLength = kNone;
 // The NUL rule costs nothing while no NUL byte is near: the read-ahead is searched for NULs in
 // large stretches, and `nextNul` remembers the result. No NUL lies in [position, nextNul) at any
@@ -66,7 +67,8 @@ enum : unsigned char { kNameByte = 0, kNameStop = 1, kNameBlank = 2, kNameNul = 
 constexpr auto kNameClass = [] {
   std::array<unsigned char, 256> table{};
   table['>'] = table['/'] = kNameStop;
-  for (const unsigned char c : {' ', '\t', '\n', '\v', '\f', '\r'}) table[c] = kNameBlank;
+  for (const unsigned char c : {' ', '\t', '\n', '\v', '\f', '\r'})
+    table[c] = kNameBlank;
   table[0] = kNameNul;
   return table;
 }();
@@ -79,86 +81,10 @@ bool startsWith(std::size_t at, const char *text, std::size_t length) {
   return at + length <= windowEnd && std::memcmp(data + at, text, length) == 0;
 }
 
-using Vector = __m128i;
-constexpr std::size_t kVectorSize = sizeof(Vector);
+// The '<' bytes of the read-ahead.
+OpenIndex opens;
 
-inline Vector loadAt(std::size_t at) {
-  return _mm_loadu_si128(reinterpret_cast<const Vector *>(data + at));
-}
-inline unsigned bytesEqual(Vector bytes, char c) {
-  return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(c))));
-}
-// The bytes at most c (unsigned).
-inline unsigned bytesAtMost(Vector bytes, char c) {
-  return static_cast<unsigned>(
-      _mm_movemask_epi8(_mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(c)), bytes)));
-}
-// The C locale's white space: ' ' and '\t' to '\r'.
-inline unsigned blankBytes(Vector bytes) {
-  const Vector fromTab = _mm_sub_epi8(bytes, _mm_set1_epi8('\t'));
-  return bytesAtMost(fromTab, '\r' - '\t') | bytesEqual(bytes, ' ');
-}
-// 64 bits, one a byte from `at`, of the bytes equal to c or d.
-inline std::uint64_t either64(std::size_t at, char c, char d) {
-  std::uint64_t mask = 0;
-  for (std::size_t i = 0; i < 64; i += kVectorSize) {
-    const Vector bytes = loadAt(at + i);
-    mask |= std::uint64_t{bytesEqual(bytes, c) | bytesEqual(bytes, d)} << i;
-  }
-  return mask;
-}
-inline std::uint64_t blanks64(std::size_t at) {
-  std::uint64_t mask = 0;
-  for (std::size_t i = 0; i < 64; i += kVectorSize)
-    mask |= std::uint64_t{blankBytes(loadAt(at + i))} << i;
-  return mask;
-}
-
-// Where the '<' bytes of the read-ahead are, found ahead of the reader a stretch at a time, so
-// that a fast step finds the next tag without scanning the text before it (and the steps do not
-// wait on one another). `opens` holds their offsets in ascending order; [openNext, openCount)
-// are those not yet passed; the bytes before `indexedTo` have been looked at.
-constexpr std::size_t kOpenIndexSize = 2048;
-constexpr std::size_t kIndexBlock = 64;
-std::uint32_t opens[kOpenIndexSize];
-std::size_t openNext = 0;
-std::size_t openCount = 0;
-std::size_t indexedTo = 0;
-static_assert(kReadAheadSize <= UINT32_MAX);
-
-// Forgets the index (its offsets no longer match the buffer).
-void forgetOpens() { openNext = openCount = indexedTo = 0; }
-
-// Indexes the '<' bytes from `from` on, 64 bytes at a time, as far as the loaded input and the
-// index's room allow. Returns false when no whole block was left to index.
-[[gnu::noinline]] bool indexOpens(std::size_t from) {
-  openNext = openCount = 0;
-  std::size_t at = from;
-  while (at + kIndexBlock <= loaded && openCount <= kOpenIndexSize - kIndexBlock) {
-    for (std::uint64_t mask = either64(at, '<', '<'); mask != 0; mask &= mask - 1)
-      opens[openCount++] = static_cast<std::uint32_t>(at + static_cast<std::size_t>(__builtin_ctzll(mask)));
-    at += kIndexBlock;
-  }
-  indexedTo = at;
-  return at > from;
-}
-
-// The first '<' at or after `from`, or kNone when the indexed input has none.
-[[gnu::always_inline]] inline std::size_t nextOpen(std::size_t from) {
-  for (;;) {
-    for (; openNext < openCount; ++openNext)
-      if (opens[openNext] >= from) return opens[openNext];
-    if (!indexOpens(std::max(indexedTo, from))) return kNone;
-  }
-}
-
-// The bytes from `nulFrom` on have just been overwritten with NULs: drop what the index says of
-// them.
-void dropOpensFrom(std::size_t nulFrom) {
-  if (indexedTo <= nulFrom) return;
-  while (openCount > openNext && opens[openCount - 1] >= nulFrom) --openCount;
-  indexedTo = nulFrom;
-}
+inline bytes16::Vector loadAt(std::size_t at) { return bytes16::load(data + at); }
 
 // Moves the unread input to the front of the read-ahead buffer.
 void compact() {
@@ -170,7 +96,7 @@ void compact() {
   position -= offset;
   if (pendingEmptyEnd) emptyEndPosition -= offset;
   nextNul = nextNul > offset ? nextNul - offset : 0;
-  forgetOpens();
+  opens.forget();
 }
 
 // Reads ahead in large blocks until the loaded input reaches the window's full extent or the
@@ -207,16 +133,18 @@ inline int refill() {
 [[gnu::noinline]] void carryRestAsString() {
   const std::size_t from = std::max(position, nextNul);
   const void *nul = std::memchr(data + from, 0, loaded - from);
-  nextNul = nul != nullptr ? static_cast<std::size_t>(static_cast<const char *>(nul) - data) : loaded;
+  nextNul =
+      nul != nullptr ? static_cast<std::size_t>(static_cast<const char *>(nul) - data) : loaded;
   if (nextNul < windowEnd) {
     std::memset(data + nextNul, 0, windowEnd - nextNul);
-    dropOpensFrom(nextNul);
+    opens.forgetFrom(nextNul);
   }
 }
 
 // The window starts again at `position`; its unread rest is carried over as a string.
 inline void shift() {
-  if (nextNul < windowEnd) [[unlikely]] carryRestAsString();
+  if (nextNul < windowEnd) [[unlikely]]
+    carryRestAsString();
   windowStart = position;
 }
 
@@ -241,7 +169,8 @@ constexpr std::size_t kStepReach = 256;
 [[gnu::noinline]] bool searchNulsAhead() {
   const std::size_t from = std::max(position, nextNul);
   const void *nul = std::memchr(data + from, 0, loaded - from);
-  nextNul = nul != nullptr ? static_cast<std::size_t>(static_cast<const char *>(nul) - data) : loaded;
+  nextNul =
+      nul != nullptr ? static_cast<std::size_t>(static_cast<const char *>(nul) - data) : loaded;
   return nextNul >= windowStart + kInputWindowSize;
 }
 
@@ -252,9 +181,10 @@ constexpr std::size_t kStepReach = 256;
   const std::size_t end = windowStart + kInputWindowSize;
   if (loaded < end) return kNone;
   if (nextNul < end && !searchNulsAhead()) return kNone;
-  const std::size_t open = nextOpen(position);
+  const std::size_t open = opens.next(data, loaded, position);
   if (open >= end || loaded < open + kInputWindowSize + kStepReach) return kNone;
-  if (data[open] != '<') [[unlikely]] return kNone;  // never, while the index is kept right
+  if (data[open] != '<') [[unlikely]]
+    return kNone;  // never, while the index is kept right
   windowEnd = end;
   return open;
 }
@@ -271,7 +201,8 @@ inline void shiftTo(std::size_t at) {
 
 // A fast readTag: returns false, with the reading state as a general step expects it, when the
 // step is not an ordinary tag.
-[[gnu::always_inline]] inline bool readTagFast(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
+[[gnu::always_inline]] inline bool readTagFast(char *name, unsigned long *isEndTag,
+                                               std::size_t &nameLength) {
   if (pendingEmptyEnd) {
     // The end of an empty element whose name the fast step read: its bytes are still there.
     const std::size_t length = fastPendingLength;
@@ -288,7 +219,7 @@ inline void shiftTo(std::size_t at) {
   if (open == kNone) return false;
   if (open != position) *isEndTag = 0;  // as the general step leaves it after a text
   shiftTo(open);
-  ++openNext;  // this '<' is passed, whichever way the tag is read
+  opens.pass();  // this '<' is passed, whichever way the tag is read
   std::size_t at = open + 1;
   if (data[at] == '!') return false;  // CDATA, or a name that starts with '!'
   const unsigned long endTag = data[at] == '/' ? 1 : 0;
@@ -296,7 +227,8 @@ inline void shiftTo(std::size_t at) {
   const std::size_t nameStart = at;
   // The name runs up to '>', '/', a blank or a NUL byte, all of them at most '>': look at those
   // bytes only. Names of more than 31 bytes go the general way.
-  std::uint32_t candidates = bytesAtMost(loadAt(at), '>') | bytesAtMost(loadAt(at + kVectorSize), '>') << kVectorSize;
+  std::uint32_t candidates = bytes16::atMost(loadAt(at), '>') |
+                             bytes16::atMost(loadAt(at + bytes16::kSize), '>') << bytes16::kSize;
   std::size_t length = 0;
   for (;; candidates &= candidates - 1) {
     if (candidates == 0) return false;
@@ -309,11 +241,12 @@ inline void shiftTo(std::size_t at) {
   if (stop == '\0') return false;
   if (stop != '>' && stop != '/') {
     // Attributes: only the type="adID" marker after a blank joins the name.
-    const std::uint64_t ends = either64(at, '>', '/');
+    const std::uint64_t ends = bytes16::either64(data + at, '>', '/');
     if (ends == 0) return false;
     const unsigned endOffset = static_cast<unsigned>(__builtin_ctzll(ends));
     const std::uint64_t beforeEnd = (std::uint64_t{1} << endOffset) - 1;
-    for (std::uint64_t blanks = blanks64(at) & beforeEnd; blanks != 0; blanks &= blanks - 1) {
+    for (std::uint64_t blanks = bytes16::blanks64(data + at) & beforeEnd; blanks != 0;
+         blanks &= blanks - 1) {
       const std::size_t blank = at + static_cast<std::size_t>(__builtin_ctzll(blanks));
       if (std::memcmp(data + blank + 1, kAdMarker, kAdMarkerLength) == 0)
         appendName(name, length, data + blank, 1 + kAdMarkerLength);
@@ -346,7 +279,8 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
   const char *const end = data + windowEnd;
   // The name proper: up to '>', '/', a blank or the data's end. A name holding a NUL byte is
   // left to the general scan below.
-  while (at < end && kNameClass[static_cast<unsigned char>(*at)] == kNameByte) ++at;
+  while (at < end && kNameClass[static_cast<unsigned char>(*at)] == kNameByte)
+    ++at;
   std::size_t length = 0;
   const bool nulInName = at < end && kNameClass[static_cast<unsigned char>(*at)] == kNameNul;
   if (!nulInName) [[likely]] {
@@ -409,7 +343,8 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
     return 0;
   }
   for (;;) {
-    if (const int error = refill(); error != 0) [[unlikely]] return error;
+    if (const int error = refill(); error != 0) [[unlikely]]
+      return error;
     if (windowEnd == windowStart) [[unlikely]] {
       name[0] = '\0';
       nameLength = 0;
@@ -457,8 +392,8 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
 }
 
 // readTag with the name's length, for the readers below.
-[[gnu::always_inline]] inline int readTagMeasured(char *name, unsigned long *isEndTag, const char *label,
-                           std::size_t &nameLength) {
+[[gnu::always_inline]] inline int readTagMeasured(char *name, unsigned long *isEndTag,
+                                                  const char *label, std::size_t &nameLength) {
   const int result =
       readTagFast(name, isEndTag, nameLength) ? 0 : readTagGeneral(name, isEndTag, nameLength);
   if (debug) [[unlikely]]
@@ -500,12 +435,12 @@ struct TextField {
   if (!startsWith(open, kCdataOpen, kCdataOpenLength)) return true;
   inCdata = true;
   position = open + kCdataOpenLength;
-  const std::size_t next = nextOpen(position);
+  const std::size_t next = opens.next(data, loaded, position);
   if (next >= windowEnd || next < position + 3 || !startsWith(next - 3, "]]>", 3)) return false;
   const std::size_t close = next - 3;
-  for (std::size_t at = position; at < close; at += kVectorSize) {
-    unsigned brackets = bytesEqual(loadAt(at), ']');
-    if (close - at < kVectorSize) brackets &= (1u << (close - at)) - 1;
+  for (std::size_t at = position; at < close; at += bytes16::kSize) {
+    unsigned brackets = bytes16::equal(loadAt(at), ']');
+    if (close - at < bytes16::kSize) brackets &= (1u << (close - at)) - 1;
     if (brackets != 0) return false;
   }
   field.append(data + position, close - position);
@@ -572,7 +507,6 @@ struct TextField {
   }
 }
 
-
 }  // namespace
 
 int readTag(char *name, unsigned long *isEndTag, const char *label) {
@@ -591,7 +525,8 @@ int readContents(char *text, std::size_t textSize, bool *tooLong) {
     return 0;
   }
   TextField field{text, textSize, tooLong};
-  if (readContentsFast(field)) [[likely]] return field.finish(0);
+  if (readContentsFast(field)) [[likely]]
+    return field.finish(0);
   return readContentsGeneral(field);
 }
 
@@ -640,5 +575,5 @@ void resetTagReader() {
   emptyEndPosition = 0;
   fastPendingLength = kNone;
   nextNul = 0;
-  forgetOpens();
+  opens.forget();
 }

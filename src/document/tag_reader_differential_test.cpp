@@ -2,8 +2,8 @@
 // document give the same tags, texts and results, whether the fast reader gets the document in
 // one piece or through a pipe that delivers it in small chunks of random sizes.
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -32,31 +32,62 @@ struct Reader {
 };
 
 const Reader kFast{readTag, readContents, goPastEndTag, getRights, resetTagReader};
-const Reader kOracle{oracle::readTag, oracle::readContents, oracle::goPastEndTag,
-                     oracle::getRights, oracle::resetTagReader};
+const Reader kOracle{oracle::readTag, oracle::readContents, oracle::goPastEndTag, oracle::getRights,
+                     oracle::resetTagReader};
 
-const char *const kNames[] = {"metadata", "trusteeInfo", "file", "path", "trustee", "name",
-                              "rights", "inheritedRightsFilter", "a", "b", "userInfo", "user"};
+const char *const kNames[] = {"metadata", "trusteeInfo", "file",     "path",
+                              "trustee",  "name",        "rights",   "inheritedRightsFilter",
+                              "a",        "b",           "userInfo", "user"};
 
 std::string randomText(std::mt19937 &random, std::size_t length) {
   static const char kBytes[] = "abc xyz\n\t&;=\"'/>]][!";
   std::string text;
-  for (std::size_t i = 0; i < length; ++i) text += kBytes[random() % (sizeof kBytes - 1)];
+  for (std::size_t i = 0; i < length; ++i)
+    text += kBytes[random() % (sizeof kBytes - 1)];
   return text;
 }
 
 // A document made of the pieces a Metadata document has, and of the odd ones the reader meets.
 std::string generateDocument(std::mt19937 &random, std::size_t pieces) {
   static const char *const kPieces[] = {
-      "<metadata>\n", "</metadata>\n", "<trusteeInfo>\n", "</trusteeInfo>\n", "<file>\n",
-      "</file>\n", "<zid></zid>", "<path><![CDATA[/dir/a<b&c d]]></path>\n", "<path>p&amp;q</path>",
-      "<trustee>", "<trustee type=\"adID\">", "<trustee  type=\"adID\">", "<trustee\ttype=\"adID\">",
-      "<trustee type='adID'>", "</trustee>\n", "<name>admin.corp.TREE.</name>", "<name/>",
-      "<id>S-1-5-21-1</id>", "<id></id>", "<rights value=\"RWF\"><read/><write/><fileScan/></rights>",
+      "<metadata>\n",
+      "</metadata>\n",
+      "<trusteeInfo>\n",
+      "</trusteeInfo>\n",
+      "<file>\n",
+      "</file>\n",
+      "<zid></zid>",
+      "<path><![CDATA[/dir/a<b&c d]]></path>\n",
+      "<path>p&amp;q</path>",
+      "<trustee>",
+      "<trustee type=\"adID\">",
+      "<trustee  type=\"adID\">",
+      "<trustee\ttype=\"adID\">",
+      "<trustee type='adID'>",
+      "</trustee>\n",
+      "<name>admin.corp.TREE.</name>",
+      "<name/>",
+      "<id>S-1-5-21-1</id>",
+      "<id></id>",
+      "<rights value=\"RWF\"><read/><write/><fileScan/></rights>",
       "<inheritedRightsFilter value=\"S\"><supervisor/></inheritedRightsFilter>",
-      "<userInfo>", "<user type=\"adID\">", "<quotaAmount>9223372036854775807</quotaAmount>",
-      "<a/>", "<a b='/x'>", "</", "<", "/", ">", "]]>", "<![CDATA[", "<![CDATA[x]]>", "<?xml v?>",
-      "<!-- c -->", "\n", "  ", "<rights value=\"a/b\">"};
+      "<userInfo>",
+      "<user type=\"adID\">",
+      "<quotaAmount>9223372036854775807</quotaAmount>",
+      "<a/>",
+      "<a b='/x'>",
+      "</",
+      "<",
+      "/",
+      ">",
+      "]]>",
+      "<![CDATA[",
+      "<![CDATA[x]]>",
+      "<?xml v?>",
+      "<!-- c -->",
+      "\n",
+      "  ",
+      "<rights value=\"a/b\">"};
   std::string doc;
   for (std::size_t i = 0; i < pieces; ++i) {
     const unsigned choice = random() % 100;
@@ -68,7 +99,8 @@ std::string generateDocument(std::mt19937 &random, std::size_t pieces) {
       doc += randomText(random, 7000 + random() % 6000);  // past the window
     } else if (choice < 94) {
       doc += "<![CDATA[";
-      for (unsigned n = random() % 3000; n > 0; --n) doc += (random() % 4 == 0) ? "<x>" : "ab";
+      for (unsigned n = random() % 3000; n > 0; --n)
+        doc += (random() % 4 == 0) ? "<x>" : "ab";
       doc += "]]>";
     } else if (choice < 96) {
       doc += "<" + std::string(60 + random() % 9000, 'n') + ">";  // long names
@@ -88,10 +120,10 @@ std::string mutate(std::mt19937 &random, std::string doc) {
   for (unsigned n = 1 + random() % 8; n > 0 && !doc.empty(); --n) {
     const std::size_t at = random() % doc.size();
     switch (random() % 4) {
-      case 0: doc[at] = kSpecial[random() % (sizeof kSpecial - 1)]; break;
-      case 1: doc.insert(at, 1, kSpecial[random() % (sizeof kSpecial - 1)]); break;
-      case 2: doc.erase(at, 1 + random() % 16); break;
-      default: doc.resize(at); break;
+    case 0: doc[at] = kSpecial[random() % (sizeof kSpecial - 1)]; break;
+    case 1: doc.insert(at, 1, kSpecial[random() % (sizeof kSpecial - 1)]); break;
+    case 2: doc.erase(at, 1 + random() % 16); break;
+    default: doc.resize(at); break;
     }
   }
   return doc;
@@ -131,7 +163,8 @@ std::string walk(const Reader &reader, unsigned seed, std::size_t maxCalls, bool
       // Names the generated documents close now and then, some rarely.
       static const char *const kEnds[] = {"a", "file", "trustee", "trusteeInfo", "metadata"};
       static const char *const kNearEnds[] = {"file", "trustee", "name", "rights"};
-      const int result = reader.goPastEndTag(nearEnds ? kNearEnds[random() % 4] : kEnds[random() % 5]);
+      const int result =
+          reader.goPastEndTag(nearEnds ? kNearEnds[random() % 4] : kEnds[random() % 5]);
       log += "G" + std::to_string(result) + "\n";
       if (result != 0) break;
     }
@@ -140,7 +173,7 @@ std::string walk(const Reader &reader, unsigned seed, std::size_t maxCalls, bool
 }
 
 class TagReaderDifferentialTest : public testing::Test {
- protected:
+protected:
   void SetUp() override {
     resetProcessState();
     std::signal(SIGPIPE, SIG_IGN);
@@ -226,7 +259,8 @@ TEST_F(TagReaderDifferentialTest, DocumentsLargerThanTheReadAheadReadTheSame) {
   for (unsigned seed = 5000; seed < 5003; ++seed) {
     std::mt19937 random(seed);
     std::string doc;
-    while (doc.size() < (std::size_t{3} << 20)) doc += generateDocument(random, 2000);
+    while (doc.size() < (std::size_t{3} << 20))
+      doc += generateDocument(random, 2000);
     compare(doc, seed, true);
   }
   EXPECT_GT(calls, 10000u);
@@ -241,7 +275,8 @@ TEST_F(TagReaderDifferentialTest, WellFormedRestoreStreamsReadTheSame) {
            ".corp.T.</name><id></id><rights value=\"RW\"><read/><write/></rights></trustee>\n"
            "</file>\n";
   doc += "</trusteeInfo>\n</metadata>\n";
-  for (unsigned seed = 1; seed <= 3; ++seed) compare(doc, seed, true, true);
+  for (unsigned seed = 1; seed <= 3; ++seed)
+    compare(doc, seed, true, true);
   EXPECT_GT(calls, 100000u);  // the walks went through the whole document
 }
 
@@ -262,13 +297,22 @@ TEST_F(TagReaderDifferentialTest, LongDocumentsOfOddPiecesReadTheSame) {
 TEST_F(TagReaderDifferentialTest, WellFormedStreamsWithOddBytesReadTheSame) {
   // A plain document with NUL bytes, long and odd names, empty elements with attributes and CDATA
   // texts holding ']' or '<' dropped in here and there.
-  static const char *const kOdd[] = {
-      std::string_view("\0", 1).data(), "<abcdefghijklmno>", "<abcdefghijklmnop>",
-      "<abcdefghijklmnopqrstuvwxyz01234>", "<abcdefghijklmnopqrstuvwxyz012345/>",
-      "<x1-2.3:4>", "<a b=\"c\"/>", "<trustee type=\"adID\"/>", "<read />",
-      "<path><![CDATA[/a]b]]></path>", "<path><![CDATA[/a<b]]></path>",
-      "<path><![CDATA[/a]]>b</path>", "<path><![CDATA[/a]]>b]]></path>",
-      "<path><![CDATA[]]></path>", "<!-- x -->", "</ >"};
+  static const char *const kOdd[] = {std::string_view("\0", 1).data(),
+                                     "<abcdefghijklmno>",
+                                     "<abcdefghijklmnop>",
+                                     "<abcdefghijklmnopqrstuvwxyz01234>",
+                                     "<abcdefghijklmnopqrstuvwxyz012345/>",
+                                     "<x1-2.3:4>",
+                                     "<a b=\"c\"/>",
+                                     "<trustee type=\"adID\"/>",
+                                     "<read />",
+                                     "<path><![CDATA[/a]b]]></path>",
+                                     "<path><![CDATA[/a<b]]></path>",
+                                     "<path><![CDATA[/a]]>b</path>",
+                                     "<path><![CDATA[/a]]>b]]></path>",
+                                     "<path><![CDATA[]]></path>",
+                                     "<!-- x -->",
+                                     "</ >"};
   for (unsigned seed = 1; seed <= 6; ++seed) {
     std::mt19937 random(seed);
     std::string doc = "<metadata>\n<trusteeInfo>\n";

@@ -18,10 +18,6 @@
 extern "C" char *__strcpy_chk(char *destination, const char *source, std::size_t destinationSize);
 extern "C" char *__strcat_chk(char *destination, const char *source, std::size_t destinationSize);
 
-namespace {
-
-}  // namespace
-
 void toForwardSlashes(char *text) {
   for (char *slash = std::strchr(text, '\\'); slash != nullptr; slash = std::strchr(slash, '\\'))
     *slash = '/';
@@ -69,8 +65,7 @@ int processDirQuotaInfo(const char *mountPoint, const regex_t *filter) {
   bool quotaRefused = false;
   int skip = 0;
   for (;;) {
-    if (const int result = readTag(tag, "processDirQuotaInfo"); result != 0)
-      return result;
+    if (const int result = readTag(tag, "processDirQuotaInfo"); result != 0) return result;
     if (tag.isEndTag != 0) {
       if (tag.is("directory")) break;
     } else if (tag.is("path")) {

@@ -78,8 +78,7 @@ int processFileTrusteeInfo(const char *basePath, const regex_t *filter, const ch
   PathState pathState = PathState::missing;
   int skip = 0;
   for (;;) {
-    if (const int result = readTag(tag, "processFileTrusteeInfo"); result != 0)
-      return result;
+    if (const int result = readTag(tag, "processFileTrusteeInfo"); result != 0) return result;
     if (tag.isEndTag != 0) {
       if (tag.is("file")) return 0;
     } else if (tag.is("path")) {

@@ -68,8 +68,7 @@ int processUserQuotaInfo(const char *volume, const char *tree, int isAd) {
   bool haveName = false;
   bool refused = false;  // a value did not fit its field
   for (;;) {
-    if (const int result = readTag(tag, "processUserQuotaInfo"); result != 0)
-      return result;
+    if (const int result = readTag(tag, "processUserQuotaInfo"); result != 0) return result;
     if (tag.isEndTag != 0) {
       if (tag.is("user")) break;
     } else if (tag.is("name")) {
