@@ -328,18 +328,13 @@ std::string Server::addTrustee(std::string_view req, bool ad) {
   c.need("<symLink/></addTrustee></trustees>");
   if (!c.ok || !c.s.empty())
     return malformed(kind);
-  Rights r = 0;
-  std::string bad;
-  if (!rightsFromElements(rights, r, bad))
-    return makeReply(kind, kBadRequest, "invalid rights", bad);
-  std::string full = xmlDecode(fileName), rel;
-  Volume *v = volumeOfPath(full, rel);
-  if (!v)
-    return makeReply(kind, kNoVolume, "volume not found", fileName);
-  if (!exists(*v, full, rel, false))
-    return makeReply(kind, kNoFile, "file not found", fileName);
+  RightsTarget target = rightsTarget(kind, rights, fileName);
+  if (!target.error.empty())
+    return target.error;
+  Volume *v = target.volume;
+  const std::string &rel = target.relative;
   Trustee t;
-  t.rights = r;
+  t.rights = target.rights;
   t.ad = ad;
   if (ad) {
     const std::string *name = users_.adNameOfSid(who);
@@ -369,20 +364,30 @@ std::string Server::modifyIrf(std::string_view req) {
   c.need("</modifyInheritedRightsFilter></trustees>");
   if (!c.ok || !c.s.empty())
     return malformed(kind);
-  Rights r = 0;
-  std::string bad;
-  if (!rightsFromElements(rights, r, bad))
-    return makeReply(kind, kBadRequest, "invalid rights", bad);
-  std::string full = xmlDecode(fileName), rel;
-  Volume *v = volumeOfPath(full, rel);
-  if (!v)
-    return makeReply(kind, kNoVolume, "volume not found", fileName);
-  if (!exists(*v, full, rel, false))
-    return makeReply(kind, kNoFile, "file not found", fileName);
-  v->setIrf(rel, r);
-  if (Volume *s = gemel ? shadowOf(*v) : nullptr)
-    s->setIrf(rel, r);
+  RightsTarget target = rightsTarget(kind, rights, fileName);
+  if (!target.error.empty())
+    return target.error;
+  target.volume->setIrf(target.relative, target.rights);
+  if (Volume *s = gemel ? shadowOf(*target.volume) : nullptr)
+    s->setIrf(target.relative, target.rights);
   return makeReply(kind, 0, "success", {});
+}
+
+Server::RightsTarget Server::rightsTarget(std::string_view kind, std::string_view rights,
+                                          std::string_view fileName) {
+  RightsTarget target;
+  std::string bad;
+  if (!rightsFromElements(rights, target.rights, bad)) {
+    target.error = makeReply(kind, kBadRequest, "invalid rights", bad);
+    return target;
+  }
+  const std::string full = xmlDecode(fileName);
+  target.volume = volumeOfPath(full, target.relative);
+  if (!target.volume)
+    target.error = makeReply(kind, kNoVolume, "volume not found", fileName);
+  else if (!exists(*target.volume, full, target.relative, false))
+    target.error = makeReply(kind, kNoFile, "file not found", fileName);
+  return target;
 }
 
 std::string Server::removeTrustee(std::string_view req, bool ad) {

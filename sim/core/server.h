@@ -59,6 +59,17 @@ private:
 
   std::string addTrustee(std::string_view req, bool ad);
   std::string modifyIrf(std::string_view req);
+  /// The rights list and the file a trustee or filter request names: on success `error` is
+  /// empty and the rights, the file's volume and its path in the volume are set; otherwise
+  /// `error` is the reply to give.
+  struct RightsTarget {
+    Rights rights = 0;
+    Volume *volume = nullptr;
+    std::string relative;
+    std::string error;
+  };
+  RightsTarget rightsTarget(std::string_view kind, std::string_view rights,
+                            std::string_view fileName);
   std::string removeTrustee(std::string_view req, bool ad);
   std::string userQuota(std::string_view req, bool ad);
   std::string dirQuota(std::string_view req);

@@ -13,11 +13,11 @@ inline constexpr std::size_t kReplyNameSize = 768;
 
 // The request envelopes. A request is an opening text, the operation's elements, optionally
 // <gemelPath/>, and the closing text, with nothing added between them.
-inline constexpr const char *kVolumeRequestClose = "</quillRequest>";
-inline constexpr const char *kVolumeRequestOpen =
+inline constexpr char kVolumeRequestClose[] = "</quillRequest>";
+inline constexpr char kVolumeRequestOpen[] =
     "<virtualIO><datastream name=\"command\"/></virtualIO><quillRequest>";
-inline constexpr const char *kFileRequestClose = "</fileRequest>";
-inline constexpr const char *kFileRequestOpen =
+inline constexpr char kFileRequestClose[] = "</fileRequest>";
+inline constexpr char kFileRequestOpen[] =
     "<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>";
 
 // 1 unless -k: requests then carry <gemelPath/> so the paired shadow volume changes too.

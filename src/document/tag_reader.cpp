@@ -11,6 +11,11 @@
 // shifting moves an offset, and the buffer is compacted only when the read-ahead runs out.
 // Reading ahead does not change what the window holds, because the window's extent is computed
 // from its start, never from how much the last read() returned.
+//
+// Most steps of a real document are short tags and texts far from the window's end, from the end
+// of the read-ahead and from any NUL byte. Such a step cannot meet the window's end, needs no read
+// and no NUL handling, so it is taken a vector of bytes at a time ("fast steps"); every other step,
+// and any fast step that meets something unusual, goes the general way, byte by byte.
 #include "document/tag_reader.h"
 
 #include <unistd.h>
@@ -18,9 +23,12 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 
+#include "document/byte_vectors.h"
+#include "document/open_index.h"
 #include "document/records.h"
 #include "document/run_settings.h"
 
@@ -44,6 +52,10 @@ std::size_t position = 0;
 bool inCdata = false;
 bool pendingEmptyEnd = false;
 std::size_t emptyEndPosition = 0;
+// The length of that empty element's name when the fast step read it (its bytes are then plain
+// name bytes, fewer than 32); otherwise kNone, and the general step takes the end tag.
+constexpr std::size_t kNone = OpenIndex::kNone;
+std::size_t fastPendingLength = kNone;
 // The NUL rule costs nothing while no NUL byte is near: the read-ahead is searched for NULs in
 // large stretches, and `nextNul` remembers the result. No NUL lies in [position, nextNul) at any
 // shift (when position <= nextNul); nextNul is a NUL byte or where the last search stopped.
@@ -55,7 +67,8 @@ enum : unsigned char { kNameByte = 0, kNameStop = 1, kNameBlank = 2, kNameNul = 
 constexpr auto kNameClass = [] {
   std::array<unsigned char, 256> table{};
   table['>'] = table['/'] = kNameStop;
-  for (const unsigned char c : {' ', '\t', '\n', '\v', '\f', '\r'}) table[c] = kNameBlank;
+  for (const unsigned char c : {' ', '\t', '\n', '\v', '\f', '\r'})
+    table[c] = kNameBlank;
   table[0] = kNameNul;
   return table;
 }();
@@ -68,6 +81,11 @@ bool startsWith(std::size_t at, const char *text, std::size_t length) {
   return at + length <= windowEnd && std::memcmp(data + at, text, length) == 0;
 }
 
+// The '<' bytes of the read-ahead.
+OpenIndex opens;
+
+inline bytes16::Vector loadAt(std::size_t at) { return bytes16::load(data + at); }
+
 // Moves the unread input to the front of the read-ahead buffer.
 void compact() {
   const std::size_t offset = windowStart;
@@ -78,6 +96,7 @@ void compact() {
   position -= offset;
   if (pendingEmptyEnd) emptyEndPosition -= offset;
   nextNul = nextNul > offset ? nextNul - offset : 0;
+  opens.forget();
 }
 
 // Reads ahead in large blocks until the loaded input reaches the window's full extent or the
@@ -114,13 +133,18 @@ inline int refill() {
 [[gnu::noinline]] void carryRestAsString() {
   const std::size_t from = std::max(position, nextNul);
   const void *nul = std::memchr(data + from, 0, loaded - from);
-  nextNul = nul != nullptr ? static_cast<std::size_t>(static_cast<const char *>(nul) - data) : loaded;
-  if (nextNul < windowEnd) std::memset(data + nextNul, 0, windowEnd - nextNul);
+  nextNul =
+      nul != nullptr ? static_cast<std::size_t>(static_cast<const char *>(nul) - data) : loaded;
+  if (nextNul < windowEnd) {
+    std::memset(data + nextNul, 0, windowEnd - nextNul);
+    opens.forgetFrom(nextNul);
+  }
 }
 
 // The window starts again at `position`; its unread rest is carried over as a string.
 inline void shift() {
-  if (nextNul < windowEnd) [[unlikely]] carryRestAsString();
+  if (nextNul < windowEnd) [[unlikely]]
+    carryRestAsString();
   windowStart = position;
 }
 
@@ -130,6 +154,117 @@ void appendName(char *name, std::size_t &length, const char *bytes, std::size_t 
   if (count > room) count = room;
   std::memcpy(name + length, bytes, count);
   length += count;
+}
+
+// The fast steps.
+//
+// A fast step starts only when the window is whole, holds no NUL byte, and the '<' it is going to
+// stop at lies inside it, with a whole window and kStepReach bytes more loaded past that '<'. A
+// shift to that '<' then needs no read and carries no NUL over, and the step reads nothing past
+// the new window.
+constexpr std::size_t kStepReach = 256;
+
+// Searches on for NUL bytes when the last search stopped short of the window's end. True when
+// the whole window is free of them.
+[[gnu::noinline]] bool searchNulsAhead() {
+  const std::size_t from = std::max(position, nextNul);
+  const void *nul = std::memchr(data + from, 0, loaded - from);
+  nextNul =
+      nul != nullptr ? static_cast<std::size_t>(static_cast<const char *>(nul) - data) : loaded;
+  return nextNul >= windowStart + kInputWindowSize;
+}
+
+// Where a fast step stops: the next '<', when the ground allows a fast step there, else kNone.
+// The window is then topped up, as the general step's refill would do, without a read.
+[[gnu::always_inline]] inline std::size_t fastStepTarget() {
+  if (pendingEmptyEnd || inCdata) return kNone;
+  const std::size_t end = windowStart + kInputWindowSize;
+  if (loaded < end) return kNone;
+  if (nextNul < end && !searchNulsAhead()) return kNone;
+  const std::size_t open = opens.next(data, loaded, position);
+  if (open >= end || loaded < open + kInputWindowSize + kStepReach) return kNone;
+  if (data[open] != '<') [[unlikely]]
+    return kNone;  // never, while the index is kept right
+  windowEnd = end;
+  return open;
+}
+
+// The window starts again at `at`, the target of a fast step: nothing to carry as a string, and
+// the read-ahead already holds the whole new window.
+inline void shiftTo(std::size_t at) {
+  if (at > windowStart) {
+    windowStart = at;
+    windowEnd = at + kInputWindowSize;
+  }
+  position = at;
+}
+
+// A fast readTag: returns false, with the reading state as a general step expects it, when the
+// step is not an ordinary tag.
+[[gnu::always_inline]] inline bool readTagFast(char *name, unsigned long *isEndTag,
+                                               std::size_t &nameLength) {
+  if (pendingEmptyEnd) {
+    // The end of an empty element whose name the fast step read: its bytes are still there.
+    const std::size_t length = fastPendingLength;
+    if (length == kNone) return false;
+    std::memcpy(name, data + position, 32);
+    name[length] = '\0';
+    nameLength = length;
+    position = std::min(emptyEndPosition + 2, windowEnd);
+    pendingEmptyEnd = false;
+    *isEndTag = 1;
+    return true;
+  }
+  const std::size_t open = fastStepTarget();
+  if (open == kNone) return false;
+  if (open != position) *isEndTag = 0;  // as the general step leaves it after a text
+  shiftTo(open);
+  opens.pass();  // this '<' is passed, whichever way the tag is read
+  std::size_t at = open + 1;
+  if (data[at] == '!') return false;  // CDATA, or a name that starts with '!'
+  const unsigned long endTag = data[at] == '/' ? 1 : 0;
+  at += endTag;
+  const std::size_t nameStart = at;
+  // The name runs up to '>', '/', a blank or a NUL byte, all of them at most '>': look at those
+  // bytes only. Names of more than 31 bytes go the general way.
+  std::uint32_t candidates = bytes16::atMost(loadAt(at), '>') |
+                             bytes16::atMost(loadAt(at + bytes16::kSize), '>') << bytes16::kSize;
+  std::size_t length = 0;
+  for (;; candidates &= candidates - 1) {
+    if (candidates == 0) return false;
+    length = static_cast<std::size_t>(__builtin_ctz(candidates));
+    if (kNameClass[static_cast<unsigned char>(data[at + length])] != kNameByte) break;
+  }
+  std::memcpy(name, data + at, 32);
+  at += length;
+  const char stop = data[at];
+  if (stop == '\0') return false;
+  if (stop != '>' && stop != '/') {
+    // Attributes: only the type="adID" marker after a blank joins the name.
+    const std::uint64_t ends = bytes16::either64(data + at, '>', '/');
+    if (ends == 0) return false;
+    const unsigned endOffset = static_cast<unsigned>(__builtin_ctzll(ends));
+    const std::uint64_t beforeEnd = (std::uint64_t{1} << endOffset) - 1;
+    for (std::uint64_t blanks = bytes16::blanks64(data + at) & beforeEnd; blanks != 0;
+         blanks &= blanks - 1) {
+      const std::size_t blank = at + static_cast<std::size_t>(__builtin_ctzll(blanks));
+      if (std::memcmp(data + blank + 1, kAdMarker, kAdMarkerLength) == 0)
+        appendName(name, length, data + blank, 1 + kAdMarkerLength);
+    }
+    at += endOffset;
+  }
+  name[length] = '\0';
+  nameLength = length;
+  *isEndTag = endTag;
+  if (data[at] == '>') {
+    position = at + 1;
+  } else {  // an empty element: its end tag comes next
+    pendingEmptyEnd = true;
+    emptyEndPosition = at;
+    fastPendingLength = at == nameStart + length ? length : kNone;  // no attributes in between
+    position = nameStart;
+  }
+  return true;
 }
 
 // Parses the tag whose '<' is at `position` (the window's start). Sets nameLength.
@@ -144,7 +279,8 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
   const char *const end = data + windowEnd;
   // The name proper: up to '>', '/', a blank or the data's end. A name holding a NUL byte is
   // left to the general scan below.
-  while (at < end && kNameClass[static_cast<unsigned char>(*at)] == kNameByte) ++at;
+  while (at < end && kNameClass[static_cast<unsigned char>(*at)] == kNameByte)
+    ++at;
   std::size_t length = 0;
   const bool nulInName = at < end && kNameClass[static_cast<unsigned char>(*at)] == kNameNul;
   if (!nulInName) [[likely]] {
@@ -189,13 +325,14 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
   }
   pendingEmptyEnd = true;
   emptyEndPosition = position;
+  fastPendingLength = kNone;
   position = nameStart;
   return 0;
 }
 
-// readTag without the -d trace; also gives the name's length.
-inline int readTagUntraced(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
-  if (pendingEmptyEnd) [[unlikely]] {
+// readTag the general way, without the -d trace; also gives the name's length.
+[[gnu::noinline]] int readTagGeneral(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
+  if (pendingEmptyEnd) {
     std::size_t length = 0;
     appendName(name, length, data + position, emptyEndPosition - position);
     name[length] = '\0';
@@ -206,7 +343,8 @@ inline int readTagUntraced(char *name, unsigned long *isEndTag, std::size_t &nam
     return 0;
   }
   for (;;) {
-    if (const int error = refill(); error != 0) [[unlikely]] return error;
+    if (const int error = refill(); error != 0) [[unlikely]]
+      return error;
     if (windowEnd == windowStart) [[unlikely]] {
       name[0] = '\0';
       nameLength = 0;
@@ -254,51 +392,77 @@ inline int readTagUntraced(char *name, unsigned long *isEndTag, std::size_t &nam
 }
 
 // readTag with the name's length, for the readers below.
-inline int readTagMeasured(char *name, unsigned long *isEndTag, const char *label,
-                           std::size_t &nameLength) {
-  const int result = readTagUntraced(name, isEndTag, nameLength);
+[[gnu::always_inline]] inline int readTagMeasured(char *name, unsigned long *isEndTag,
+                                                  const char *label, std::size_t &nameLength) {
+  const int result =
+      readTagFast(name, isEndTag, nameLength) ? 0 : readTagGeneral(name, isEndTag, nameLength);
   if (debug) [[unlikely]]
     std::printf("**%s** ccode=%d  endtag=%lu  tag=%s\n", label, result, *isEndTag, name);
   return result;
 }
 
-}  // namespace
-
-int readTag(char *name, unsigned long *isEndTag, const char *label) {
-  std::size_t nameLength = 0;
-  return readTagMeasured(name, isEndTag, label, nameLength);
-}
-
-int readContents(char *text, std::size_t textSize, bool *tooLong) {
-  if (tooLong != nullptr) *tooLong = false;
+// A text being gathered into the caller's field: at most size - 1 bytes are kept, the rest is
+// read past and marks the text as too long.
+struct TextField {
+  char *text;
+  std::size_t size;
+  bool *tooLong;
   std::size_t length = 0;
-  const auto append = [&](const char *bytes, std::size_t count) {
-    std::size_t room = textSize - 1 - length;
+
+  void append(const char *bytes, std::size_t count) {
+    const std::size_t room = size - 1 - length;
     if (count > room) {
       if (tooLong != nullptr) *tooLong = true;
       count = room;
     }
     std::memcpy(text + length, bytes, count);
     length += count;
-  };
-  if (pendingEmptyEnd) {
-    text[0] = '\0';
-    return 0;
   }
+  int finish(int result) {
+    text[length] = '\0';
+    return result;
+  }
+};
+
+// The fast step of readContents: a text up to the next '<', or a CDATA text whose "]]>" stands
+// just before the next '<' with no other ']' before it. Returns false when the general way must
+// go on from where it stopped.
+[[gnu::always_inline]] inline bool readContentsFast(TextField &field) {
+  const std::size_t open = fastStepTarget();
+  if (open == kNone) return false;
+  field.append(data + position, open - position);
+  shiftTo(open);
+  if (!startsWith(open, kCdataOpen, kCdataOpenLength)) return true;
+  inCdata = true;
+  position = open + kCdataOpenLength;
+  const std::size_t next = opens.next(data, loaded, position);
+  if (next >= windowEnd || next < position + 3 || !startsWith(next - 3, "]]>", 3)) return false;
+  const std::size_t close = next - 3;
+  for (std::size_t at = position; at < close; at += bytes16::kSize) {
+    unsigned brackets = bytes16::equal(loadAt(at), ']');
+    if (close - at < bytes16::kSize) brackets &= (1u << (close - at)) - 1;
+    if (brackets != 0) return false;
+  }
+  field.append(data + position, close - position);
+  inCdata = false;
+  position = close + 1;  // left on the second ']'
+  return true;
+}
+
+// readContents the general way, from where the fast step left the field.
+[[gnu::noinline]] int readContentsGeneral(TextField &field) {
   for (;;) {
     if (const int error = refill(); error != 0) {
-      text[length] = '\0';
-      return error;
+      return field.finish(error);
     }
     if (windowEnd == windowStart) {
-      text[0] = '\0';
+      field.text[0] = '\0';
       return kEndOfInput;
     }
     for (;;) {
       if (position == windowEnd) {
         shift();
-        text[length] = '\0';
-        return 0;
+        return field.finish(0);
       }
       const char c = data[position];
       if (c == '<' && position > windowStart) {
@@ -309,8 +473,7 @@ int readContents(char *text, std::size_t textSize, bool *tooLong) {
         if (c == ']' && startsWith(position, "]]>", 3)) {
           inCdata = false;
           position += 1;  // left on the second ']'
-          text[length] = '\0';
-          return 0;
+          return field.finish(0);
         }
         // Inside CDATA a '<' past the window's start still shifts the window (above).
         std::size_t end = position + 1;
@@ -321,7 +484,7 @@ int readContents(char *text, std::size_t textSize, bool *tooLong) {
         if (const void *open = std::memchr(data + position + 1, '<', end - position - 1);
             open != nullptr)
           end = static_cast<std::size_t>(static_cast<const char *>(open) - data);
-        append(data + position, end - position);
+        field.append(data + position, end - position);
         position = end;
         continue;
       }
@@ -330,7 +493,7 @@ int readContents(char *text, std::size_t textSize, bool *tooLong) {
         const std::size_t end =
             next != nullptr ? static_cast<std::size_t>(static_cast<const char *>(next) - data)
                             : windowEnd;
-        append(data + position, end - position);
+        field.append(data + position, end - position);
         position = end;
         continue;
       }
@@ -339,10 +502,32 @@ int readContents(char *text, std::size_t textSize, bool *tooLong) {
         position += kCdataOpenLength;
         continue;
       }
-      text[length] = '\0';
-      return 0;
+      return field.finish(0);
     }
   }
+}
+
+}  // namespace
+
+int readTag(char *name, unsigned long *isEndTag, const char *label) {
+  std::size_t nameLength = 0;
+  return readTagMeasured(name, isEndTag, label, nameLength);
+}
+
+int readTag(Tag &tag, const char *label) {
+  return readTagMeasured(tag.name, &tag.isEndTag, label, tag.length);
+}
+
+int readContents(char *text, std::size_t textSize, bool *tooLong) {
+  if (tooLong != nullptr) *tooLong = false;
+  if (pendingEmptyEnd) {
+    text[0] = '\0';
+    return 0;
+  }
+  TextField field{text, textSize, tooLong};
+  if (readContentsFast(field)) [[likely]]
+    return field.finish(0);
+  return readContentsGeneral(field);
 }
 
 int goPastEndTag(const char *name) {
@@ -388,5 +573,7 @@ void resetTagReader() {
   inCdata = false;
   pendingEmptyEnd = false;
   emptyEndPosition = 0;
+  fastPendingLength = kNone;
   nextNul = 0;
+  opens.forget();
 }

@@ -2,6 +2,10 @@
 // 8,192-byte window. One reading state for the whole process.
 #pragma once
 #include <cstddef>
+#include <cstring>
+#include <string_view>
+
+#include "document/records.h"
 
 inline constexpr int kEndOfInput = -99;
 inline constexpr std::size_t kInputWindowSize = 8192;
@@ -10,6 +14,20 @@ inline constexpr std::size_t kInputWindowSize = 8192;
 // (or, when only text was left in the window, with name and *isEndTag as they were), -99 at the
 // end of input, or an errno value. `label` names the caller in the -d trace.
 int readTag(char *name, unsigned long *isEndTag, const char *label);
+
+// A tag as the walkers read it: its name with the name's length, and whether it is an end tag.
+struct Tag {
+  char name[kTagNameSize] = "";
+  std::size_t length = 0;  // strlen(name)
+  unsigned long isEndTag = 0;
+
+  bool is(std::string_view text) const {
+    return length == text.size() && std::memcmp(name, text.data(), length) == 0;
+  }
+};
+
+// readTag into a Tag.
+int readTag(Tag &tag, const char *label);
 
 // Copies the current element's text (up to the next tag) into text. Returns 0, -99 or an errno
 // value. A text longer than textSize - 1 is still read past as usual, but only its first

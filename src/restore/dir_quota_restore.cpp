@@ -18,12 +18,6 @@
 extern "C" char *__strcpy_chk(char *destination, const char *source, std::size_t destinationSize);
 extern "C" char *__strcat_chk(char *destination, const char *source, std::size_t destinationSize);
 
-namespace {
-
-bool is(const char *tag, const char *name) { return std::strcmp(tag, name) == 0; }
-
-}  // namespace
-
 void toForwardSlashes(char *text) {
   for (char *slash = std::strchr(text, '\\'); slash != nullptr; slash = std::strchr(slash, '\\'))
     *slash = '/';
@@ -45,23 +39,21 @@ int restoreDirQuotas(const char *mountPoint, const regex_t *filter) {
 }
 
 int walkDirQuotaSection(const char *mountPoint, const regex_t *filter) {
-  char tag[kTagNameSize] = "";
-  unsigned long isEndTag = 0;
+  Tag tag;
   for (;;) {
-    if (const int result = readTag(tag, &isEndTag, "restoreDirQuotas"); result != 0) return result;
-    if (isEndTag != 0) {
-      if (is(tag, "dirInfo")) return 0;
-    } else if (is(tag, "directory")) {
+    if (const int result = readTag(tag, "restoreDirQuotas"); result != 0) return result;
+    if (tag.isEndTag != 0) {
+      if (tag.is("dirInfo")) return 0;
+    } else if (tag.is("directory")) {
       if (const int result = processDirQuotaInfo(mountPoint, filter); result != 0) return result;
     } else {
-      reportUnrecognizedTag(tag);
+      reportUnrecognizedTag(tag.name);
     }
   }
 }
 
 int processDirQuotaInfo(const char *mountPoint, const regex_t *filter) {
-  char tag[kTagNameSize] = "";
-  unsigned long isEndTag = 0;
+  Tag tag;
   char quota[kQuotaTextSize];
   char path[kPathTextSize];
   char fullName[kPathTextSize];
@@ -73,11 +65,10 @@ int processDirQuotaInfo(const char *mountPoint, const regex_t *filter) {
   bool quotaRefused = false;
   int skip = 0;
   for (;;) {
-    if (const int result = readTag(tag, &isEndTag, "processDirQuotaInfo"); result != 0)
-      return result;
-    if (isEndTag != 0) {
-      if (is(tag, "directory")) break;
-    } else if (is(tag, "path")) {
+    if (const int result = readTag(tag, "processDirQuotaInfo"); result != 0) return result;
+    if (tag.isEndTag != 0) {
+      if (tag.is("directory")) break;
+    } else if (tag.is("path")) {
       bool tooLong = false;
       if (const int result = readContents(path, sizeof path, &tooLong); result != 0) return result;
       goPastEndTag("path");
@@ -91,7 +82,7 @@ int processDirQuotaInfo(const char *mountPoint, const regex_t *filter) {
       __strcat_chk(fullName, path, sizeof fullName);
       toForwardSlashes(fullName);
       if (filter != nullptr) skip = regexec(filter, fullName, 0, nullptr, 0) != 0 ? 1 : 0;
-    } else if (is(tag, "quotaAmount")) {
+    } else if (tag.is("quotaAmount")) {
       bool tooLong = false;
       if (const int result = readContents(quota, sizeof quota, &tooLong); result != 0)
         return result;
@@ -99,8 +90,8 @@ int processDirQuotaInfo(const char *mountPoint, const regex_t *filter) {
       haveQuota = true;
       quotaRefused = tooLong;
       if (tooLong) reportValueTooLong("quotaAmount");
-    } else if (!is(tag, "zid") && !is(tag, "spaceUsed")) {
-      reportUnrecognizedTag(tag);
+    } else if (!tag.is("zid") && !tag.is("spaceUsed")) {
+      reportUnrecognizedTag(tag.name);
     }
   }
 

@@ -11,9 +11,22 @@ class RequestText {
  public:
   RequestText() { requestBuffer[0] = '\0'; }
 
-  // Appends a NUL-terminated piece (a literal's length is known when this is inlined).
+  // Appends a NUL-terminated piece.
   RequestText &operator<<(const char *piece) {
     append(piece, std::strlen(piece));
+    return *this;
+  }
+
+  // Appends a literal: a copy of known size whenever it fits whole.
+  template <std::size_t N> RequestText &operator<<(const char (&piece)[N]) {
+    constexpr std::size_t count = N - 1;
+    if (count <= kRequestBufferSize - 1 - length_) [[likely]] {
+      std::memcpy(requestBuffer + length_, piece, count);
+      length_ += count;
+      requestBuffer[length_] = '\0';
+    } else {
+      append(piece, count);
+    }
     return *this;
   }
 

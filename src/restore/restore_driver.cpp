@@ -17,8 +17,6 @@ static_assert(kBasePathSize == kMountPointSize, "the base path holds a mount poi
 
 namespace {
 
-bool is(const char *tag, const char *name) { return std::strcmp(tag, name) == 0; }
-
 void progress(const char *line) {
   if (showActions) std::puts(line);
 }
@@ -30,22 +28,21 @@ int restoreMetadata(const char *volumeName, const regex_t *filter, const char *m
   MaskFlags flags;
   if (const int result = parseMask(mask, flags); result != 0) return result;
 
-  char tag[kTagNameSize] = "";
-  unsigned long isEndTag = 0;
-  if (readTag(tag, &isEndTag, "restoreMetadata(1)") != 0 || !is(tag, "metadata")) {
+  Tag tag;
+  if (readTag(tag, "restoreMetadata(1)") != 0 || !tag.is("metadata")) {
     std::fprintf(stderr, "Unrecognized file contents.  Unable to start the restore\n");
     return -1;
   }
 
   char basePath[kBasePathSize];
   for (;;) {
-    if (const int result = readTag(tag, &isEndTag, "restoreMetadata"); result != 0) return result;
-    if (isEndTag != 0) {
-      if (is(tag, "metadata")) return 0;
+    if (const int result = readTag(tag, "restoreMetadata"); result != 0) return result;
+    if (tag.isEndTag != 0) {
+      if (tag.is("metadata")) return 0;
       continue;
     }
     int result = 0;
-    if (is(tag, "trusteeInfo")) {
+    if (tag.is("trusteeInfo")) {
       if (!flags.trustees) {
         result = goPastEndTag("trusteeInfo");
       } else {
@@ -57,7 +54,7 @@ int restoreMetadata(const char *volumeName, const regex_t *filter, const char *m
         if (result == 0) result = restoreTrustees(basePath, filter, tree, rxlMode);
         if (result == 0) progress("Restoring trustees - completed");
       }
-    } else if (is(tag, "userInfo")) {
+    } else if (tag.is("userInfo")) {
       if (!flags.userQuotas || rxlMode) {
         result = goPastEndTag("userInfo");
       } else {
@@ -65,7 +62,7 @@ int restoreMetadata(const char *volumeName, const regex_t *filter, const char *m
         result = restoreUserQuotas(volumeName, tree);
         if (result == 0) progress("Restoring user quotas - completed");
       }
-    } else if (is(tag, "dirInfo")) {
+    } else if (tag.is("dirInfo")) {
       if (!flags.dirQuotas || rxlMode) {
         result = goPastEndTag("dirInfo");
       } else {
@@ -75,7 +72,7 @@ int restoreMetadata(const char *volumeName, const regex_t *filter, const char *m
         if (result == 0) progress("Restoring directory quotas - completed");
       }
     } else {
-      reportUnrecognizedTag(tag);
+      reportUnrecognizedTag(tag.name);
     }
     if (result != 0) return result;
   }

@@ -20,13 +20,6 @@
 
 namespace {
 
-// Whether the tag read is `name`. Tag buffers are kTagNameSize bytes, all initialised, so
-// comparing the name's bytes with its NUL is exact and costs a few word compares.
-template <std::size_t N> bool is(const char *tag, const char (&name)[N]) {
-  static_assert(N <= kTagNameSize);
-  return std::memcmp(tag, name, N) == 0;
-}
-
 // Where a file element stands with its path.
 enum class PathState { missing, refused, ready };
 
@@ -61,25 +54,23 @@ int restoreTrustees(char *basePath, const regex_t *filter, const char *tree, int
 }
 
 int walkTrusteeSection(const char *basePath, const regex_t *filter, const char *tree, int rxlMode) {
-  char tag[kTagNameSize] = "";
-  unsigned long isEndTag = 0;
+  Tag tag;
   for (;;) {
-    if (const int result = readTag(tag, &isEndTag, "restoreTrustees"); result != 0) return result;
-    if (isEndTag != 0) {
-      if (is(tag, "trusteeInfo")) return 0;
-    } else if (is(tag, "file")) {
+    if (const int result = readTag(tag, "restoreTrustees"); result != 0) return result;
+    if (tag.isEndTag != 0) {
+      if (tag.is("trusteeInfo")) return 0;
+    } else if (tag.is("file")) {
       if (const int result = processFileTrusteeInfo(basePath, filter, tree, rxlMode); result != 0)
         return result;
     } else {
-      reportUnrecognizedTag(tag);
+      reportUnrecognizedTag(tag.name);
     }
   }
 }
 
 int processFileTrusteeInfo(const char *basePath, const regex_t *filter, const char *tree,
                            int rxlMode) {
-  char tag[kTagNameSize] = "";
-  unsigned long isEndTag = 0;
+  Tag tag;
   char pathText[kPathTextSize];
   char fullPath[kPathTextSize];
   char irf[kRightsListSize];
@@ -87,11 +78,10 @@ int processFileTrusteeInfo(const char *basePath, const regex_t *filter, const ch
   PathState pathState = PathState::missing;
   int skip = 0;
   for (;;) {
-    if (const int result = readTag(tag, &isEndTag, "processFileTrusteeInfo"); result != 0)
-      return result;
-    if (isEndTag != 0) {
-      if (is(tag, "file")) return 0;
-    } else if (is(tag, "path")) {
+    if (const int result = readTag(tag, "processFileTrusteeInfo"); result != 0) return result;
+    if (tag.isEndTag != 0) {
+      if (tag.is("file")) return 0;
+    } else if (tag.is("path")) {
       bool tooLong = false;
       if (const int result = readContents(pathText, sizeof pathText, &tooLong); result != 0)
         return result;
@@ -108,14 +98,14 @@ int processFileTrusteeInfo(const char *basePath, const regex_t *filter, const ch
       std::memcpy(fullPath + baseLength, pathText, pathLength + 1);
       pathState = PathState::ready;
       if (filter != nullptr) skip = regexec(filter, fullPath, 0, nullptr, 0) != 0 ? 1 : 0;
-    } else if (is(tag, "trustee") || is(tag, kAdTrusteeElement)) {
-      if (pathState == PathState::missing) reportNoPath(tag);
-      const int isAd = is(tag, kAdTrusteeElement) ? 1 : 0;
+    } else if (tag.is("trustee") || tag.is(kAdTrusteeElement)) {
+      if (pathState == PathState::missing) reportNoPath(tag.name);
+      const int isAd = tag.is(kAdTrusteeElement) ? 1 : 0;
       const int skipThis = pathState == PathState::ready ? skip : 1;
       if (const int result = processATrustee(fullPath, tree, skipThis, rxlMode, isAd); result != 0)
         return result;
-    } else if (is(tag, "inheritedRightsFilter")) {
-      if (pathState == PathState::missing) reportNoPath(tag);
+    } else if (tag.is("inheritedRightsFilter")) {
+      if (pathState == PathState::missing) reportNoPath(tag.name);
       bool tooLong = false;
       getRights(irf, "inheritedRightsFilter", sizeof irf, &tooLong);
       if (pathState != PathState::ready || skip) continue;
@@ -126,15 +116,14 @@ int processFileTrusteeInfo(const char *basePath, const regex_t *filter, const ch
       } else {
         modifyInheritedRightsFilter(fullPath, irf);
       }
-    } else if (!is(tag, "zid") && !is(tag, "id")) {
-      reportUnrecognizedTag(tag);
+    } else if (!tag.is("zid") && !tag.is("id")) {
+      reportUnrecognizedTag(tag.name);
     }
   }
 }
 
 int processATrustee(const char *fullPath, const char *tree, int skip, int rxlMode, int isAd) {
-  char tag[kTagNameSize] = "";
-  unsigned long isEndTag = 0;
+  Tag tag;
   char name[kNameTextSize];
   char id[kIdTextSize];
   char rights[kRightsListSize];
@@ -144,10 +133,10 @@ int processATrustee(const char *fullPath, const char *tree, int skip, int rxlMod
   // A value that did not fit its field: the trustee is not restored.
   bool refused = false;
   for (;;) {
-    if (const int result = readTag(tag, &isEndTag, "processATrustee"); result != 0) return result;
-    if (isEndTag != 0) {
-      if (is(tag, "trustee")) break;
-    } else if (is(tag, "name")) {
+    if (const int result = readTag(tag, "processATrustee"); result != 0) return result;
+    if (tag.isEndTag != 0) {
+      if (tag.is("trustee")) break;
+    } else if (tag.is("name")) {
       bool tooLong = false;
       if (const int result = readContents(name, sizeof name, &tooLong); result != 0) return result;
       if (tooLong || !replaceTreeName(name, tree, sizeof name)) {
@@ -155,14 +144,14 @@ int processATrustee(const char *fullPath, const char *tree, int skip, int rxlMod
         refused = true;
       }
       goPastEndTag("name");
-    } else if (is(tag, "rights")) {
+    } else if (tag.is("rights")) {
       bool tooLong = false;
       getRights(rights, "rights", sizeof rights, &tooLong);
       if (tooLong) {
         reportValueTooLong("rights");
         refused = true;
       }
-    } else if (is(tag, "id")) {
+    } else if (tag.is("id")) {
       bool tooLong = false;
       if (const int result = readContents(id, sizeof id, &tooLong); result != 0) return result;
       if (tooLong) {
@@ -170,8 +159,8 @@ int processATrustee(const char *fullPath, const char *tree, int skip, int rxlMod
         refused = true;
       }
       goPastEndTag("id");
-    } else if (!is(tag, "zid")) {
-      reportUnrecognizedTag(tag);
+    } else if (!tag.is("zid")) {
+      reportUnrecognizedTag(tag.name);
     }
   }
 

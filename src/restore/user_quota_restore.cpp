@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 
 #include "channel/admin_channel.h"
 #include "document/records.h"
@@ -16,14 +17,12 @@
 
 namespace {
 
-bool is(const char *tag, const char *name) { return std::strcmp(tag, name) == 0; }
-
 // Children of a user record that carry nothing for the request.
-bool isIgnoredUserChild(const char *tag) {
-  static constexpr const char *kIgnored[] = {"spaceUsed", "id",     "idNotFound",   "time",
-                                             "utc",       "string", "numberOfTimes"};
-  for (const char *ignored : kIgnored)
-    if (is(tag, ignored)) return true;
+bool isIgnoredUserChild(const Tag &tag) {
+  static constexpr std::string_view kIgnored[] = {"spaceUsed", "id",     "idNotFound",   "time",
+                                                  "utc",       "string", "numberOfTimes"};
+  for (const std::string_view ignored : kIgnored)
+    if (tag.is(ignored)) return true;
   return false;
 }
 
@@ -45,24 +44,22 @@ int restoreUserQuotas(const char *volume, const char *tree) {
 }
 
 int walkUserQuotaSection(const char *volume, const char *tree) {
-  char tag[kTagNameSize] = "";
-  unsigned long isEndTag = 0;
+  Tag tag;
   for (;;) {
-    if (const int result = readTag(tag, &isEndTag, "restoreUserQuotas"); result != 0) return result;
-    if (isEndTag != 0) {
-      if (is(tag, "userInfo")) return 0;
-    } else if (is(tag, "user") || is(tag, kAdUserElement)) {
-      const int isAd = is(tag, kAdUserElement) ? 1 : 0;
+    if (const int result = readTag(tag, "restoreUserQuotas"); result != 0) return result;
+    if (tag.isEndTag != 0) {
+      if (tag.is("userInfo")) return 0;
+    } else if (tag.is("user") || tag.is(kAdUserElement)) {
+      const int isAd = tag.is(kAdUserElement) ? 1 : 0;
       if (const int result = processUserQuotaInfo(volume, tree, isAd); result != 0) return result;
     } else {
-      reportUnrecognizedTag(tag);
+      reportUnrecognizedTag(tag.name);
     }
   }
 }
 
 int processUserQuotaInfo(const char *volume, const char *tree, int isAd) {
-  char tag[kTagNameSize] = "";
-  unsigned long isEndTag = 0;
+  Tag tag;
   char quota[kQuotaTextSize];
   char name[kNameTextSize];
   quota[0] = '\0';
@@ -71,11 +68,10 @@ int processUserQuotaInfo(const char *volume, const char *tree, int isAd) {
   bool haveName = false;
   bool refused = false;  // a value did not fit its field
   for (;;) {
-    if (const int result = readTag(tag, &isEndTag, "processUserQuotaInfo"); result != 0)
-      return result;
-    if (isEndTag != 0) {
-      if (is(tag, "user")) break;
-    } else if (is(tag, "name")) {
+    if (const int result = readTag(tag, "processUserQuotaInfo"); result != 0) return result;
+    if (tag.isEndTag != 0) {
+      if (tag.is("user")) break;
+    } else if (tag.is("name")) {
       bool tooLong = false;
       if (const int result = readContents(name, sizeof name, &tooLong); result != 0) return result;
       haveName = true;
@@ -84,7 +80,7 @@ int processUserQuotaInfo(const char *volume, const char *tree, int isAd) {
         refused = true;
       }
       goPastEndTag("name");
-    } else if (is(tag, "quotaAmount")) {
+    } else if (tag.is("quotaAmount")) {
       bool tooLong = false;
       if (const int result = readContents(quota, sizeof quota, &tooLong); result != 0)
         return result;
@@ -95,7 +91,7 @@ int processUserQuotaInfo(const char *volume, const char *tree, int isAd) {
       }
       goPastEndTag("quotaAmount");
     } else if (!isIgnoredUserChild(tag)) {
-      reportUnrecognizedTag(tag);
+      reportUnrecognizedTag(tag.name);
     }
   }
 
