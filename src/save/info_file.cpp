@@ -11,9 +11,9 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "channel/admin_channel.h"
 #include "document/run_settings.h"
 #include "save/info_filters.h"
+#include "save/info_wrapper.h"
 
 namespace {
 
@@ -74,10 +74,11 @@ struct Buffers {
 
 // Reads the open file until a read returns 0. Its stat size is only a first guess at the room
 // needed (the file system reports 0 for its virtual files); the buffer grows geometrically.
-// Reads go in chunks small enough that each is still in the cache when it is searched for a NUL:
-// the text ends at its first NUL, so *size is that position (or all that was read).
+// Reads go in chunks small enough that each is still in the cache when it is searched for a NUL
+// and for the reply wrapper's tags: the text ends at its first NUL, so *size is that position (or
+// all that was read).
 // Returns 0 with the text terminated where the data ends, 12, or the errno of a failed read.
-int readWhole(int fd, TextBuffer &text, std::size_t *size) {
+int readWhole(int fd, TextBuffer &text, std::size_t *size, WrapperTagFinder &wrapper) {
   std::size_t capacity = kReadStep + 1;
   struct stat info;
   if (fstat(fd, &info) == 0 && info.st_size > 0 &&
@@ -112,6 +113,8 @@ int readWhole(int fd, TextBuffer &text, std::size_t *size) {
     if (firstNul == kNoNul) {
       if (const void *nul = std::memchr(at, '\0', static_cast<std::size_t>(count)); nul != nullptr)
         firstNul = static_cast<std::size_t>(static_cast<const char *>(nul) - text.data());
+      // Nothing after the first NUL is part of the text.
+      wrapper.scan(text.data(), used + static_cast<std::size_t>(count));
     }
     used += static_cast<std::size_t>(count);
   }
@@ -160,12 +163,13 @@ int extractInfoFile(const char *infoDir, const char *fileName, const char *path,
     return -1;
   }
   std::size_t size = 0;
-  if (int status = readWhole(buffers.fd, buffers.text, &size); status != 0) return status;
+  WrapperTagFinder wrapper;
+  if (int status = readWhole(buffers.fd, buffers.text, &size, wrapper); status != 0) return status;
 
   // The text ends at its first NUL; from here on its length is carried, never measured again.
   int length = static_cast<int>(size);
   if (length == 0) return 0;
-  char *text = stripReplyWrapperInPlace(buffers.text.data(), &length);
+  char *text = stripInfoWrapper(buffers.text.data(), &length, wrapper.found(size));
   if (filterByUserType(fileName, text, &length) != 0) return -1;
   size = static_cast<std::size_t>(length);
 

@@ -1,9 +1,25 @@
-// Finding a fixed tag text in a large info-file text.
+// Finding fixed tag texts in a large info-file text.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 // The first occurrence of needle in [begin, end), or nullptr. NUL bytes are ordinary bytes here.
 // An empty needle is found at begin.
 const char *findTag(const char *begin, const char *end, std::string_view needle);
+
+// The searches use 32-byte vectors when the processor has them, else 16-byte ones. Tests turn the
+// wide ones off to check the other loop; resetTagSearch() restores the processor's choice.
+void setWideTagSearch(bool allowed);
+void resetTagSearch();
+
+// A tag ready for quick comparison: its first eight bytes as one word under a mask, and for a
+// longer tag its last eight bytes as another. Used by the search loops.
+struct PreparedTag {
+  const char *data;
+  std::size_t size;
+  std::uint64_t word;
+  std::uint64_t mask;
+  std::uint64_t tail;
+};
