@@ -22,14 +22,14 @@ constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 class ForwardSearch {
  public:
   ForwardSearch(const char *text, std::size_t size, std::string_view needle)
-      : text_(text), size_(size), needle_(needle) {}
+      : text_(text), size_(size), tag_(prepareTag(needle)) {}
 
   std::size_t from(std::size_t position) {
     if (known_ && (found_ == kNone || found_ >= position)) return found_;
     known_ = true;
     found_ = kNone;
     if (position <= size_) {
-      const char *hit = findTag(text_ + position, text_ + size_, needle_);
+      const char *hit = findPreparedTag(tag_, text_ + position, text_ + size_);
       if (hit != nullptr) found_ = static_cast<std::size_t>(hit - text_);
     }
     return found_;
@@ -38,7 +38,7 @@ class ForwardSearch {
  private:
   const char *text_;
   std::size_t size_;
-  std::string_view needle_;
+  PreparedTag tag_;
   bool known_ = false;
   std::size_t found_ = kNone;
 };

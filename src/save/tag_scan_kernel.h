@@ -12,39 +12,44 @@
 
 namespace {
 
-// Does the tag start at p? The text ends at end.
+// Does the tag start at p? The text ends at end. No calls, so that the search loop keeps its
+// vectors in registers.
 inline bool tagAt(const PreparedTag &tag, const char *p, const char *end) {
   const std::size_t available = static_cast<std::size_t>(end - p);
   if (available < tag.size) return false;
-  if (available < 8) return std::memcmp(p, tag.data, tag.size) == 0;
+  if (available < 8) {
+    for (std::size_t i = 0; i < tag.size; ++i)
+      if (p[i] != tag.data[i]) return false;
+    return true;
+  }
   std::uint64_t word;
   std::memcpy(&word, p, 8);
   if (((word ^ tag.word) & tag.mask) != 0) return false;
   if (tag.size <= 8) return true;
   std::memcpy(&word, p + tag.size - 8, 8);
   if (word != tag.tail) return false;
-  return tag.size <= 16 || std::memcmp(p + 8, tag.data + 8, tag.size - 16) == 0;
+  for (std::size_t i = 8; i + 8 < tag.size; ++i)
+    if (p[i] != tag.data[i]) return false;
+  return true;
 }
 
-// The first occurrence of a tag of at least three bytes in [p, end): places are screened on three
-// of its bytes (the first, a distinctive one near the start and the last), a vector at a time;
-// returns the place where the vector loop stopped in *rest when nothing was found before it.
+// The first occurrence of a tag of at least three bytes in [p, end): places are screened on two
+// of its bytes (a distinctive one near the start, past a leading "</", and the last), a vector at
+// a time, and the survivors compared whole; returns the place where the vector loop stopped in
+// *rest when nothing was found before it.
 template <class Ops>
 const char *findTagWith(const PreparedTag &tag, const char *p, const char *end,
                         const char **rest) {
   using V = typename Ops::V;
   const std::size_t size = tag.size;
   const std::size_t middle = tag.data[1] == '/' ? 2 : 1;
-  const V first = Ops::splat(tag.data[0]);
   const V second = Ops::splat(tag.data[middle]);
   const V last = Ops::splat(tag.data[size - 1]);
   // Every load of a vector at p + size - 1 stays inside the text.
   while (static_cast<std::size_t>(end - p) >= size - 1 + Ops::kWidth) {
-    const V a = Ops::load(p);
     const V b = Ops::load(p + middle);
     const V c = Ops::load(p + size - 1);
-    auto bits = Ops::bits(Ops::both(Ops::both(Ops::eq(a, first), Ops::eq(b, second)),
-                                    Ops::eq(c, last)));
+    auto bits = Ops::bits(Ops::both(Ops::eq(b, second), Ops::eq(c, last)));
     while (bits != 0) {
       const char *q = p + __builtin_ctz(bits);
       bits &= bits - 1;

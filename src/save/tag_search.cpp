@@ -44,6 +44,8 @@ bool useWide() {
   return has && wideAllowed;
 }
 
+}  // namespace
+
 PreparedTag prepareTag(std::string_view tag) {
   PreparedTag prepared{tag.data(), tag.size(), 0, 0, 0};
   const std::size_t head = tag.size() < 8 ? tag.size() : 8;
@@ -53,18 +55,19 @@ PreparedTag prepareTag(std::string_view tag) {
   return prepared;
 }
 
-}  // namespace
-
 void setWideTagSearch(bool allowed) { wideAllowed = allowed; }
 void resetTagSearch() { wideAllowed = true; }
 
 const char *findTag(const char *begin, const char *end, std::string_view needle) {
-  const std::size_t size = needle.size();
+  return findPreparedTag(prepareTag(needle), begin, end);
+}
+
+const char *findPreparedTag(const PreparedTag &tag, const char *begin, const char *end) {
+  const std::size_t size = tag.size;
   if (size == 0) return begin;
   if (begin >= end || static_cast<std::size_t>(end - begin) < size) return nullptr;
   const char *p = begin;
   if (size >= 3) {
-    const PreparedTag tag = prepareTag(needle);
     const char *hit = nullptr;
 #if defined(__x86_64__)
     if (useWide())
@@ -76,6 +79,6 @@ const char *findTag(const char *begin, const char *end, std::string_view needle)
 #endif
     if (hit != nullptr) return hit;
   }
-  void *hit = memmem(p, static_cast<std::size_t>(end - p), needle.data(), size);
+  void *hit = memmem(p, static_cast<std::size_t>(end - p), tag.data, size);
   return static_cast<const char *>(hit);
 }

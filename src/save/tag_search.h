@@ -15,7 +15,7 @@ void setWideTagSearch(bool allowed);
 void resetTagSearch();
 
 // A tag ready for quick comparison: its first eight bytes as one word under a mask, and for a
-// longer tag its last eight bytes as another. Used by the search loops.
+// longer tag its last eight bytes as another. It refers to the tag's text, which must outlive it.
 struct PreparedTag {
   const char *data;
   std::size_t size;
@@ -23,3 +23,7 @@ struct PreparedTag {
   std::uint64_t mask;
   std::uint64_t tail;
 };
+
+// findTag for a tag prepared once for many searches.
+PreparedTag prepareTag(std::string_view tag);
+const char *findPreparedTag(const PreparedTag &tag, const char *begin, const char *end);
