@@ -110,11 +110,10 @@ int readWhole(int fd, TextBuffer &text, std::size_t *size, WrapperTagFinder &wra
       std::fprintf(stderr, "fread failed. Error=%m\n");
       return error;
     }
+    // Nothing after the first NUL is part of the text.
     if (firstNul == kNoNul) {
-      if (const void *nul = std::memchr(at, '\0', static_cast<std::size_t>(count)); nul != nullptr)
-        firstNul = static_cast<std::size_t>(static_cast<const char *>(nul) - text.data());
-      // Nothing after the first NUL is part of the text.
-      wrapper.scan(text.data(), used + static_cast<std::size_t>(count));
+      const std::size_t nul = wrapper.scan(text.data(), used, used + static_cast<std::size_t>(count));
+      if (nul != WrapperTags::kNotFound) firstNul = nul;
     }
     used += static_cast<std::size_t>(count);
   }

@@ -136,18 +136,30 @@ class Pieces {
 
 }  // namespace
 
-void WrapperTagFinder::scan(const char *text, std::size_t size) {
-  for (int i = 0; i < 3; ++i) {
-    if (first_[i] != kNone) continue;
-    const std::string_view tag = kTags[i];
-    if (const char *hit = findTag(text + next_[i], text + size, tag); hit != nullptr) {
-      first_[i] = static_cast<std::size_t>(hit - text);
-    } else if (size >= tag.size()) {
-      // A tag that starts in the last few bytes may still be completed by the next piece.
-      const std::size_t resume = size - tag.size() + 1;
-      if (resume > next_[i]) next_[i] = resume;
-    }
+std::size_t WrapperTagFinder::scan(const char *text, std::size_t previous, std::size_t size) {
+  std::size_t nul = kNone;
+  // The closing tag lies at the far end of the text: it is looked for in the same pass as the NUL.
+  if (first_[1] == kNone) {
+    static const PreparedTag close = prepareTag(kTags[1]);
+    const NulAndTag found = findNulAndTag(close, text + next_[1], text + previous, text + size);
+    if (found.nul != nullptr) nul = static_cast<std::size_t>(found.nul - text);
+    if (found.tag != nullptr) first_[1] = static_cast<std::size_t>(found.tag - text);
+  } else if (const void *found = std::memchr(text + previous, '\0', size - previous);
+             found != nullptr) {
+    nul = static_cast<std::size_t>(static_cast<const char *>(found) - text);
   }
+  const std::size_t end = nul != kNone ? nul : size;
+  for (int i = 0; i < 3; ++i) {
+    const std::string_view tag = kTags[i];
+    if (first_[i] == kNone && i != 1) {
+      if (const char *hit = findTag(text + next_[i], text + end, tag); hit != nullptr)
+        first_[i] = static_cast<std::size_t>(hit - text);
+    }
+    // A tag that starts in the last few bytes may still be completed by the next piece.
+    if (first_[i] == kNone && end >= tag.size() && end - tag.size() + 1 > next_[i])
+      next_[i] = end - tag.size() + 1;
+  }
+  return nul;
 }
 
 WrapperTags WrapperTagFinder::found(std::size_t length) const {

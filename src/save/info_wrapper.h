@@ -12,12 +12,15 @@ struct WrapperTags {
   std::size_t result = kNotFound;  // <result value=
 };
 
-// Finds the wrapper's tags in a text that arrives a piece at a time, each piece searched while
-// it is still in the cache. A tag cut across two pieces is found when its second part arrives.
+// Finds the wrapper's tags, and the NUL that ends the text, in a text that arrives a piece at a
+// time, each piece searched while it is still in the cache. A tag cut across two pieces is found
+// when its second part arrives.
 class WrapperTagFinder {
  public:
-  // The text now holds `size` bytes (more than at the last call); searches what is new.
-  void scan(const char *text, std::size_t size);
+  // The text now holds `size` bytes, the ones from `previous` on new, with no NUL before them.
+  // Searches what is new; returns the position of the first NUL in it, or WrapperTags::kNotFound.
+  // Once a NUL is found the text ends there: scan is not called again.
+  std::size_t scan(const char *text, std::size_t previous, std::size_t size);
   // The first occurrences that lie whole within the text's first `length` bytes.
   WrapperTags found(std::size_t length) const;
 

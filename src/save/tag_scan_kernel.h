@@ -61,4 +61,42 @@ const char *findTagWith(const PreparedTag &tag, const char *p, const char *end,
   return nullptr;
 }
 
+// findNulAndTag in one pass: places are screened on the tag's distinctive byte near its start,
+// and the same loaded bytes are checked for a NUL.
+template <class Ops>
+NulAndTag findNulAndTagWith(const PreparedTag &tag, const char *tagFrom, const char *nulFrom,
+                            const char *end) {
+  using V = typename Ops::V;
+  const std::size_t size = tag.size;
+  const std::size_t middle = tag.data[1] == '/' ? 2 : 1;
+  const char *p = tagFrom;
+  // The vector loads check bytes from p + middle on; the few before are checked one by one.
+  for (const char *q = nulFrom; q < p + middle && q < end; ++q)
+    if (*q == '\0') return {q, findPreparedTag(tag, tagFrom, q)};
+  const V key = Ops::splat(tag.data[middle]);
+  const V zero = Ops::splat('\0');
+  // Every load of a vector at p + middle stays inside the text.
+  while (static_cast<std::size_t>(end - p) >= size - 1 + Ops::kWidth) {
+    const V b = Ops::load(p + middle);
+    auto bits = Ops::bits(Ops::either(Ops::eq(b, key), Ops::eq(b, zero)));
+    // In order: a tag found before the NUL lies whole before it, since the tag holds no NUL.
+    while (bits != 0) {
+      const char *q = p + __builtin_ctz(bits);
+      bits &= bits - 1;
+      if (q[middle] == '\0') {
+        if (q + middle >= nulFrom) return {q + middle, nullptr};
+      } else if (tagAt(tag, q, end)) {
+        const void *nul = std::memchr(q + middle, '\0', static_cast<std::size_t>(end - q - middle));
+        return {static_cast<const char *>(nul), q};
+      }
+    }
+    p += Ops::kWidth;
+  }
+  const char *rest = p + middle > nulFrom ? p + middle : nulFrom;
+  const char *nul = rest < end ? static_cast<const char *>(std::memchr(
+                                     rest, '\0', static_cast<std::size_t>(end - rest)))
+                               : nullptr;
+  return {nul, findPreparedTag(tag, p, nul != nullptr ? nul : end)};
+}
+
 }  // namespace

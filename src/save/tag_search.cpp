@@ -12,6 +12,8 @@
 #if defined(__x86_64__)
 // The same loop over 32-byte vectors, in their own file built for processors that have them.
 const char *findTagAvx2(const PreparedTag &tag, const char *p, const char *end, const char **rest);
+NulAndTag findNulAndTagAvx2(const PreparedTag &tag, const char *tagFrom, const char *nulFrom,
+                            const char *end);
 #endif
 
 namespace {
@@ -81,4 +83,18 @@ const char *findPreparedTag(const PreparedTag &tag, const char *begin, const cha
   }
   void *hit = memmem(p, static_cast<std::size_t>(end - p), tag.data, size);
   return static_cast<const char *>(hit);
+}
+
+NulAndTag findNulAndTag(const PreparedTag &tag, const char *tagFrom, const char *nulFrom,
+                        const char *end) {
+#if defined(__x86_64__)
+  if (useWide()) return findNulAndTagAvx2(tag, tagFrom, nulFrom, end);
+#endif
+#if defined(__SSE2__)
+  return findNulAndTagWith<Sse2>(tag, tagFrom, nulFrom, end);
+#else
+  const void *nul = nulFrom < end ? std::memchr(nulFrom, '\0', end - nulFrom) : nullptr;
+  const char *stop = nul != nullptr ? static_cast<const char *>(nul) : end;
+  return {static_cast<const char *>(nul), findPreparedTag(tag, tagFrom, stop)};
+#endif
 }

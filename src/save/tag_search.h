@@ -27,3 +27,13 @@ struct PreparedTag {
 // findTag for a tag prepared once for many searches.
 PreparedTag prepareTag(std::string_view tag);
 const char *findPreparedTag(const PreparedTag &tag, const char *begin, const char *end);
+
+// The first NUL in [nulFrom, end), and the first place from tagFrom on where tag (at least three
+// bytes, none of them a NUL) lies whole before that NUL, or before end when there is none; each
+// nullptr when there is none. tagFrom <= nulFrom. One pass over the text for both.
+struct NulAndTag {
+  const char *nul;
+  const char *tag;
+};
+NulAndTag findNulAndTag(const PreparedTag &tag, const char *tagFrom, const char *nulFrom,
+                        const char *end);

@@ -1,8 +1,13 @@
-// The tag search loop over 32-byte vectors. This file alone is built for processors that have
+// The tag search loops over 32-byte vectors. This file alone is built for processors that have
 // them; tag_search.cpp calls into it only after asking the processor.
 #if defined(__x86_64__)
 #if !defined(__AVX2__)
 #error "tag_search_avx2.cpp must be built with 32-byte vectors enabled"
+NulAndTag findNulAndTagAvx2(const PreparedTag &tag, const char *tagFrom, const char *nulFrom,
+                            const char *end) {
+  return findNulAndTagWith<Avx2>(tag, tagFrom, nulFrom, end);
+}
+
 #endif
 
 #include <immintrin.h>
@@ -30,6 +35,11 @@ struct Avx2 {
 const char *findTagAvx2(const PreparedTag &tag, const char *p, const char *end,
                         const char **rest) {
   return findTagWith<Avx2>(tag, p, end, rest);
+}
+
+NulAndTag findNulAndTagAvx2(const PreparedTag &tag, const char *tagFrom, const char *nulFrom,
+                            const char *end) {
+  return findNulAndTagWith<Avx2>(tag, tagFrom, nulFrom, end);
 }
 
 #endif
