@@ -47,6 +47,7 @@ const char *findTagWith(const PreparedTag &tag, const char *p, const char *end,
   const V last = Ops::splat(tag.data[size - 1]);
   // Every load of a vector at p + size - 1 stays inside the text.
   while (static_cast<std::size_t>(end - p) >= size - 1 + Ops::kWidth) {
+    __builtin_prefetch(p + 1024);
     const V b = Ops::load(p + middle);
     const V c = Ops::load(p + size - 1);
     auto bits = Ops::bits(Ops::both(Ops::eq(b, second), Ops::eq(c, last)));
@@ -97,6 +98,67 @@ NulAndTag findNulAndTagWith(const PreparedTag &tag, const char *tagFrom, const c
                                      rest, '\0', static_cast<std::size_t>(end - rest)))
                                : nullptr;
   return {nul, findPreparedTag(tag, p, nul != nullptr ? nul : end)};
+}
+
+// findTagNoting: while any noted tag is still to be found, places are screened for all three
+// tags, each on its two bytes; after that the plain loop goes on for the stop tag alone.
+template <class Ops>
+const char *findTagNotingWith(const PreparedTag &stop, const PreparedTag (&notes)[2],
+                              const char *p, const char *end, const char *(&noted)[2]) {
+  using V = typename Ops::V;
+  noted[0] = noted[1] = nullptr;
+  const PreparedTag *tags[3] = {&notes[0], &notes[1], &stop};
+  std::size_t middle[3];
+  V key[3];
+  V last[3];
+  std::size_t reach = 0;
+  for (int i = 0; i < 3; ++i) {
+    middle[i] = tags[i]->data[1] == '/' ? 2 : 1;
+    key[i] = Ops::splat(tags[i]->data[middle[i]]);
+    last[i] = Ops::splat(tags[i]->data[tags[i]->size - 1]);
+    if (tags[i]->size - 1 > reach) reach = tags[i]->size - 1;
+  }
+  auto screen = [&](int i) {
+    return Ops::both(Ops::eq(Ops::load(p + middle[i]), key[i]),
+                     Ops::eq(Ops::load(p + tags[i]->size - 1), last[i]));
+  };
+  unsigned pending = 3;
+  // Every load of a vector at p + reach stays inside the text.
+  while (static_cast<std::size_t>(end - p) >= reach + Ops::kWidth) {
+    __builtin_prefetch(p + 1024);
+    V any = screen(2);
+    if (pending & 1) any = Ops::either(any, screen(0));
+    if (pending & 2) any = Ops::either(any, screen(1));
+    auto bits = Ops::bits(any);
+    while (bits != 0) {
+      const char *q = p + __builtin_ctz(bits);
+      bits &= bits - 1;
+      for (int i = 0; i < 2; ++i) {
+        if ((pending & (1u << i)) != 0 && tagAt(notes[i], q, end)) {
+          noted[i] = q;
+          pending &= ~(1u << i);
+        }
+      }
+      if (tagAt(stop, q, end)) return q;
+    }
+    p += Ops::kWidth;
+    if (pending == 0) {
+      const char *rest = p;
+      if (const char *hit = findTagWith<Ops>(stop, p, end, &rest); hit != nullptr) return hit;
+      p = rest;
+      break;
+    }
+  }
+  for (; p < end; ++p) {
+    for (int i = 0; i < 2; ++i) {
+      if ((pending & (1u << i)) != 0 && tagAt(notes[i], p, end)) {
+        noted[i] = p;
+        pending &= ~(1u << i);
+      }
+    }
+    if (tagAt(stop, p, end)) return p;
+  }
+  return nullptr;
 }
 
 }  // namespace

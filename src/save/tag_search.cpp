@@ -14,6 +14,8 @@
 const char *findTagAvx2(const PreparedTag &tag, const char *p, const char *end, const char **rest);
 NulAndTag findNulAndTagAvx2(const PreparedTag &tag, const char *tagFrom, const char *nulFrom,
                             const char *end);
+const char *findTagNotingAvx2(const PreparedTag &stop, const PreparedTag (&notes)[2],
+                              const char *begin, const char *end, const char *(&noted)[2]);
 #endif
 
 namespace {
@@ -33,18 +35,17 @@ struct Sse2 {
 
 bool processorHasWide() {
 #if defined(__x86_64__)
+  __builtin_cpu_init();
   return __builtin_cpu_supports("avx2");
 #else
   return false;
 #endif
 }
 
+const bool hasWide = processorHasWide();
 bool wideAllowed = true;
 
-bool useWide() {
-  static const bool has = processorHasWide();
-  return has && wideAllowed;
-}
+inline bool useWide() { return hasWide && wideAllowed; }
 
 }  // namespace
 
@@ -96,5 +97,22 @@ NulAndTag findNulAndTag(const PreparedTag &tag, const char *tagFrom, const char 
   const void *nul = nulFrom < end ? std::memchr(nulFrom, '\0', end - nulFrom) : nullptr;
   const char *stop = nul != nullptr ? static_cast<const char *>(nul) : end;
   return {static_cast<const char *>(nul), findPreparedTag(tag, tagFrom, stop)};
+#endif
+}
+
+const char *findTagNoting(const PreparedTag &stop, const PreparedTag (&notes)[2],
+                          const char *begin, const char *end, const char *(&noted)[2]) {
+#if defined(__x86_64__)
+  if (useWide()) return findTagNotingAvx2(stop, notes, begin, end, noted);
+#endif
+#if defined(__SSE2__)
+  return findTagNotingWith<Sse2>(stop, notes, begin, end, noted);
+#else
+  const char *hit = findPreparedTag(stop, begin, end);
+  for (int i = 0; i < 2; ++i) {
+    noted[i] = findPreparedTag(notes[i], begin, end);
+    if (noted[i] != nullptr && hit != nullptr && noted[i] >= hit) noted[i] = nullptr;
+  }
+  return hit;
 #endif
 }

@@ -8,6 +8,11 @@ NulAndTag findNulAndTagAvx2(const PreparedTag &tag, const char *tagFrom, const c
   return findNulAndTagWith<Avx2>(tag, tagFrom, nulFrom, end);
 }
 
+const char *findTagNotingAvx2(const PreparedTag &stop, const PreparedTag (&notes)[2],
+                              const char *begin, const char *end, const char *(&noted)[2]) {
+  return findTagNotingWith<Avx2>(stop, notes, begin, end, noted);
+}
+
 #endif
 
 #include <immintrin.h>
@@ -40,6 +45,11 @@ const char *findTagAvx2(const PreparedTag &tag, const char *p, const char *end,
 NulAndTag findNulAndTagAvx2(const PreparedTag &tag, const char *tagFrom, const char *nulFrom,
                             const char *end) {
   return findNulAndTagWith<Avx2>(tag, tagFrom, nulFrom, end);
+}
+
+const char *findTagNotingAvx2(const PreparedTag &stop, const PreparedTag (&notes)[2],
+                              const char *begin, const char *end, const char *(&noted)[2]) {
+  return findTagNotingWith<Avx2>(stop, notes, begin, end, noted);
 }
 
 #endif
