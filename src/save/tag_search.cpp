@@ -111,7 +111,7 @@ const char *findTagNoting(const PreparedTag &stop, const PreparedTag (&notes)[2]
   const char *hit = findPreparedTag(stop, begin, end);
   for (int i = 0; i < 2; ++i) {
     noted[i] = findPreparedTag(notes[i], begin, end);
-    if (noted[i] != nullptr && hit != nullptr && noted[i] >= hit) noted[i] = nullptr;
+    if (noted[i] != nullptr && hit != nullptr && noted[i] > hit) noted[i] = nullptr;
   }
   return hit;
 #endif

@@ -39,8 +39,8 @@ NulAndTag findNulAndTag(const PreparedTag &tag, const char *tagFrom, const char 
                         const char *end);
 
 // The first occurrence of `stop` in [begin, end), or nullptr, noting on the way where each of
-// two other tags first starts before it: noted[i] is that place, or nullptr when the tag does not
-// start before the stop tag's place (before end when there is none). All three tags have at
-// least three bytes. One pass over the text for all three.
+// two other tags first starts: noted[i] is that place, or nullptr when the tag does not start at
+// or before the stop tag's place (before end when there is none). All three tags have at least
+// three bytes. One pass over the text for all three.
 const char *findTagNoting(const PreparedTag &stop, const PreparedTag (&notes)[2],
                           const char *begin, const char *end, const char *(&noted)[2]);
