@@ -359,9 +359,9 @@ void expectSame(StderrSink &sink, const std::string &input, int kind, const char
 
 void expectSameForAllFilters(const std::string &input) {
   StderrSink sink;
-  // With the 32-byte search loops (when the processor has them) and with the 16-byte ones.
-  for (const bool wide : {true, false}) {
-    setWideTagSearch(wide);
+  // With the 64-byte, 32-byte and 16-byte search loops (those the processor has).
+  for (const int width : {64, 32, 16}) {
+    setTagSearchWidth(width);
     expectSame(sink, input, 0, "trustee type=\"adID\"", "trustee");
     expectSame(sink, input, 0, "trustee", "trustee");
     expectSame(sink, input, 0, "user type=\"adID\"", "user");

@@ -134,8 +134,8 @@ TEST(WrapperTagFinder, RandomTextsInRandomPiecesAgreeWithAPlainSearch) {
   std::mt19937 random(8);
   const char *const pieces[] = {"<quillReply>", "</quillReply>", "<result value=", "<quill",
                                 "Reply>", "</q", "<", "x", "q", "\n"};
-  for (const bool wide : {true, false}) {
-    setWideTagSearch(wide);
+  for (const int width : {64, 32, 16}) {
+    setTagSearchWidth(width);
     for (int round = 0; round < 5000; ++round) {
       std::string text;
       const int count = static_cast<int>(random() % 40);

@@ -3,6 +3,7 @@
 // has internal linkage, so the copies built for different instruction sets never mix.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -52,7 +53,7 @@ const char *findTagWith(const PreparedTag &tag, const char *p, const char *end,
     const V c = Ops::load(p + size - 1);
     auto bits = Ops::bits(Ops::both(Ops::eq(b, second), Ops::eq(c, last)));
     while (bits != 0) {
-      const char *q = p + __builtin_ctz(bits);
+      const char *q = p + std::countr_zero(bits);
       bits &= bits - 1;
       if (tagAt(tag, q, end)) return q;
     }
@@ -82,7 +83,7 @@ NulAndTag findNulAndTagWith(const PreparedTag &tag, const char *tagFrom, const c
     auto bits = Ops::bits(Ops::either(Ops::eq(b, key), Ops::eq(b, zero)));
     // In order: a tag found before the NUL lies whole before it, since the tag holds no NUL.
     while (bits != 0) {
-      const char *q = p + __builtin_ctz(bits);
+      const char *q = p + std::countr_zero(bits);
       bits &= bits - 1;
       if (q[middle] == '\0') {
         if (q + middle >= nulFrom) return {q + middle, nullptr};
@@ -127,12 +128,12 @@ const char *findTagNotingWith(const PreparedTag &stop, const PreparedTag (&notes
   // Every load of a vector at p + reach stays inside the text.
   while (static_cast<std::size_t>(end - p) >= reach + Ops::kWidth) {
     __builtin_prefetch(p + 1024);
-    V any = screen(2);
+    auto any = screen(2);
     if (pending & 1) any = Ops::either(any, screen(0));
     if (pending & 2) any = Ops::either(any, screen(1));
     auto bits = Ops::bits(any);
     while (bits != 0) {
-      const char *q = p + __builtin_ctz(bits);
+      const char *q = p + std::countr_zero(bits);
       bits &= bits - 1;
       for (int i = 0; i < 2; ++i) {
         if ((pending & (1u << i)) != 0 && tagAt(notes[i], q, end)) {

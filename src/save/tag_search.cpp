@@ -10,7 +10,14 @@
 #include "save/tag_scan_kernel.h"
 
 #if defined(__x86_64__)
-// The same loop over 32-byte vectors, in their own file built for processors that have them.
+// The same loops over 32-byte and 64-byte vectors, each in its own file built for processors
+// that have them.
+const char *findTagAvx512(const PreparedTag &tag, const char *p, const char *end,
+                          const char **rest);
+NulAndTag findNulAndTagAvx512(const PreparedTag &tag, const char *tagFrom, const char *nulFrom,
+                              const char *end);
+const char *findTagNotingAvx512(const PreparedTag &stop, const PreparedTag (&notes)[2],
+                                const char *begin, const char *end, const char *(&noted)[2]);
 const char *findTagAvx2(const PreparedTag &tag, const char *p, const char *end, const char **rest);
 NulAndTag findNulAndTagAvx2(const PreparedTag &tag, const char *tagFrom, const char *nulFrom,
                             const char *end);
@@ -33,19 +40,18 @@ struct Sse2 {
 };
 #endif
 
-bool processorHasWide() {
+// The widest vectors the processor has, in bytes.
+int processorWidth() {
 #if defined(__x86_64__)
   __builtin_cpu_init();
-  return __builtin_cpu_supports("avx2");
-#else
-  return false;
+  if (__builtin_cpu_supports("avx512bw")) return 64;
+  if (__builtin_cpu_supports("avx2")) return 32;
 #endif
+  return 16;
 }
 
-const bool hasWide = processorHasWide();
-bool wideAllowed = true;
-
-inline bool useWide() { return hasWide && wideAllowed; }
+const int widest = processorWidth();
+int width = widest;
 
 }  // namespace
 
@@ -58,8 +64,15 @@ PreparedTag prepareTag(std::string_view tag) {
   return prepared;
 }
 
-void setWideTagSearch(bool allowed) { wideAllowed = allowed; }
-void resetTagSearch() { wideAllowed = true; }
+void setTagSearchWidth(int bytes) {
+  width = 16;
+  for (int candidate : {64, 32})
+    if (candidate <= bytes && candidate <= widest) {
+      width = candidate;
+      break;
+    }
+}
+void resetTagSearch() { width = widest; }
 
 const char *findTag(const char *begin, const char *end, std::string_view needle) {
   return findPreparedTag(prepareTag(needle), begin, end);
@@ -73,7 +86,9 @@ const char *findPreparedTag(const PreparedTag &tag, const char *begin, const cha
   if (size >= 3) {
     const char *hit = nullptr;
 #if defined(__x86_64__)
-    if (useWide())
+    if (width == 64)
+      hit = findTagAvx512(tag, p, end, &p);
+    else if (width == 32)
       hit = findTagAvx2(tag, p, end, &p);
     else
 #endif
@@ -89,7 +104,8 @@ const char *findPreparedTag(const PreparedTag &tag, const char *begin, const cha
 NulAndTag findNulAndTag(const PreparedTag &tag, const char *tagFrom, const char *nulFrom,
                         const char *end) {
 #if defined(__x86_64__)
-  if (useWide()) return findNulAndTagAvx2(tag, tagFrom, nulFrom, end);
+  if (width == 64) return findNulAndTagAvx512(tag, tagFrom, nulFrom, end);
+  if (width == 32) return findNulAndTagAvx2(tag, tagFrom, nulFrom, end);
 #endif
 #if defined(__SSE2__)
   return findNulAndTagWith<Sse2>(tag, tagFrom, nulFrom, end);
@@ -103,7 +119,8 @@ NulAndTag findNulAndTag(const PreparedTag &tag, const char *tagFrom, const char 
 const char *findTagNoting(const PreparedTag &stop, const PreparedTag (&notes)[2],
                           const char *begin, const char *end, const char *(&noted)[2]) {
 #if defined(__x86_64__)
-  if (useWide()) return findTagNotingAvx2(stop, notes, begin, end, noted);
+  if (width == 64) return findTagNotingAvx512(stop, notes, begin, end, noted);
+  if (width == 32) return findTagNotingAvx2(stop, notes, begin, end, noted);
 #endif
 #if defined(__SSE2__)
   return findTagNotingWith<Sse2>(stop, notes, begin, end, noted);

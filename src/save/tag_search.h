@@ -9,9 +9,10 @@
 // An empty needle is found at begin.
 const char *findTag(const char *begin, const char *end, std::string_view needle);
 
-// The searches use 32-byte vectors when the processor has them, else 16-byte ones. Tests turn the
-// wide ones off to check the other loop; resetTagSearch() restores the processor's choice.
-void setWideTagSearch(bool allowed);
+// The searches use the widest vectors of 64, 32 and 16 bytes that the processor has. Tests narrow
+// them (to the widest the processor has of at most `bytes`) to check every loop;
+// resetTagSearch() restores the processor's choice.
+void setTagSearchWidth(int bytes);
 void resetTagSearch();
 
 // A tag ready for quick comparison: its first eight bytes as one word under a mask, and for a

@@ -8,16 +8,16 @@
 
 namespace {
 
-// Every test runs with the 32-byte loops (when the processor has them) and with the 16-byte ones.
-class TagSearch : public testing::TestWithParam<bool> {
+// Every test runs with the 64-byte, 32-byte and 16-byte loops (those the processor has).
+class TagSearch : public testing::TestWithParam<int> {
  protected:
-  void SetUp() override { setWideTagSearch(GetParam()); }
+  void SetUp() override { setTagSearchWidth(GetParam()); }
   void TearDown() override { resetTagSearch(); }
 };
 
-INSTANTIATE_TEST_SUITE_P(Widths, TagSearch, testing::Values(true, false),
-                         [](const testing::TestParamInfo<bool> &info) {
-                           return info.param ? std::string("Wide") : std::string("Narrow");
+INSTANTIATE_TEST_SUITE_P(Widths, TagSearch, testing::Values(64, 32, 16),
+                         [](const testing::TestParamInfo<int> &info) {
+                           return "Bytes" + std::to_string(info.param);
                          });
 
 // The plain search the fast one must agree with.
