@@ -112,7 +112,8 @@ int readWhole(int fd, TextBuffer &text, std::size_t *size, WrapperTagFinder &wra
     }
     // Nothing after the first NUL is part of the text.
     if (firstNul == kNoNul) {
-      const std::size_t nul = wrapper.scan(text.data(), used, used + static_cast<std::size_t>(count));
+      const std::size_t nul =
+          wrapper.scan(text.data(), used, used + static_cast<std::size_t>(count));
       if (nul != WrapperTags::kNotFound) firstNul = nul;
     }
     used += static_cast<std::size_t>(count);

@@ -52,7 +52,8 @@ std::pair<WrapperTags, std::size_t> findInPieces(const std::string &text,
     previous = cut;
     if (nul != kNotFound) break;
   }
-  if (nul == kNotFound && previous < text.size()) nul = finder.scan(text.data(), previous, text.size());
+  if (nul == kNotFound && previous < text.size())
+    nul = finder.scan(text.data(), previous, text.size());
   return {finder.found(nul != kNotFound ? nul : text.size()), nul};
 }
 
