@@ -14,11 +14,14 @@
 #include "document/run_settings.h"
 #include "save/info_filters.h"
 #include "save/info_wrapper.h"
+#include "save/page_faulter.h"
 
 namespace {
 
 constexpr std::size_t kReadStep = 65536;
 constexpr std::size_t kReadChunk = 1 << 20;
+// From this size on, the buffer's pages are faulted in on a second thread while it is filled.
+constexpr std::size_t kFaultAhead = 32 << 20;
 constexpr std::size_t kNoNul = static_cast<std::size_t>(-1);
 // The text's length is carried as a signed 32-bit count.
 constexpr std::size_t kLargestText = INT_MAX - kReadStep - 2;
@@ -88,10 +91,14 @@ int readWhole(int fd, TextBuffer &text, std::size_t *size, WrapperTagFinder &wra
     reportNoMemory("util/trovan/trovan[3043]");
     return 12;
   }
+  PageFaulter faulter;
+  if (text.capacity() >= kFaultAhead) faulter.start(text.data(), text.capacity());
   std::size_t used = 0;
   std::size_t firstNul = kNoNul;
   for (;;) {
     if (used == text.capacity() - 1) {
+      // The buffer may move when it grows.
+      faulter.stop();
       std::size_t grown = 2 * text.capacity();
       if (grown > kLargestText + 1) grown = kLargestText + 1;
       if (grown <= text.capacity() || !text.reserve(grown)) {

@@ -301,4 +301,17 @@ TEST_F(ExtractInfoFile, BothFiltersOnALargeFileKeepOnlyTheMatchingElements) {
   EXPECT_EQ(r.err, "");
 }
 
+TEST_F(ExtractInfoFile, FileLargeEnoughForPagesFaultedAheadIsCopiedWhole) {
+  // Past 32 MB the buffer's pages are made ready on a second thread while the file is read.
+  std::string body = "<trusteeInfo>\n";
+  body.reserve(41 << 20);
+  for (int i = 0; body.size() < (40 << 20); ++i) body += file("/d" + std::to_string(i), kArbor);
+  body += "</trusteeInfo>\n";
+  dir_.write("TrusteeInfo.xml", kWrapperStart + body + kWrapperEnd);
+  const Outcome r = extract("TrusteeInfo.xml", nullptr, "file");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out.size(), body.size());
+  EXPECT_TRUE(r.out == body);
+}
+
 }  // namespace
