@@ -1,5 +1,6 @@
 #include "save/info_filters.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
@@ -15,6 +16,19 @@
 namespace {
 
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+// Does the prepared tag start at `at`, with `available` bytes of text from there? Compares words,
+// not bytes, where it can.
+bool startsHere(const PreparedTag &tag, const char *at, std::size_t available) {
+  if (available < tag.size) return false;
+  if (available < 8 || tag.size > 16) return std::memcmp(at, tag.data, tag.size) == 0;
+  std::uint64_t word;
+  std::memcpy(&word, at, 8);
+  if (((word ^ tag.word) & tag.mask) != 0) return false;
+  if (tag.size <= 8) return true;
+  std::memcpy(&word, at + tag.size - 8, 8);
+  return word == tag.tail;
+}
 
 // The first occurrence of a fixed text at or after a position. The positions asked for never
 // go backwards, so an earlier answer that is still ahead of the position is reused; each byte of
@@ -49,9 +63,7 @@ class ForwardSearch {
     std::size_t at = position;
     for (const std::size_t stop = position + kNear < size_ ? position + kNear : size_; at < stop;
          ++at) {
-      if (text_[at] == '<' && size_ - at >= tag_.size &&
-          std::memcmp(text_ + at, tag_.data, tag_.size) == 0)
-        return at;
+      if (text_[at] == '<' && startsHere(tag_, text_ + at, size_ - at)) return at;
     }
     // Nothing starts in [position, at).
     return from(at);

@@ -128,20 +128,23 @@ const char *findTagNotingWith(const PreparedTag &stop, const PreparedTag (&notes
   // Every load of a vector at p + reach stays inside the text.
   while (static_cast<std::size_t>(end - p) >= reach + Ops::kWidth) {
     __builtin_prefetch(p + 1024);
-    auto any = screen(2);
-    if (pending & 1) any = Ops::either(any, screen(0));
-    if (pending & 2) any = Ops::either(any, screen(1));
-    auto bits = Ops::bits(any);
+    // Each place is compared whole only with the tags whose screen it passed.
+    const auto stopBits = Ops::bits(screen(2));
+    decltype(Ops::bits(screen(2))) noteBits[2] = {0, 0};
+    if (pending & 1) noteBits[0] = Ops::bits(screen(0));
+    if (pending & 2) noteBits[1] = Ops::bits(screen(1));
+    auto bits = stopBits | noteBits[0] | noteBits[1];
     while (bits != 0) {
+      const auto place = bits & (~bits + 1);
       const char *q = p + std::countr_zero(bits);
       bits &= bits - 1;
       for (int i = 0; i < 2; ++i) {
-        if ((pending & (1u << i)) != 0 && tagAt(notes[i], q, end)) {
+        if ((noteBits[i] & place) != 0 && (pending & (1u << i)) != 0 && tagAt(notes[i], q, end)) {
           noted[i] = q;
           pending &= ~(1u << i);
         }
       }
-      if (tagAt(stop, q, end)) return q;
+      if ((stopBits & place) != 0 && tagAt(stop, q, end)) return q;
     }
     p += Ops::kWidth;
     if (pending == 0) {
