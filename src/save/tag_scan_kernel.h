@@ -102,8 +102,8 @@ NulAndTag findNulAndTagWith(const PreparedTag &tag, const char *tagFrom, const c
 }
 
 // findTagNoting: a noted tag that starts where the stop tag does is noted too. While any noted
-// tag is still to be found, places are screened for all three
-// tags, each on its two bytes; after that the plain loop goes on for the stop tag alone.
+// tag is still to be found, places are screened for all three tags, each on its two bytes;
+// after that the plain loop goes on for the stop tag alone.
 template <class Ops>
 const char *findTagNotingWith(const PreparedTag &stop, const PreparedTag (&notes)[2],
                               const char *p, const char *end, const char *(&noted)[2]) {
