@@ -3,7 +3,6 @@
 // has internal linkage, so the copies built for different instruction sets never mix.
 #pragma once
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -12,6 +11,11 @@
 #include "save/tag_search.h"
 
 namespace {
+
+// The position of the lowest set bit of a screen's mask (never 0). Kept here, with internal
+// linkage, rather than taken from the standard library, so that no copy of it built for wider
+// vectors can stand in for the others.
+inline int lowestSet(unsigned long long bits) { return __builtin_ctzll(bits); }
 
 // Does the tag start at p? The text ends at end. No calls, so that the search loop keeps its
 // vectors in registers.
@@ -53,7 +57,7 @@ const char *findTagWith(const PreparedTag &tag, const char *p, const char *end,
     const V c = Ops::load(p + size - 1);
     auto bits = Ops::bits(Ops::both(Ops::eq(b, second), Ops::eq(c, last)));
     while (bits != 0) {
-      const char *q = p + std::countr_zero(bits);
+      const char *q = p + lowestSet(bits);
       bits &= bits - 1;
       if (tagAt(tag, q, end)) return q;
     }
@@ -83,7 +87,7 @@ NulAndTag findNulAndTagWith(const PreparedTag &tag, const char *tagFrom, const c
     auto bits = Ops::bits(Ops::either(Ops::eq(b, key), Ops::eq(b, zero)));
     // In order: a tag found before the NUL lies whole before it, since the tag holds no NUL.
     while (bits != 0) {
-      const char *q = p + std::countr_zero(bits);
+      const char *q = p + lowestSet(bits);
       bits &= bits - 1;
       if (q[middle] == '\0') {
         if (q + middle >= nulFrom) return {q + middle, nullptr};
@@ -136,7 +140,7 @@ const char *findTagNotingWith(const PreparedTag &stop, const PreparedTag (&notes
     auto bits = stopBits | noteBits[0] | noteBits[1];
     while (bits != 0) {
       const auto place = bits & (~bits + 1);
-      const char *q = p + std::countr_zero(bits);
+      const char *q = p + lowestSet(bits);
       bits &= bits - 1;
       for (int i = 0; i < 2; ++i) {
         if ((noteBits[i] & place) != 0 && (pending & (1u << i)) != 0 && tagAt(notes[i], q, end)) {
