@@ -44,7 +44,7 @@ struct Sse2 {
 int processorWidth() {
 #if defined(__x86_64__)
   __builtin_cpu_init();
-  if (__builtin_cpu_supports("avx512bw")) return 64;
+  if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw")) return 64;
   if (__builtin_cpu_supports("avx2")) return 32;
 #endif
   return 16;
