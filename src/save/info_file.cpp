@@ -11,14 +11,17 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "channel/admin_channel.h"
 #include "document/run_settings.h"
 #include "save/info_filters.h"
+#include "save/info_wrapper.h"
+#include "save/page_faulter.h"
 
 namespace {
 
 constexpr std::size_t kReadStep = 65536;
 constexpr std::size_t kReadChunk = 1 << 20;
+// From this size on, the buffer's pages are faulted in on a second thread while it is filled.
+constexpr std::size_t kFaultAhead = 32 << 20;
 constexpr std::size_t kNoNul = static_cast<std::size_t>(-1);
 // The text's length is carried as a signed 32-bit count.
 constexpr std::size_t kLargestText = INT_MAX - kReadStep - 2;
@@ -74,10 +77,11 @@ struct Buffers {
 
 // Reads the open file until a read returns 0. Its stat size is only a first guess at the room
 // needed (the file system reports 0 for its virtual files); the buffer grows geometrically.
-// Reads go in chunks small enough that each is still in the cache when it is searched for a NUL:
-// the text ends at its first NUL, so *size is that position (or all that was read).
+// Reads go in chunks small enough that each is still in the cache when it is searched for a NUL
+// and for the reply wrapper's tags: the text ends at its first NUL, so *size is that position (or
+// all that was read).
 // Returns 0 with the text terminated where the data ends, 12, or the errno of a failed read.
-int readWhole(int fd, TextBuffer &text, std::size_t *size) {
+int readWhole(int fd, TextBuffer &text, std::size_t *size, WrapperTagFinder &wrapper) {
   std::size_t capacity = kReadStep + 1;
   struct stat info;
   if (fstat(fd, &info) == 0 && info.st_size > 0 &&
@@ -87,10 +91,14 @@ int readWhole(int fd, TextBuffer &text, std::size_t *size) {
     reportNoMemory("util/trovan/trovan[3043]");
     return 12;
   }
+  PageFaulter faulter;
+  if (text.capacity() >= kFaultAhead) faulter.start(text.data(), text.capacity());
   std::size_t used = 0;
   std::size_t firstNul = kNoNul;
   for (;;) {
     if (used == text.capacity() - 1) {
+      // The buffer may move when it grows.
+      faulter.stop();
       std::size_t grown = 2 * text.capacity();
       if (grown > kLargestText + 1) grown = kLargestText + 1;
       if (grown <= text.capacity() || !text.reserve(grown)) {
@@ -109,9 +117,11 @@ int readWhole(int fd, TextBuffer &text, std::size_t *size) {
       std::fprintf(stderr, "fread failed. Error=%m\n");
       return error;
     }
+    // Nothing after the first NUL is part of the text.
     if (firstNul == kNoNul) {
-      if (const void *nul = std::memchr(at, '\0', static_cast<std::size_t>(count)); nul != nullptr)
-        firstNul = static_cast<std::size_t>(static_cast<const char *>(nul) - text.data());
+      const std::size_t nul =
+          wrapper.scan(text.data(), used, used + static_cast<std::size_t>(count));
+      if (nul != WrapperTags::kNotFound) firstNul = nul;
     }
     used += static_cast<std::size_t>(count);
   }
@@ -160,12 +170,13 @@ int extractInfoFile(const char *infoDir, const char *fileName, const char *path,
     return -1;
   }
   std::size_t size = 0;
-  if (int status = readWhole(buffers.fd, buffers.text, &size); status != 0) return status;
+  WrapperTagFinder wrapper;
+  if (int status = readWhole(buffers.fd, buffers.text, &size, wrapper); status != 0) return status;
 
   // The text ends at its first NUL; from here on its length is carried, never measured again.
   int length = static_cast<int>(size);
   if (length == 0) return 0;
-  char *text = stripReplyWrapperInPlace(buffers.text.data(), &length);
+  char *text = stripInfoWrapper(buffers.text.data(), &length, wrapper.found(size));
   if (filterByUserType(fileName, text, &length) != 0) return -1;
   size = static_cast<std::size_t>(length);
 

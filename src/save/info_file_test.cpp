@@ -266,4 +266,52 @@ TEST_F(ExtractInfoFile, WrapperInTheMiddleOfTheTextIsCutAsItStands) {
                 std::string(20, 'd'));
 }
 
+TEST_F(ExtractInfoFile, ClosingWrapperTagCutAcrossTwoReadsIsStillCut) {
+  // The file is read a megabyte at a time; the closing tag starts five bytes before the first
+  // megabyte ends, and the text goes on after it.
+  constexpr std::size_t kChunk = 1 << 20;
+  std::string body = "<trusteeInfo>\n";
+  for (int i = 0; kWrapperStart.size() + body.size() < kChunk - 5 - 200; ++i)
+    body += file("/d" + std::to_string(i), kArbor);
+  body += std::string(kChunk - 5 - kWrapperStart.size() - body.size(), 'x');
+  const std::string after = "</trusteeInfo>\n" + file("/after", kArbor);
+  dir_.write("TrusteeInfo.xml", kWrapperStart + body + kWrapperEnd + after);
+  ASSERT_EQ((kWrapperStart + body).size(), kChunk - 5);
+  const Outcome r = extract("TrusteeInfo.xml", nullptr, "file");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out, body + after);
+  EXPECT_EQ(r.err, "");
+}
+
+TEST_F(ExtractInfoFile, BothFiltersOnALargeFileKeepOnlyTheMatchingElements) {
+  std::string body = "<trusteeInfo>\n";
+  std::string kept = "<trusteeInfo>\n";
+  for (int i = 0; body.size() < 2'500'000; ++i) {
+    const std::string path = (i % 7 == 0 ? "/test1/" : "/other/") + std::to_string(i);
+    body += file(path, i % 2 == 0 ? kArbor + kAd : kAd + kArbor);
+    if (i % 7 == 0) kept += file(path, kArbor);
+  }
+  body += "</trusteeInfo>\n";
+  kept += "</trusteeInfo>\n";
+  dir_.write("TrusteeInfo.xml", kWrapperStart + body + kWrapperEnd);
+  arborUsers = true;
+  const Outcome r = extract("TrusteeInfo.xml", "/test1", "file");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out, kept);
+  EXPECT_EQ(r.err, "");
+}
+
+TEST_F(ExtractInfoFile, FileLargeEnoughForPagesFaultedAheadIsCopiedWhole) {
+  // Past 32 MB the buffer's pages are made ready on a second thread while the file is read.
+  std::string body = "<trusteeInfo>\n";
+  body.reserve(41 << 20);
+  for (int i = 0; body.size() < (40 << 20); ++i) body += file("/d" + std::to_string(i), kArbor);
+  body += "</trusteeInfo>\n";
+  dir_.write("TrusteeInfo.xml", kWrapperStart + body + kWrapperEnd);
+  const Outcome r = extract("TrusteeInfo.xml", nullptr, "file");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out.size(), body.size());
+  EXPECT_TRUE(r.out == body);
+}
+
 }  // namespace

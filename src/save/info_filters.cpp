@@ -1,5 +1,6 @@
 #include "save/info_filters.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
@@ -16,31 +17,101 @@ namespace {
 
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
+// Does the prepared tag start at `at`, with `available` bytes of text from there? Compares words,
+// not bytes, where it can.
+bool startsHere(const PreparedTag &tag, const char *at, std::size_t available) {
+  if (available < tag.size) return false;
+  if (available < 8 || tag.size > 16) return std::memcmp(at, tag.data, tag.size) == 0;
+  std::uint64_t word;
+  std::memcpy(&word, at, 8);
+  if (((word ^ tag.word) & tag.mask) != 0) return false;
+  if (tag.size <= 8) return true;
+  std::memcpy(&word, at + tag.size - 8, 8);
+  return word == tag.tail;
+}
+
 // The first occurrence of a fixed text at or after a position. The positions asked for never
 // go backwards, so an earlier answer that is still ahead of the position is reused; each byte of
 // the text is scanned at most once per searched text.
 class ForwardSearch {
  public:
+  static constexpr std::size_t kNear = 16;
+
   ForwardSearch(const char *text, std::size_t size, std::string_view needle)
-      : text_(text), size_(size), needle_(needle) {}
+      : text_(text), size_(size), tag_(prepareTag(needle)) {}
 
   std::size_t from(std::size_t position) {
     if (known_ && (found_ == kNone || found_ >= position)) return found_;
     known_ = true;
     found_ = kNone;
     if (position <= size_) {
-      const char *hit = findTag(text_ + position, text_ + size_, needle_);
+      // Nothing before clearTo_ when the search starts at or after clearFrom_.
+      const std::size_t start =
+          position >= clearFrom_ && position < clearTo_ ? clearTo_ : position;
+      const char *hit = findPreparedTag(tag_, text_ + start, text_ + size_);
       if (hit != nullptr) found_ = static_cast<std::size_t>(hit - text_);
     }
     return found_;
   }
 
+  // from(position), first looking at the next few bytes: a tag that starts with '<' can only
+  // start at a '<', so when one of the first '<' there begins it, that is the answer without a
+  // search (the next element usually starts right after the previous one).
+  std::size_t fromNear(std::size_t position) {
+    if (known_ && (found_ == kNone || found_ >= position)) return found_;
+    if (tag_.size == 0 || tag_.data[0] != '<') return from(position);
+    std::size_t at = position;
+    for (const std::size_t stop = position + kNear < size_ ? position + kNear : size_; at < stop;
+         ++at) {
+      if (text_[at] == '<' && startsHere(tag_, text_ + at, size_ - at)) return at;
+    }
+    // Nothing starts in [position, at).
+    return from(at);
+  }
+
+  // from(position), also working out where two other searches' texts first occur from position
+  // on, in the same pass: each learns its answer, or how far there is none.
+  std::size_t fromNoting(std::size_t position, ForwardSearch &first, ForwardSearch &second) {
+    if (known_ && (found_ == kNone || found_ >= position)) return found_;
+    if (position > size_ || (position >= clearFrom_ && position < clearTo_)) return from(position);
+    const PreparedTag notes[2] = {first.tag_, second.tag_};
+    const char *noted[2];
+    const char *hit = findTagNoting(tag_, notes, text_ + position, text_ + size_, noted);
+    known_ = true;
+    found_ = hit != nullptr ? static_cast<std::size_t>(hit - text_) : kNone;
+    const std::size_t stop = hit != nullptr ? found_ : size_;
+    ForwardSearch *searches[2] = {&first, &second};
+    for (int i = 0; i < 2; ++i) {
+      if (noted[i] != nullptr)
+        searches[i]->learn(position, static_cast<std::size_t>(noted[i] - text_));
+      else
+        searches[i]->learnNone(position, stop);
+    }
+    return found_;
+  }
+
  private:
+  // The first occurrence from `position` on is `at`.
+  void learn(std::size_t position, std::size_t at) {
+    if (known_ && found_ != kNone && found_ >= position) return;
+    known_ = true;
+    found_ = at;
+  }
+  // No occurrence starts in [position, stop).
+  void learnNone(std::size_t position, std::size_t stop) {
+    if (known_ && (found_ == kNone || found_ >= position)) return;
+    known_ = false;
+    clearFrom_ = position;
+    clearTo_ = stop;
+  }
+
   const char *text_;
   std::size_t size_;
-  std::string_view needle_;
+  PreparedTag tag_;
   bool known_ = false;
   std::size_t found_ = kNone;
+  std::size_t clearFrom_ = 0;
+  std::size_t clearTo_ = 0;
 };
 
 // Closes the gaps of a text in place while the drops are decided in increasing order.
@@ -118,7 +189,7 @@ int removeElementsOfSize(char *text, int *length, std::size_t size, const char *
     }
     const std::size_t next = removalEnd(text, size, e + endTagLength);
     compactor.drop(p, next);
-    p = starts.from(next);
+    p = starts.fromNear(next);
   }
   const std::size_t dropped = compactor.finish(size);
   *length -= static_cast<int>(dropped);
@@ -168,7 +239,7 @@ std::size_t filterByPathOfSize(char *text, int *length, std::size_t size, const 
   std::size_t p = starts.from(0);
   if (p == kNone) return size;
   for (;;) {
-    const std::size_t e = ends.from(p);
+    const std::size_t e = ends.fromNoting(p, pathOpens, pathCloses);
     if (e == kNone) {
       // From here on the text stays as it is; the unfiltered rest goes to scratch.
       const std::size_t rest = size - p;
@@ -194,11 +265,11 @@ std::size_t filterByPathOfSize(char *text, int *length, std::size_t size, const 
     }
     std::size_t next;
     if (keep) {
-      next = starts.from(e);
+      next = starts.fromNear(e);
     } else {
       const std::size_t end = removalEnd(text, size, e + endTagLength);
       compactor.drop(p, end);
-      next = starts.from(end);
+      next = starts.fromNear(end);
     }
     if (next == kNone) break;
     p = next;
