@@ -3,16 +3,6 @@
 #if defined(__x86_64__)
 #if !defined(__AVX2__)
 #error "tag_search_avx2.cpp must be built with 32-byte vectors enabled"
-NulAndTag findNulAndTagAvx2(const PreparedTag &tag, const char *tagFrom, const char *nulFrom,
-                            const char *end) {
-  return findNulAndTagWith<Avx2>(tag, tagFrom, nulFrom, end);
-}
-
-const char *findTagNotingAvx2(const PreparedTag &stop, const PreparedTag (&notes)[2],
-                              const char *begin, const char *end, const char *(&noted)[2]) {
-  return findTagNotingWith<Avx2>(stop, notes, begin, end, noted);
-}
-
 #endif
 
 #include <immintrin.h>
