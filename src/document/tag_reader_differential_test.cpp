@@ -18,22 +18,11 @@
 #include "document/tag_reader.h"
 #include "document/tag_reader_oracle.h"
 #include "restore_fixture.h"
+#include "tag_reader_walk.h"
 
 using namespace testing_support;
 
 namespace {
-
-struct Reader {
-  int (*readTag)(char *, unsigned long *, const char *);
-  int (*readContents)(char *, std::size_t, bool *);
-  int (*goPastEndTag)(const char *);
-  void (*getRights)(char *, const char *, std::size_t, bool *);
-  void (*reset)();
-};
-
-const Reader kFast{readTag, readContents, goPastEndTag, getRights, resetTagReader};
-const Reader kOracle{oracle::readTag, oracle::readContents, oracle::goPastEndTag, oracle::getRights,
-                     oracle::resetTagReader};
 
 const char *const kNames[] = {"metadata", "trusteeInfo", "file",     "path",
                               "trustee",  "name",        "rights",   "inheritedRightsFilter",
@@ -129,49 +118,6 @@ std::string mutate(std::mt19937 &random, std::string doc) {
   return doc;
 }
 
-// Calls the reader in a random but fixed order (seeded) and writes down everything it returns.
-// With nearEnds, goPastEndTag is only asked for names that end often in a plain document, so
-// that the walk goes through the whole of it.
-std::string walk(const Reader &reader, unsigned seed, std::size_t maxCalls, bool nearEnds) {
-  std::mt19937 random(seed);
-  std::string log;
-  char name[kTagNameSize] = "";
-  unsigned long isEndTag = 0;
-  static constexpr std::size_t kSizes[] = {5, 64, 190, 512, 1024, 4096, 20000};
-  std::string text(20000, '\0');
-  for (std::size_t call = 0; call < maxCalls; ++call) {
-    const unsigned choice = random() % 100;
-    if (choice < 70) {
-      const int result = reader.readTag(name, &isEndTag, "walk");
-      log += "T" + std::to_string(result) + (isEndTag ? "/" : " ") + name + "\n";
-      if (result != 0) break;
-    } else if (choice < 88) {
-      const std::size_t size = kSizes[random() % 7];
-      bool tooLong = false;
-      const int result = reader.readContents(text.data(), size, &tooLong);
-      log += "C" + std::to_string(result) + (tooLong ? "!" : " ") + text.c_str() + "\n";
-      if (result != 0) break;
-    } else if (choice < 99) {
-      const std::size_t size = kSizes[random() % 7];
-      bool tooLong = false;
-      static const char *const kRightsEnds[] = {"rights", "inheritedRightsFilter", "a", "file"};
-      const char *end = kRightsEnds[random() % (nearEnds ? 1 : 4)];
-      if (nearEnds && random() % 2 == 0) end = "file";
-      reader.getRights(text.data(), end, size, &tooLong);
-      log += std::string("R") + (tooLong ? "!" : " ") + text.c_str() + "\n";
-    } else {
-      // Names the generated documents close now and then, some rarely.
-      static const char *const kEnds[] = {"a", "file", "trustee", "trusteeInfo", "metadata"};
-      static const char *const kNearEnds[] = {"file", "trustee", "name", "rights"};
-      const int result =
-          reader.goPastEndTag(nearEnds ? kNearEnds[random() % 4] : kEnds[random() % 5]);
-      log += "G" + std::to_string(result) + "\n";
-      if (result != 0) break;
-    }
-  }
-  return log;
-}
-
 class TagReaderDifferentialTest : public testing::Test {
 protected:
   void SetUp() override {
@@ -192,14 +138,14 @@ protected:
     close(savedStderr_);
   }
 
-  std::string walkFile(const Reader &reader, const std::string &doc, unsigned seed,
+  std::string walkFile(const TagReaderCalls &reader, const std::string &doc, unsigned seed,
                        bool nearEnds = false) {
     // The document in one piece: an in-memory regular file.
     inputFd = memfd_create("doc", 0);
     if (write(inputFd, doc.data(), doc.size()) != static_cast<ssize_t>(doc.size())) return "!";
     lseek(inputFd, 0, SEEK_SET);
     reader.reset();
-    std::string log = walk(reader, seed, doc.size() + 100, nearEnds);
+    std::string log = walkTags(reader, seed, doc.size() + 100, nearEnds);
     close(inputFd);
     calls += static_cast<std::size_t>(std::count(log.begin(), log.end(), '\n'));
     return log;
@@ -220,15 +166,15 @@ protected:
     });
     inputFd = fds[0];
     resetTagReader();
-    std::string log = walk(kFast, seed, doc.size() + 100, nearEnds);
+    std::string log = walkTags(kFastReader, seed, doc.size() + 100, nearEnds);
     close(fds[0]);
     writer.join();
     return log;
   }
 
   void compare(const std::string &doc, unsigned seed, bool viaPipe, bool nearEnds = false) {
-    const std::string expected = walkFile(kOracle, doc, seed, nearEnds);
-    ASSERT_EQ(walkFile(kFast, doc, seed, nearEnds), expected) << "seed " << seed;
+    const std::string expected = walkFile(kReferenceReader, doc, seed, nearEnds);
+    ASSERT_EQ(walkFile(kFastReader, doc, seed, nearEnds), expected) << "seed " << seed;
     if (viaPipe) {
       ASSERT_EQ(walkPipe(doc, seed, nearEnds), expected) << "seed " << seed << " (pipe)";
     }
