@@ -56,11 +56,5 @@ int exchangeRequest(const char *replyElement, Reply &reply);
 // Removes the <quillReply> wrapper and the <result .../result> element of a stored reply.
 void stripReplyWrapper(char *text, int *length);
 
-// The same removal for a text that holds no NUL before *length, without moving the whole text:
-// the cuts near the start move the start forward instead. Returns where the text now begins;
-// the *length bytes from there, and the terminator after them, are what stripReplyWrapper
-// leaves at the start of text.
-char *stripReplyWrapperInPlace(char *text, int *length);
-
 // Puts the channel back to its start-of-run state. For tests.
 void resetAdminChannel();

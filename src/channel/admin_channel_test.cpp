@@ -7,9 +7,7 @@
 
 #include <cerrno>
 #include <cstring>
-#include <random>
 #include <string>
-#include <vector>
 
 #include "save/save_test_support.h"
 
@@ -287,67 +285,6 @@ TEST(StripReplyWrapper, TextStopsAtTheGivenLength) {
   stripReplyWrapper(buffer.data(), &length);
   EXPECT_STREQ(buffer.c_str(), "abc");
   EXPECT_EQ(length, 3);
-}
-
-// The in-place removal against the moving one: same bytes, same length, same terminator.
-void expectSameAsMoving(const std::string &input) {
-  const Stripped moving = strip(input);
-  std::string buffer = input + '\0';
-  int length = static_cast<int>(input.size());
-  const char *start = stripReplyWrapperInPlace(buffer.data(), &length);
-  ASSERT_GE(start, buffer.data());
-  ASSERT_LE(start + length, buffer.data() + input.size());
-  EXPECT_EQ(std::string(start, static_cast<std::size_t>(length)), moving.text) << input;
-  EXPECT_EQ(start[length], '\0') << input;
-  EXPECT_EQ(length, moving.length) << input;
-}
-
-TEST(StripReplyWrapperInPlace, StoredReplyLosesItsWrapperFromBothEnds) {
-  const std::string input =
-      "<quillReply>\n<result value=\"0\"><description>success</description></result>\n"
-      "<trusteeInfo>\n<file></file>\n</trusteeInfo>\n</quillReply>\n";
-  std::string buffer = input + '\0';
-  int length = static_cast<int>(input.size());
-  const char *start = stripReplyWrapperInPlace(buffer.data(), &length);
-  EXPECT_EQ(std::string(start, static_cast<std::size_t>(length)),
-            "<trusteeInfo>\n<file></file>\n</trusteeInfo>\n");
-  // The wrapper's head was cut by moving the start, not the body.
-  EXPECT_GT(start, buffer.data());
-  expectSameAsMoving(input);
-}
-
-TEST(StripReplyWrapperInPlace, TextWithoutAnyWrapperIsUnchangedInPlace) {
-  const std::string input = "<trusteeInfo>\n</trusteeInfo>\n";
-  std::string buffer = input + '\0';
-  int length = static_cast<int>(input.size());
-  EXPECT_EQ(stripReplyWrapperInPlace(buffer.data(), &length), buffer.data());
-  EXPECT_EQ(length, static_cast<int>(input.size()));
-  EXPECT_EQ(buffer, input + '\0');
-}
-
-TEST(StripReplyWrapperInPlace, TagsInTheMiddleOrAtTheEndsGiveTheMovingResult) {
-  for (const char *input :
-       {"", "<quillReply>", "</quillReply>", "abc</quillReply>", "<quillReply>\nabc",
-        "<quillReply>X<quillReply>Y</quillReply>Z</quillReply>W",
-        "aaaaaaaaaaaaaaaaaaaa<quillReply>\nb</quillReply>\nc",
-        "a<quillReply>\nbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbb</quillReply>\ncccccccccccccccccccccccccc",
-        "</quillReply><quillReply>", "<result value=\"0\">abc", "x</result><result value=1</result>",
-        "<result value=</result>", "<result value=</result", "<quillReply</quillReply>>",
-        "head<result value=\"1\"></result>middle part of the text<quillReply>\n</quillReply>"})
-    expectSameAsMoving(input);
-}
-
-TEST(StripReplyWrapperInPlace, RandomTextsGiveTheMovingResult) {
-  std::mt19937 random(4);
-  const std::vector<std::string> pieces = {
-      "<quillReply>", "</quillReply>", "<result value=", "</result>", "\n", "x", "abcdef",
-      "<quillReply", "</result", "<", ">", "/", "0123456789012345678901234567890123456789"};
-  for (int round = 0; round < 20000; ++round) {
-    std::string input;
-    const int count = static_cast<int>(random() % 12);
-    for (int i = 0; i < count; ++i) input += pieces[random() % pieces.size()];
-    expectSameAsMoving(input);
-  }
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ class WrapperTagFinder {
 };
 
 // Cuts the reply wrapper out of text[0, *length) and gives the same text as
-// stripReplyWrapperInPlace: "<quillReply>", then "</quillReply>", each with the character after
+// stripReplyWrapper: "<quillReply>", then "</quillReply>", each with the character after
 // it, then "<result value=" through the next "</result>" and the character after that, each
 // searched for in what the earlier cuts left. `first` tells where the tags first occur in the
 // text as given, so that only the parts the cuts joined are searched again. The text is moved
