@@ -127,14 +127,20 @@ inline int refill() {
   return 0;
 }
 
-// A NUL byte lies in the window's unread rest, or the last search for one stopped short of the
-// window's end: search on through the read-ahead, and turn the bytes of the rest that follow its
-// first NUL into NULs.
-[[gnu::noinline]] void carryRestAsString() {
+// Searches the read-ahead for the next NUL byte from where the last search stopped (or from the
+// position, when that is further on); nextNul becomes that NUL, or the end of what is loaded.
+void searchNulOn() {
   const std::size_t from = std::max(position, nextNul);
   const void *nul = std::memchr(data + from, 0, loaded - from);
   nextNul =
       nul != nullptr ? static_cast<std::size_t>(static_cast<const char *>(nul) - data) : loaded;
+}
+
+// A NUL byte lies in the window's unread rest, or the last search for one stopped short of the
+// window's end: search on through the read-ahead, and turn the bytes of the rest that follow its
+// first NUL into NULs.
+[[gnu::noinline]] void carryRestAsString() {
+  searchNulOn();
   if (nextNul < windowEnd) {
     std::memset(data + nextNul, 0, windowEnd - nextNul);
     opens.forgetFrom(nextNul);
@@ -167,10 +173,7 @@ constexpr std::size_t kStepReach = 256;
 // Searches on for NUL bytes when the last search stopped short of the window's end. True when
 // the whole window is free of them.
 [[gnu::noinline]] bool searchNulsAhead() {
-  const std::size_t from = std::max(position, nextNul);
-  const void *nul = std::memchr(data + from, 0, loaded - from);
-  nextNul =
-      nul != nullptr ? static_cast<std::size_t>(static_cast<const char *>(nul) - data) : loaded;
+  searchNulOn();
   return nextNul >= windowStart + kInputWindowSize;
 }
 
