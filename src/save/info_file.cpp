@@ -12,6 +12,7 @@
 #include <cstring>
 
 #include "document/run_settings.h"
+#include "save/combined_filters.h"
 #include "save/info_filters.h"
 #include "save/info_wrapper.h"
 #include "save/page_faulter.h"
@@ -130,23 +131,33 @@ int readWhole(int fd, TextBuffer &text, std::size_t *size, WrapperTagFinder &wra
   return 0;
 }
 
-// The user-type filter of -u: 0, or -1 when an element removal failed.
-int filterByUserType(const char *fileName, char *text, int *length) {
+// The elements the user-type filter of -u removes from a file, if any.
+struct UserTypeRemoval {
+  const char *startName = nullptr;
+  const char *endName = nullptr;
+  // Printed after a failed removal, besides the removal's own message.
+  const char *failure = nullptr;
+};
+
+UserTypeRemoval userTypeRemoval(const char *fileName) {
   const bool trustees = std::strcmp(fileName, "TrusteeInfo.xml") == 0;
   const bool users = std::strcmp(fileName, "UserInfo.xml") == 0;
   if (arborUsers) {
-    if (trustees) return removeElementsWhole(text, length, "trustee type=\"adID\"", "trustee");
-    if (users) return removeElementsWhole(text, length, "user type=\"adID\"", "user");
+    if (trustees) return {"trustee type=\"adID\"", "trustee"};
+    if (users) return {"user type=\"adID\"", "user"};
   } else if (adUsers) {
-    if (trustees) return removeElementsWhole(text, length, "trustee", "trustee");
-    if (users) {
-      if (removeElementsWhole(text, length, "user", "user") != 0) {
-        std::fprintf(stderr, "Failed to remove given object from infile -> admin_user_quota_file.\n");
-        return -1;
-      }
-    }
+    if (trustees) return {"trustee", "trustee"};
+    if (users)
+      return {"user", "user", "Failed to remove given object from infile -> admin_user_quota_file.\n"};
   }
-  return 0;
+  return {};
+}
+
+// 0, or -1 after a failed removal (with the removal's extra message).
+int removalStatus(const UserTypeRemoval &removal, int status) {
+  if (status == 0) return 0;
+  if (removal.failure != nullptr) std::fputs(removal.failure, stderr);
+  return -1;
 }
 
 }  // namespace
@@ -177,10 +188,26 @@ int extractInfoFile(const char *infoDir, const char *fileName, const char *path,
   int length = static_cast<int>(size);
   if (length == 0) return 0;
   char *text = stripInfoWrapper(buffers.text.data(), &length, wrapper.found(size));
-  if (filterByUserType(fileName, text, &length) != 0) return -1;
   size = static_cast<std::size_t>(length);
-
-  if (path != nullptr) {
+  const UserTypeRemoval removal = userTypeRemoval(fileName);
+  bool filtered = false;
+  if (path != nullptr && removal.startName != nullptr) {
+    // Both filters are decided together when the scratch space can be had before the removal
+    // (see below); otherwise they run in turn, which reports each failure in its place.
+    buffers.scratch = static_cast<char *>(std::malloc(size + 2));
+    if (buffers.scratch != nullptr) {
+      const int status = removeAndFilterByPath(text, &length, removal.startName, removal.endName,
+                                               path, buffers.scratch, elementName, &size);
+      if (removalStatus(removal, status) != 0) return -1;
+      filtered = true;
+    }
+  }
+  if (!filtered && removal.startName != nullptr) {
+    const int status = removeElementsWhole(text, &length, removal.startName, removal.endName);
+    if (removalStatus(removal, status) != 0) return -1;
+    size = static_cast<std::size_t>(length);
+  }
+  if (!filtered && path != nullptr) {
     // Only the unfiltered rest after an element without an end tag is ever copied into the
     // scratch space, so most of it is never touched.
     buffers.scratch = static_cast<char *>(std::malloc(static_cast<std::size_t>(length) + 2));

@@ -1,0 +1,283 @@
+#include "save/combined_filters.h"
+
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+
+#include "save/filter_search.h"
+#include "save/info_filters.h"
+
+// The path filter run after the removal sees the text with the removed elements gone. It sees
+// the same tags, at the same places once the gaps are closed, as it would in the text as read,
+// provided that
+//   - no removed element lies across a tag the path filter uses (an element's start tag, its end
+//     tag, or its path tags), nor inside the part of an element from "<path>" through the end of
+//     "</path>" and of the compared value, whose length and bytes decide the element's fate;
+//   - closing the gap cannot join the text around a removed element into a new tag: none of the
+//     tags holds a line feed, so a removed element that starts the text or follows a line feed
+//     (as each one does in the info files) joins nothing.
+// Then the filter's decisions on the text as read are its decisions on the removal's result, and
+// the text left is the text as read without the removed and the filtered-out elements. Each
+// removed element is checked as it is met; the first one that breaks a condition hands the rest
+// over to the two filters in turn, from a place where both are still exactly in step.
+
+namespace {
+
+using info_scan::Compactor;
+using info_scan::ForwardSearch;
+using info_scan::kNone;
+using info_scan::removalEnd;
+
+constexpr std::string_view kPathOpen = "<path>";
+constexpr std::string_view kPathClose = "</path>";
+
+// The elements the removal drops, in order, each found when it is asked for.
+class Removals {
+ public:
+  Removals(const char *text, std::size_t size, const char *startTag, const char *endTag)
+      : text_(text),
+        size_(size),
+        starts_(text, size, startTag),
+        ends_(text, size, endTag),
+        endTagLength_(std::strlen(endTag)) {
+    find(starts_.from(0));
+  }
+
+  // The next element to drop is [begin(), end()); begin() is kNone after the last one, so that
+  // it lies beyond any place. When missingEnd(), the element has no end tag and end() is unset.
+  std::size_t begin() const { return begin_; }
+  std::size_t end() const { return end_; }
+  bool missingEnd() const { return missingEnd_; }
+  void next() { find(starts_.fromNear(end_)); }
+
+ private:
+  void find(std::size_t at) {
+    begin_ = at;
+    if (at == kNone) return;
+    const std::size_t endTag = ends_.from(at);
+    if (endTag == kNone)
+      missingEnd_ = true;
+    else
+      end_ = removalEnd(text_, size_, endTag + endTagLength_);
+  }
+
+  const char *text_;
+  std::size_t size_;
+  ForwardSearch starts_;
+  ForwardSearch ends_;
+  std::size_t endTagLength_;
+  std::size_t begin_ = kNone;
+  std::size_t end_ = 0;
+  bool missingEnd_ = false;
+};
+
+// An element's start and end tags, bounded as the path filter bounds them.
+struct ElementTags {
+  explicit ElementTags(const char *elementName) {
+    std::snprintf(start, sizeof start, "<%s>", elementName);
+    std::snprintf(end, sizeof end, "</%s>", elementName);
+  }
+  char start[kFilterStartTagMax + 1];
+  char end[kFilterEndTagMax + 1];
+};
+
+class CombinedFilters {
+ public:
+  CombinedFilters(char *text, int *length, std::size_t size, const char *path, char *scratch,
+                  const char *elementName, const char *removalStart, const char *removalEnd)
+      : text_(text),
+        length_(length),
+        size_(size),
+        path_(path),
+        scratch_(scratch),
+        elementName_(elementName),
+        removalStart_(removalStart),
+        removalEnd_(removalEnd),
+        valueOffset_(std::strcmp(elementName, "file") == 0 ? kFilePathValueOffset
+                                                           : kDirectoryPathValueOffset),
+        tags_(elementName),
+        endTagLength_(std::strlen(tags_.end)),
+        removals_(text, size, removalStart, removalEnd),
+        compactor_(text) {}
+
+  // Both filters; the removal's status, and the size left in *sizeLeft.
+  int run(std::size_t *sizeLeft);
+
+ private:
+  enum class Step { kNext, kDone, kFailed, kInTurn };
+
+  Step element(std::size_t p);
+  Step restWithoutEndTag(std::size_t p);
+  Step tail();
+  // Checks the next removed element against an element's parts; closes its gap when it is to
+  // be closed on its own (it lies before the element, or inside one that stays).
+  bool joinsNothing(std::size_t at) const { return at == 0 || text_[at - 1] == '\n'; }
+  void closeGap(std::size_t begin, std::size_t end) {
+    compactor_.drop(begin, end);
+    resume_ = end;
+  }
+  int inTurn(std::size_t *sizeLeft);
+  int missingEndTag() const {
+    std::fprintf(stderr, "Missing end tag : %s\n", removalEnd_);
+    return -1;
+  }
+
+  char *text_;
+  int *length_;
+  std::size_t size_;
+  std::string_view path_;
+  char *scratch_;
+  const char *elementName_;
+  const char *removalStart_;
+  const char *removalEnd_;
+  std::size_t valueOffset_;
+  ElementTags tags_;
+  std::size_t endTagLength_;
+  Removals removals_;
+  Compactor compactor_;
+  ForwardSearch starts_{text_, size_, tags_.start};
+  ForwardSearch ends_{text_, size_, tags_.end};
+  ForwardSearch opens_{text_, size_, kPathOpen};
+  ForwardSearch closes_{text_, size_, kPathClose};
+  // Where the next element is searched from, in the text as read and in the compacted text.
+  std::size_t from_ = 0;
+  std::size_t fromLeft_ = 0;
+  // Every removed element that starts before this place has been closed, and none runs past it.
+  std::size_t resume_ = 0;
+  // The size left and the length once the pass is over.
+  std::size_t sizeLeft_ = 0;
+};
+
+int CombinedFilters::run(std::size_t *sizeLeft) {
+  scratch_[0] = '\0';
+  for (;;) {
+    fromLeft_ = compactor_.keep(from_);
+    resume_ = from_;
+    const std::size_t p = starts_.fromNear(from_);
+    const Step step = p == kNone ? tail() : element(p);
+    if (step == Step::kNext) continue;
+    if (step == Step::kFailed) return missingEndTag();
+    if (step == Step::kInTurn) return inTurn(sizeLeft);
+    *sizeLeft = sizeLeft_;
+    return 0;
+  }
+}
+
+// One element starting at p: judged on the text as read when no removed element gets in the
+// way.
+CombinedFilters::Step CombinedFilters::element(std::size_t p) {
+  const std::size_t e = ends_.fromNoting(p, opens_, closes_);
+  if (e == kNone) return restWithoutEndTag(p);
+  // Only an element whose path tags and compared value lie inside it is judged here.
+  const std::size_t open = opens_.from(p);
+  const std::size_t close = closes_.from(p);
+  if (open == kNone || close == kNone || close < open + kPathOpen.size()) return Step::kInTurn;
+  const std::size_t value = open + valueOffset_;
+  std::size_t judged = close + kPathClose.size();
+  if (value + path_.size() > judged) judged = value + path_.size();
+  if (judged > e) return Step::kInTurn;
+  const bool keep = close - open - kPathOpen.size() >= path_.size() &&
+                    std::memcmp(text_ + value, path_.data(), path_.size()) == 0;
+
+  // The removed elements up to the end of this one lie before it, or inside it after the part
+  // judged; those inside go with the element when it goes.
+  const std::size_t limit = e + endTagLength_;
+  while (removals_.begin() < limit) {
+    if (removals_.missingEnd()) return Step::kFailed;
+    const std::size_t begin = removals_.begin();
+    const std::size_t end = removals_.end();
+    const bool before = begin >= from_ && end <= p;
+    const bool inside = begin >= judged && end <= e;
+    if (!joinsNothing(begin) || !(before || inside)) return Step::kInTurn;
+    if (before || keep) closeGap(begin, end);
+    removals_.next();
+  }
+  if (keep) {
+    from_ = e;
+  } else {
+    from_ = removalEnd(text_, size_, limit);
+    compactor_.drop(p, from_);
+  }
+  return Step::kNext;
+}
+
+// An element without an end tag at p: from there on the text stays as the removal leaves it, and
+// that rest goes to scratch.
+CombinedFilters::Step CombinedFilters::restWithoutEndTag(std::size_t p) {
+  while (removals_.begin() < p) {
+    if (removals_.missingEnd()) return Step::kFailed;
+    if (!joinsNothing(removals_.begin()) || removals_.end() > p) return Step::kInTurn;
+    closeGap(removals_.begin(), removals_.end());
+    removals_.next();
+  }
+  const std::size_t restAt = compactor_.keep(p);
+  if (const Step step = tail(); step != Step::kDone) return step;
+  const std::size_t rest = sizeLeft_ - restAt;
+  std::memcpy(scratch_, text_ + restAt, rest);
+  scratch_[rest] = '\0';
+  *length_ -= static_cast<int>(rest);
+  return Step::kDone;
+}
+
+// No element from here on: the removed elements still ahead go.
+CombinedFilters::Step CombinedFilters::tail() {
+  for (; removals_.begin() != kNone; removals_.next()) {
+    if (removals_.missingEnd()) return Step::kFailed;
+    if (!joinsNothing(removals_.begin())) return Step::kInTurn;
+    closeGap(removals_.begin(), removals_.end());
+  }
+  const std::size_t dropped = compactor_.finish(size_);
+  sizeLeft_ = size_ - dropped;
+  *length_ -= static_cast<int>(dropped);
+  return Step::kDone;
+}
+
+// The rest done by the two filters in turn: the removal from where all is closed, then the path
+// filter from where the next element is searched for, on the compacted text.
+int CombinedFilters::inTurn(std::size_t *sizeLeft) {
+  compactor_.keep(resume_);
+  ForwardSearch starts(text_, size_, removalStart_);
+  ForwardSearch ends(text_, size_, removalEnd_);
+  const std::size_t endLength = std::strlen(removalEnd_);
+  for (std::size_t p = starts.from(resume_); p != kNone;) {
+    const std::size_t e = ends.from(p);
+    if (e == kNone) return missingEndTag();
+    const std::size_t next = removalEnd(text_, size_, e + endLength);
+    compactor_.drop(p, next);
+    p = starts.fromNear(next);
+  }
+  const std::size_t left = size_ - compactor_.finish(size_);
+  int restLength = static_cast<int>(left - fromLeft_);
+  const std::size_t restLeft =
+      filterByPathWhole(text_ + fromLeft_, &restLength, path_.data(), scratch_, elementName_);
+  *sizeLeft = fromLeft_ + restLeft;
+  *length_ = static_cast<int>(fromLeft_) + restLength;
+  return 0;
+}
+
+}  // namespace
+
+int removeAndFilterByPath(char *text, int *length, const char *startName, const char *endName,
+                          const char *path, char *scratch, const char *elementName,
+                          std::size_t *sizeLeft) {
+  const bool plain = text == nullptr || length == nullptr || startName == nullptr ||
+                     endName == nullptr || path == nullptr || scratch == nullptr ||
+                     elementName == nullptr || *length < 1 ||
+                     std::strchr(elementName, '\n') != nullptr;
+  if (plain) {
+    // Nothing to do together: the two in turn.
+    const int status = removeElementsWhole(text, length, startName, endName);
+    *sizeLeft = length == nullptr || *length < 0 ? 0 : static_cast<std::size_t>(*length);
+    if (status != 0) return status;
+    *sizeLeft = filterByPathWhole(text, length, path, scratch, elementName);
+    return 0;
+  }
+  char startTag[kRemoveStartTagMax + 1];
+  char endTag[kRemoveEndTagMax + 1];
+  std::snprintf(startTag, sizeof startTag, "<%s>", startName);
+  std::snprintf(endTag, sizeof endTag, "</%s>", endName);
+  text[*length] = '\0';
+  CombinedFilters filters(text, length, static_cast<std::size_t>(*length), path, scratch,
+                          elementName, startTag, endTag);
+  return filters.run(sizeLeft);
+}
