@@ -101,7 +101,7 @@ class CombinedFilters {
         compactor_(text) {}
 
   // Both filters; the removal's status, and the size left in *sizeLeft.
-  int run(std::size_t *sizeLeft);
+  int run(std::size_t *sizeLeft, bool *inTurn);
 
  private:
   enum class Step { kNext, kDone, kFailed, kInTurn };
@@ -109,14 +109,20 @@ class CombinedFilters {
   Step element(std::size_t p);
   Step restWithoutEndTag(std::size_t p);
   Step tail();
-  // Checks the next removed element against an element's parts; closes its gap when it is to
-  // be closed on its own (it lies before the element, or inside one that stays).
+  // Closing the gap of a removed element that starts at `at` cannot make a new tag.
   bool joinsNothing(std::size_t at) const { return at == 0 || text_[at - 1] == '\n'; }
+  // Closes the gap of a removed element on its own (it lies before an element, or inside one
+  // that stays).
   void closeGap(std::size_t begin, std::size_t end) {
     compactor_.drop(begin, end);
     resume_ = end;
+    removed_ += end - begin;
   }
-  int inTurn(std::size_t *sizeLeft);
+  // The path filter leaves its scratch space empty unless the removal left no text at all.
+  void clearScratch() {
+    if (removed_ < size_) scratch_[0] = '\0';
+  }
+  int finishInTurn(std::size_t *sizeLeft);
   int missingEndTag() const {
     std::fprintf(stderr, "Missing end tag : %s\n", removalEnd_);
     return -1;
@@ -146,10 +152,12 @@ class CombinedFilters {
   std::size_t resume_ = 0;
   // The size left and the length once the pass is over.
   std::size_t sizeLeft_ = 0;
+  // The number of characters the removal takes out, of the elements closed or gone with a
+  // filtered-out element.
+  std::size_t removed_ = 0;
 };
 
-int CombinedFilters::run(std::size_t *sizeLeft) {
-  scratch_[0] = '\0';
+int CombinedFilters::run(std::size_t *sizeLeft, bool *inTurn) {
   for (;;) {
     fromLeft_ = compactor_.keep(from_);
     resume_ = from_;
@@ -157,7 +165,10 @@ int CombinedFilters::run(std::size_t *sizeLeft) {
     const Step step = p == kNone ? tail() : element(p);
     if (step == Step::kNext) continue;
     if (step == Step::kFailed) return missingEndTag();
-    if (step == Step::kInTurn) return inTurn(sizeLeft);
+    if (step == Step::kInTurn) {
+      if (inTurn != nullptr) *inTurn = true;
+      return finishInTurn(sizeLeft);
+    }
     *sizeLeft = sizeLeft_;
     return 0;
   }
@@ -182,6 +193,7 @@ CombinedFilters::Step CombinedFilters::element(std::size_t p) {
   // The removed elements up to the end of this one lie before it, or inside it after the part
   // judged; those inside go with the element when it goes.
   const std::size_t limit = e + endTagLength_;
+  std::size_t goneWithIt = 0;
   while (removals_.begin() < limit) {
     if (removals_.missingEnd()) return Step::kFailed;
     const std::size_t begin = removals_.begin();
@@ -189,9 +201,13 @@ CombinedFilters::Step CombinedFilters::element(std::size_t p) {
     const bool before = begin >= from_ && end <= p;
     const bool inside = begin >= judged && end <= e;
     if (!joinsNothing(begin) || !(before || inside)) return Step::kInTurn;
-    if (before || keep) closeGap(begin, end);
+    if (before || keep)
+      closeGap(begin, end);
+    else
+      goneWithIt += end - begin;
     removals_.next();
   }
+  removed_ += goneWithIt;
   if (keep) {
     from_ = e;
   } else {
@@ -204,7 +220,9 @@ CombinedFilters::Step CombinedFilters::element(std::size_t p) {
 // An element without an end tag at p: from there on the text stays as the removal leaves it, and
 // that rest goes to scratch.
 CombinedFilters::Step CombinedFilters::restWithoutEndTag(std::size_t p) {
-  while (removals_.begin() < p) {
+  // Its start tag must stay; the removed elements before it lie whole before it.
+  const std::size_t startTagEnd = p + std::strlen(tags_.start);
+  while (removals_.begin() < startTagEnd) {
     if (removals_.missingEnd()) return Step::kFailed;
     if (!joinsNothing(removals_.begin()) || removals_.end() > p) return Step::kInTurn;
     closeGap(removals_.begin(), removals_.end());
@@ -229,12 +247,13 @@ CombinedFilters::Step CombinedFilters::tail() {
   const std::size_t dropped = compactor_.finish(size_);
   sizeLeft_ = size_ - dropped;
   *length_ -= static_cast<int>(dropped);
+  clearScratch();
   return Step::kDone;
 }
 
 // The rest done by the two filters in turn: the removal from where all is closed, then the path
 // filter from where the next element is searched for, on the compacted text.
-int CombinedFilters::inTurn(std::size_t *sizeLeft) {
+int CombinedFilters::finishInTurn(std::size_t *sizeLeft) {
   compactor_.keep(resume_);
   ForwardSearch starts(text_, size_, removalStart_);
   ForwardSearch ends(text_, size_, removalEnd_);
@@ -244,9 +263,11 @@ int CombinedFilters::inTurn(std::size_t *sizeLeft) {
     if (e == kNone) return missingEndTag();
     const std::size_t next = removalEnd(text_, size_, e + endLength);
     compactor_.drop(p, next);
+    removed_ += next - p;
     p = starts.fromNear(next);
   }
   const std::size_t left = size_ - compactor_.finish(size_);
+  clearScratch();
   int restLength = static_cast<int>(left - fromLeft_);
   const std::size_t restLeft =
       filterByPathWhole(text_ + fromLeft_, &restLength, path_.data(), scratch_, elementName_);
@@ -259,11 +280,12 @@ int CombinedFilters::inTurn(std::size_t *sizeLeft) {
 
 int removeAndFilterByPath(char *text, int *length, const char *startName, const char *endName,
                           const char *path, char *scratch, const char *elementName,
-                          std::size_t *sizeLeft) {
+                          std::size_t *sizeLeft, bool *inTurn) {
   const bool plain = text == nullptr || length == nullptr || startName == nullptr ||
                      endName == nullptr || path == nullptr || scratch == nullptr ||
                      elementName == nullptr || *length < 1 ||
                      std::strchr(elementName, '\n') != nullptr;
+  if (inTurn != nullptr) *inTurn = plain;
   if (plain) {
     // Nothing to do together: the two in turn.
     const int status = removeElementsWhole(text, length, startName, endName);
@@ -279,5 +301,5 @@ int removeAndFilterByPath(char *text, int *length, const char *startName, const 
   text[*length] = '\0';
   CombinedFilters filters(text, length, static_cast<std::size_t>(*length), path, scratch,
                           elementName, startTag, endTag);
-  return filters.run(sizeLeft);
+  return filters.run(sizeLeft, inTurn);
 }

@@ -12,7 +12,8 @@
 // or its path, or could join the text around it into a tag), the rest is done by the two filters
 // in turn. Returns the removal's status: 0, or -1 for a missing argument or after
 // "Missing end tag : %s" (the text is then left unusable). *sizeLeft is the size of the text
-// left in place, the unfiltered rest after an element without an end tag included.
+// left in place, the unfiltered rest after an element without an end tag included. When given,
+// *inTurn tells whether any part was done by the two filters in turn.
 int removeAndFilterByPath(char *text, int *length, const char *startName, const char *endName,
                           const char *path, char *scratch, const char *elementName,
-                          std::size_t *sizeLeft);
+                          std::size_t *sizeLeft, bool *inTurn = nullptr);
