@@ -6,6 +6,7 @@
 
 #include "save/filter_search.h"
 #include "save/info_filters.h"
+#include "save/tag_search.h"
 
 // The path filter run after the removal sees the text with the removed elements gone. It sees
 // the same tags, at the same places once the gaps are closed, as it would in the text as read,
@@ -27,6 +28,7 @@ using info_scan::Compactor;
 using info_scan::ForwardSearch;
 using info_scan::kNone;
 using info_scan::removalEnd;
+static_assert(kNotInside == kNone, "a path not inside an element reads as one not found");
 
 constexpr std::string_view kPathOpen = "<path>";
 constexpr std::string_view kPathClose = "</path>";
@@ -105,8 +107,13 @@ class CombinedFilters {
 
  private:
   enum class Step { kNext, kDone, kFailed, kInTurn };
+  static constexpr std::size_t kBatch = 64;
 
+  // The places of the next element, found ahead a batch at a time while that can be done; null
+  // when the element is to be found by the searches.
+  const ElementPlaces *nextPlaces();
   Step element(std::size_t p);
+  Step judge(std::size_t p, std::size_t e, std::size_t open, std::size_t close);
   Step restWithoutEndTag(std::size_t p);
   Step tail();
   // Closing the gap of a removed element that starts at `at` cannot make a new tag.
@@ -145,6 +152,12 @@ class CombinedFilters {
   ForwardSearch ends_{text_, size_, tags_.end};
   ForwardSearch opens_{text_, size_, kPathOpen};
   ForwardSearch closes_{text_, size_, kPathClose};
+  ElementSearch elements_{prepareTag(tags_.start), prepareTag(tags_.end), prepareTag(kPathOpen),
+                          prepareTag(kPathClose)};
+  bool batches_ = elements_.start.size >= 3 && elements_.end.size >= 3;
+  ElementPlaces batch_[kBatch];
+  std::size_t batchSize_ = 0;
+  std::size_t batchNext_ = 0;
   // Where the next element is searched from, in the text as read and in the compacted text.
   std::size_t from_ = 0;
   std::size_t fromLeft_ = 0;
@@ -161,8 +174,13 @@ int CombinedFilters::run(std::size_t *sizeLeft, bool *inTurn) {
   for (;;) {
     fromLeft_ = compactor_.keep(from_);
     resume_ = from_;
-    const std::size_t p = starts_.fromNear(from_);
-    const Step step = p == kNone ? tail() : element(p);
+    Step step;
+    if (const ElementPlaces *places = nextPlaces(); places != nullptr) {
+      step = judge(places->start, places->end, places->path, places->pathEnd);
+    } else {
+      const std::size_t p = starts_.fromNear(from_);
+      step = p == kNone ? tail() : element(p);
+    }
     if (step == Step::kNext) continue;
     if (step == Step::kFailed) return missingEndTag();
     if (step == Step::kInTurn) {
@@ -174,14 +192,41 @@ int CombinedFilters::run(std::size_t *sizeLeft, bool *inTurn) {
   }
 }
 
-// One element starting at p: judged on the text as read when no removed element gets in the
-// way.
+// Each element starts at the first start tag from the end tag of the one before on, which is
+// also the first from where the one before is closed or dropped: nothing after the '<' of the end
+// tag through the line feed after it can start a tag. Once the batch search stops short (near
+// the end of the text), the searches find the rest.
+const ElementPlaces *CombinedFilters::nextPlaces() {
+  if (batchNext_ == batchSize_) {
+    if (!batches_) return nullptr;
+    batchSize_ = findElements(elements_, text_, from_, size_, batch_, kBatch);
+    batchNext_ = 0;
+    if (batchSize_ == 0) {
+      batches_ = false;
+      return nullptr;
+    }
+  }
+  const ElementPlaces &places = batch_[batchNext_++];
+  if (places.start >= from_) return &places;
+  // Not reached: the places no longer follow on; the searches take over.
+  batches_ = false;
+  batchSize_ = batchNext_ = 0;
+  return nullptr;
+}
+
+// One element starting at p, found by the searches.
 CombinedFilters::Step CombinedFilters::element(std::size_t p) {
   const std::size_t e = ends_.fromNoting(p, opens_, closes_);
   if (e == kNone) return restWithoutEndTag(p);
+  return judge(p, e, opens_.from(p), closes_.from(p));
+}
+
+// The element [p, e + end tag): judged on the text as read when no removed element gets in the
+// way. open and close are where "<path>" and "</path>" first occur from p on, or kNone when
+// they do not occur before e.
+CombinedFilters::Step CombinedFilters::judge(std::size_t p, std::size_t e, std::size_t open,
+                                             std::size_t close) {
   // Only an element whose path tags and compared value lie inside it is judged here.
-  const std::size_t open = opens_.from(p);
-  const std::size_t close = closes_.from(p);
   if (open == kNone || close == kNone || close < open + kPathOpen.size()) return Step::kInTurn;
   const std::size_t value = open + valueOffset_;
   std::size_t judged = close + kPathClose.size();

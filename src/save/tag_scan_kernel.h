@@ -170,4 +170,84 @@ const char *findTagNotingWith(const PreparedTag &stop, const PreparedTag (&notes
   return nullptr;
 }
 
+// findElements: places are screened for the four tags a vector at a time, each on its '<', its
+// second byte, its third byte for an end tag, and its last byte; the survivors, in order, are
+// compared whole with the tags that matter where the walk stands: the start tag outside an
+// element, the path tags and the end tag inside one.
+template <class Ops>
+std::size_t findElementsWith(const ElementSearch &search, const char *text, std::size_t from,
+                             std::size_t size, ElementPlaces *places, std::size_t room) {
+  const PreparedTag &start = search.start;
+  const PreparedTag &endTag = search.end;
+  const PreparedTag &path = search.path;
+  const PreparedTag &pathEnd = search.pathEnd;
+  const std::size_t startLast = start.size - 1;
+  const std::size_t endLast = endTag.size - 1;
+  const std::size_t pathLast = path.size - 1;
+  const std::size_t pathEndLast = pathEnd.size - 1;
+  std::size_t reach = startLast > endLast ? startLast : endLast;
+  if (pathLast > reach) reach = pathLast;
+  if (pathEndLast > reach) reach = pathEndLast;
+  const auto open = Ops::splat('<');
+  const auto startSecond = Ops::splat(start.data[1]);
+  const auto startEnd = Ops::splat(start.data[startLast]);
+  const auto endSecond = Ops::splat(endTag.data[1]);
+  const auto endThird = Ops::splat(endTag.data[2]);
+  const auto endEnd = Ops::splat(endTag.data[endLast]);
+  const auto pathSecond = Ops::splat(path.data[1]);
+  const auto pathEnd_ = Ops::splat(path.data[pathLast]);
+  const auto pathEndSecond = Ops::splat(pathEnd.data[1]);
+  const auto pathEndThird = Ops::splat(pathEnd.data[2]);
+  const auto pathEndEnd = Ops::splat(pathEnd.data[pathEndLast]);
+
+  const char *end = text + size;
+  std::size_t count = 0;
+  bool inside = false;
+  ElementPlaces current{};
+  // Every load of a vector at p + reach stays inside the text.
+  for (std::size_t at = from; at <= size && size - at >= reach + Ops::kWidth; at += Ops::kWidth) {
+    const char *p = text + at;
+    // The walk's branches keep the processor from reading far ahead by itself; the text is asked
+    // for well before it is screened.
+    __builtin_prefetch(p + 4096);
+    const auto first = Ops::eq(Ops::load(p), open);
+    const auto second = Ops::load(p + 1);
+    const auto third = Ops::load(p + 2);
+    const auto starts = Ops::bits(Ops::both(
+        Ops::both(first, Ops::eq(second, startSecond)), Ops::eq(Ops::load(p + startLast), startEnd)));
+    const auto paths = Ops::bits(Ops::both(Ops::both(first, Ops::eq(second, pathSecond)),
+                                           Ops::eq(Ops::load(p + pathLast), pathEnd_)));
+    const auto ends = Ops::bits(
+        Ops::both(Ops::both(Ops::both(first, Ops::eq(second, endSecond)), Ops::eq(third, endThird)),
+                  Ops::eq(Ops::load(p + endLast), endEnd)));
+    const auto pathEnds = Ops::bits(Ops::both(
+        Ops::both(Ops::both(first, Ops::eq(second, pathEndSecond)), Ops::eq(third, pathEndThird)),
+        Ops::eq(Ops::load(p + pathEndLast), pathEndEnd)));
+    auto bits = starts | paths | ends | pathEnds;
+    while (bits != 0) {
+      const auto place = bits & (~bits + 1);
+      const int offset = lowestSet(bits);
+      bits &= bits - 1;
+      const char *q = p + offset;
+      if (!inside) {
+        if ((starts & place) == 0 || !tagAt(start, q, end)) continue;
+        inside = true;
+        current = {at + offset, kNotInside, kNotInside, kNotInside};
+      }
+      // A path tag may also start where the element does.
+      if ((paths & place) != 0 && current.path == kNotInside && tagAt(path, q, end))
+        current.path = at + offset;
+      if ((pathEnds & place) != 0 && current.pathEnd == kNotInside && tagAt(pathEnd, q, end))
+        current.pathEnd = at + offset;
+      if ((ends & place) != 0 && tagAt(endTag, q, end)) {
+        current.end = at + offset;
+        places[count++] = current;
+        inside = false;
+        if (count == room) return count;
+      }
+    }
+  }
+  return count;
+}
+
 }  // namespace

@@ -18,7 +18,11 @@ NulAndTag findNulAndTagAvx512(const PreparedTag &tag, const char *tagFrom, const
                               const char *end);
 const char *findTagNotingAvx512(const PreparedTag &stop, const PreparedTag (&notes)[2],
                                 const char *begin, const char *end, const char *(&noted)[2]);
+std::size_t findElementsAvx512(const ElementSearch &search, const char *text, std::size_t from,
+                               std::size_t size, ElementPlaces *places, std::size_t room);
 const char *findTagAvx2(const PreparedTag &tag, const char *p, const char *end, const char **rest);
+std::size_t findElementsAvx2(const ElementSearch &search, const char *text, std::size_t from,
+                             std::size_t size, ElementPlaces *places, std::size_t room);
 NulAndTag findNulAndTagAvx2(const PreparedTag &tag, const char *tagFrom, const char *nulFrom,
                             const char *end);
 const char *findTagNotingAvx2(const PreparedTag &stop, const PreparedTag (&notes)[2],
@@ -131,5 +135,18 @@ const char *findTagNoting(const PreparedTag &stop, const PreparedTag (&notes)[2]
     if (noted[i] != nullptr && hit != nullptr && noted[i] > hit) noted[i] = nullptr;
   }
   return hit;
+#endif
+}
+
+std::size_t findElements(const ElementSearch &search, const char *text, std::size_t from,
+                         std::size_t size, ElementPlaces *places, std::size_t room) {
+#if defined(__x86_64__)
+  if (width == 64) return findElementsAvx512(search, text, from, size, places, room);
+  if (width == 32) return findElementsAvx2(search, text, from, size, places, room);
+#endif
+#if defined(__SSE2__)
+  return findElementsWith<Sse2>(search, text, from, size, places, room);
+#else
+  return 0;
 #endif
 }

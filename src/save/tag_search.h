@@ -45,3 +45,27 @@ NulAndTag findNulAndTag(const PreparedTag &tag, const char *tagFrom, const char 
 // three bytes. One pass over the text for all three.
 const char *findTagNoting(const PreparedTag &stop, const PreparedTag (&notes)[2],
                           const char *begin, const char *end, const char *(&noted)[2]);
+
+// The places of one element of a text: its start tag, its end tag (the first from its start
+// on), and the first "<path>" and "</path>" from its start on when they start before its end
+// tag (kNotInside when not).
+inline constexpr std::size_t kNotInside = static_cast<std::size_t>(-1);
+struct ElementPlaces {
+  std::size_t start;
+  std::size_t end;
+  std::size_t path;
+  std::size_t pathEnd;
+};
+// The tags of an element and of its path, each of at least three bytes.
+struct ElementSearch {
+  PreparedTag start;
+  PreparedTag end;
+  PreparedTag path;
+  PreparedTag pathEnd;
+};
+// The elements of text[0, size) one after another from `from` on: the first starts at the first
+// start tag from `from` on, each next one at the first start tag from the end tag of the one
+// before on. Stops after `room` elements, or near the end of the text, where the vector loop
+// ends; returns the number of elements whose end tag was found, their places in `places`.
+std::size_t findElements(const ElementSearch &search, const char *text, std::size_t from,
+                         std::size_t size, ElementPlaces *places, std::size_t room);

@@ -42,4 +42,9 @@ const char *findTagNotingAvx2(const PreparedTag &stop, const PreparedTag (&notes
   return findTagNotingWith<Avx2>(stop, notes, begin, end, noted);
 }
 
+std::size_t findElementsAvx2(const ElementSearch &search, const char *text, std::size_t from,
+                             std::size_t size, ElementPlaces *places, std::size_t room) {
+  return findElementsWith<Avx2>(search, text, from, size, places, room);
+}
+
 #endif

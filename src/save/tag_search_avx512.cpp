@@ -43,4 +43,9 @@ const char *findTagNotingAvx512(const PreparedTag &stop, const PreparedTag (&not
   return findTagNotingWith<Avx512>(stop, notes, begin, end, noted);
 }
 
+std::size_t findElementsAvx512(const ElementSearch &search, const char *text, std::size_t from,
+                               std::size_t size, ElementPlaces *places, std::size_t room) {
+  return findElementsWith<Avx512>(search, text, from, size, places, room);
+}
+
 #endif
