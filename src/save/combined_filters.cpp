@@ -223,7 +223,7 @@ CombinedFilters::Step CombinedFilters::element(std::size_t p) {
 
 // The element [p, e + end tag): judged on the text as read when no removed element gets in the
 // way. open and close are where "<path>" and "</path>" first occur from p on, or kNone when
-// they do not occur before e.
+// they do not occur by e.
 CombinedFilters::Step CombinedFilters::judge(std::size_t p, std::size_t e, std::size_t open,
                                              std::size_t close) {
   // Only an element whose path tags and compared value lie inside it is judged here.

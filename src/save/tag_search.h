@@ -47,8 +47,8 @@ const char *findTagNoting(const PreparedTag &stop, const PreparedTag (&notes)[2]
                           const char *begin, const char *end, const char *(&noted)[2]);
 
 // The places of one element of a text: its start tag, its end tag (the first from its start
-// on), and the first "<path>" and "</path>" from its start on when they start before its end
-// tag (kNotInside when not).
+// on), and the first "<path>" and "</path>" from its start on when they start no later than its
+// end tag (kNotInside when not).
 inline constexpr std::size_t kNotInside = static_cast<std::size_t>(-1);
 struct ElementPlaces {
   std::size_t start;

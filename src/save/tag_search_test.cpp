@@ -259,3 +259,151 @@ TEST_P(TagSearch, FindTagNotingRandomTextsAgreeWithAPlainSearch) {
 }
 
 }  // namespace
+
+// ---- elements one after another ----
+
+ElementSearch elementSearch(const std::string &start, const std::string &end) {
+  static std::vector<std::string> kept;  // the tags must outlive the prepared forms
+  kept.push_back(start);
+  kept.push_back(end);
+  return {prepareTag(kept[kept.size() - 2]), prepareTag(kept.back()), prepareTag("<path>"),
+          prepareTag("</path>")};
+}
+
+std::vector<ElementPlaces> fastElements(const ElementSearch &search, const std::string &text,
+                                        std::size_t from, std::size_t room) {
+  std::vector<ElementPlaces> places(room + 1);
+  const std::size_t count =
+      findElements(search, text.data(), from, text.size(), places.data(), room);
+  places.resize(count);
+  return places;
+}
+
+// The walk done with plain searches; an element whose end tag is not found is not counted.
+std::vector<ElementPlaces> naiveElements(const std::string &start, const std::string &end,
+                                         const std::string &text, std::size_t from,
+                                         std::size_t count) {
+  std::vector<ElementPlaces> places;
+  std::size_t at = from;
+  while (places.size() < count) {
+    const std::size_t p = text.find(start, at);
+    if (p == std::string::npos) break;
+    const std::size_t e = text.find(end, p);
+    if (e == std::string::npos) break;
+    std::size_t path = text.find("<path>", p);
+    std::size_t pathEnd = text.find("</path>", p);
+    if (path > e) path = kNotInside;
+    if (pathEnd > e) pathEnd = kNotInside;
+    places.push_back({p, e, path, pathEnd});
+    at = e;
+  }
+  return places;
+}
+
+bool samePlaces(const ElementPlaces &a, const ElementPlaces &b) {
+  return a.start == b.start && a.end == b.end && a.path == b.path && a.pathEnd == b.pathEnd;
+}
+
+// The fast walk gives the plain walk's first elements: all of them but those it leaves to the
+// searches near the end of the text.
+void expectPrefixOfNaive(const std::string &start, const std::string &end, const std::string &text,
+                         std::size_t from, std::size_t room) {
+  const std::vector<ElementPlaces> fast = fastElements(elementSearch(start, end), text, from, room);
+  const std::vector<ElementPlaces> slow = naiveElements(start, end, text, from, room);
+  ASSERT_LE(fast.size(), slow.size()) << text;
+  for (std::size_t i = 0; i < fast.size(); ++i)
+    ASSERT_TRUE(samePlaces(fast[i], slow[i]))
+        << "element " << i << " of " << text << " from " << from << " tags " << start << end
+        << ": " << fast[i].start << " " << fast[i].end << " " << fast[i].path << " "
+        << fast[i].pathEnd << " / " << slow[i].start << " " << slow[i].end << " " << slow[i].path
+        << " " << slow[i].pathEnd;
+  // It stops short only within the last stretch that a vector step cannot reach.
+  if (fast.size() < slow.size() && fast.size() < room) {
+    ASSERT_GT(slow[fast.size()].end + 2 * 64 + 16, text.size()) << text;
+  }
+}
+
+TEST_P(TagSearch, FindElementsGivesEachElementWithItsPathTags) {
+  std::string text;
+  for (int i = 0; i < 20; ++i)
+    text += "<file><zid>" + std::to_string(i) + "</zid><path><![CDATA[/d/" + std::to_string(i) +
+            "]]></path>\n<trustee><name>x</name></trustee>\n</file>\n";
+  text += std::string(200, ' ');
+  const std::vector<ElementPlaces> places =
+      fastElements(elementSearch("<file>", "</file>"), text, 0, 64);
+  ASSERT_EQ(places.size(), 20u);
+  const std::vector<ElementPlaces> expected = naiveElements("<file>", "</file>", text, 0, 64);
+  for (std::size_t i = 0; i < places.size(); ++i) EXPECT_TRUE(samePlaces(places[i], expected[i]));
+}
+
+TEST_P(TagSearch, FindElementsStopsAfterTheRoomGiven) {
+  std::string text;
+  for (int i = 0; i < 10; ++i) text += "<file><path>a</path></file>\n";
+  text += std::string(200, ' ');
+  EXPECT_EQ(fastElements(elementSearch("<file>", "</file>"), text, 0, 3).size(), 3u);
+  // Going on from the end of the third one gives the fourth.
+  const auto first = fastElements(elementSearch("<file>", "</file>"), text, 0, 3);
+  const auto next = fastElements(elementSearch("<file>", "</file>"), text, first[2].end, 1);
+  ASSERT_EQ(next.size(), 1u);
+  EXPECT_EQ(next[0].start, 3 * 28u);
+}
+
+TEST_P(TagSearch, FindElementsPathTagsOutsideTheElementAreNotInside) {
+  const std::string text = "<file><zid/></file><path></path><file></path><path></file>" +
+                           std::string(200, ' ');
+  const auto places = fastElements(elementSearch("<file>", "</file>"), text, 0, 64);
+  ASSERT_EQ(places.size(), 2u);
+  EXPECT_EQ(places[0].path, kNotInside);
+  EXPECT_EQ(places[0].pathEnd, kNotInside);
+  EXPECT_EQ(places[1].pathEnd, 38u);
+  EXPECT_EQ(places[1].path, 45u);
+}
+
+TEST_P(TagSearch, FindElementsPathTagsCanBeTheElementsOwnTags) {
+  // With "path" as the element, its start and end tags are its path tags.
+  const std::string text = "<path>/a</path>\n<path>/b</path>\n" + std::string(200, ' ');
+  const auto places = fastElements(elementSearch("<path>", "</path>"), text, 0, 64);
+  ASSERT_EQ(places.size(), 2u);
+  EXPECT_TRUE(samePlaces(places[0], {0, 8, 0, 8}));
+  EXPECT_TRUE(samePlaces(places[1], {16, 24, 16, 24}));
+}
+
+TEST_P(TagSearch, FindElementsLeavesTheLastStretchToTheSearches) {
+  const std::string text = "<file></file>\n";
+  // Too short for one vector step with room for the longest tag: nothing is found.
+  EXPECT_EQ(fastElements(elementSearch("<file>", "</file>"), text, 0, 64).size(), 0u);
+  EXPECT_EQ(fastElements(elementSearch("<file>", "</file>"), text, text.size(), 64).size(), 0u);
+  EXPECT_EQ(fastElements(elementSearch("<file>", "</file>"), text, text.size() + 5, 64).size(),
+            0u);
+}
+
+TEST_P(TagSearch, FindElementsTagsAcrossEveryVectorBoundary) {
+  // Each tag is moved one byte further at a time across two vector widths.
+  for (std::size_t shift = 0; shift < 130; ++shift) {
+    const std::string text = std::string(shift, 'x') +
+                             "<file><zid>1</zid><path>/a</path></file>\n<file>\n<path>\n</path>"
+                             "</file>" +
+                             std::string(140, 'y');
+    expectPrefixOfNaive("<file>", "</file>", text, 0, 64);
+    expectPrefixOfNaive("<file>", "</file>", text, shift, 64);
+    if (HasFatalFailure()) return;
+  }
+}
+
+TEST_P(TagSearch, FindElementsRandomTextsAgreeWithPlainSearches) {
+  std::mt19937 random(11);
+  const std::string pieces[] = {"<file>", "</file>", "<path>", "</path>", "<directory>",
+                                "</directory>", "<fi", "le>", "</pa", "<", ">", "/", "\n",
+                                "xyz", "<filex>", "</file", "<pat>"};
+  for (int round = 0; round < 3000; ++round) {
+    std::string text;
+    const int count = static_cast<int>(random() % 80);
+    for (int i = 0; i < count; ++i) text += pieces[random() % std::size(pieces)];
+    const std::size_t from = text.empty() ? 0 : random() % (text.size() + 1);
+    const std::size_t room = 1 + random() % 8;
+    expectPrefixOfNaive("<file>", "</file>", text, from, room);
+    expectPrefixOfNaive("<directory>", "</directory>", text, from, room);
+    expectPrefixOfNaive("<path>", "</path>", text, from, room);
+    if (HasFatalFailure()) return;
+  }
+}
