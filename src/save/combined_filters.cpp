@@ -1,5 +1,6 @@
 #include "save/combined_filters.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
@@ -135,6 +136,16 @@ class CombinedFilters {
     return -1;
   }
 
+  // Does the text at `at`, with `available` bytes before the element's end tag, begin with the
+  // path? A path of up to eight bytes is compared as one word.
+  bool startsWithPath(const char *at, std::size_t available) const {
+    if (pathWord_.size == 0 || available < 8)
+      return std::memcmp(at, path_.data(), path_.size()) == 0;
+    std::uint64_t word;
+    std::memcpy(&word, at, 8);
+    return ((word ^ pathWord_.word) & pathWord_.mask) == 0;
+  }
+
   char *text_;
   int *length_;
   std::size_t size_;
@@ -152,6 +163,9 @@ class CombinedFilters {
   ForwardSearch ends_{text_, size_, tags_.end};
   ForwardSearch opens_{text_, size_, kPathOpen};
   ForwardSearch closes_{text_, size_, kPathClose};
+  // The path as a word when it has one to eight bytes.
+  PreparedTag pathWord_ = path_.size() >= 1 && path_.size() <= 8 ? prepareTag(path_)
+                                                                 : PreparedTag{nullptr, 0, 0, 0, 0};
   ElementSearch elements_{prepareTag(tags_.start), prepareTag(tags_.end), prepareTag(kPathOpen),
                           prepareTag(kPathClose)};
   bool batches_ = elements_.start.size >= 3 && elements_.end.size >= 3;
@@ -232,8 +246,8 @@ CombinedFilters::Step CombinedFilters::judge(std::size_t p, std::size_t e, std::
   std::size_t judged = close + kPathClose.size();
   if (value + path_.size() > judged) judged = value + path_.size();
   if (judged > e) return Step::kInTurn;
-  const bool keep = close - open - kPathOpen.size() >= path_.size() &&
-                    std::memcmp(text_ + value, path_.data(), path_.size()) == 0;
+  const bool keep =
+      close - open - kPathOpen.size() >= path_.size() && startsWithPath(text_ + value, e - value);
 
   // The removed elements up to the end of this one lie before it, or inside it after the part
   // judged; those inside go with the element when it goes.

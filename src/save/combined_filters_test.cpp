@@ -84,7 +84,7 @@ void expectSame(StderrSink &sink, const std::string &input, const char *startNam
 void expectSameForAll(StderrSink &sink, const std::string &input) {
   for (const int width : {64, 32, 16}) {
     setTagSearchWidth(width);
-    for (const char *path : {"/test1", "/", ""}) {
+    for (const char *path : {"/test1", "/", "", "/test1/a/b"}) {
       expectSame(sink, input, kAdStart, "trustee", path, "file");
       expectSame(sink, input, "trustee", "trustee", path, "file");
     }
