@@ -18,14 +18,16 @@ class PageFaulter {
   PageFaulter &operator=(const PageFaulter &) = delete;
   ~PageFaulter() { stop(); }
 
-  // Starts on [data, data + size); does nothing when no thread can be had. The buffer must stay
-  // where it is until stop().
-  void start(char *data, std::size_t size);
+  // Starts on [data, data + size); does nothing when no thread can be had or, with
+  // `whenIdle`, when no other processor is idle (the thread would then only take turns with the
+  // filling on a busy processor). The buffer must stay where it is until stop().
+  void start(char *data, std::size_t size, bool whenIdle = true);
   // Waits for the thread to give up; the buffer may then move.
   void stop();
 
  private:
   static void *run(void *self);
+  static bool processorIdle();
 
   char *data_ = nullptr;
   std::size_t size_ = 0;
