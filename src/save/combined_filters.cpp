@@ -206,10 +206,10 @@ int CombinedFilters::run(std::size_t *sizeLeft, bool *inTurn) {
   }
 }
 
-// Each element starts at the first start tag from the end tag of the one before on, which is
-// also the first from where the one before is closed or dropped: nothing after the '<' of the end
-// tag through the line feed after it can start a tag. Once the batch search stops short (near
-// the end of the text), the searches find the rest.
+// Each element of a batch starts at the first start tag from the end tag of the one before on.
+// That is also the first from where the one before ends when it is dropped, unless one starts in
+// between (which takes a '<' in the element's name); then, as once the batch search stops short
+// near the end of the text, the searches find the rest.
 const ElementPlaces *CombinedFilters::nextPlaces() {
   if (batchNext_ == batchSize_) {
     if (!batches_) return nullptr;
@@ -222,7 +222,6 @@ const ElementPlaces *CombinedFilters::nextPlaces() {
   }
   const ElementPlaces &places = batch_[batchNext_++];
   if (places.start >= from_) return &places;
-  // Not reached: the places no longer follow on; the searches take over.
   batches_ = false;
   batchSize_ = batchNext_ = 0;
   return nullptr;
@@ -283,7 +282,8 @@ CombinedFilters::Step CombinedFilters::restWithoutEndTag(std::size_t p) {
   const std::size_t startTagEnd = p + std::strlen(tags_.start);
   while (removals_.begin() < startTagEnd) {
     if (removals_.missingEnd()) return Step::kFailed;
-    if (!joinsNothing(removals_.begin()) || removals_.end() > p) return Step::kInTurn;
+    if (!joinsNothing(removals_.begin()) || removals_.begin() < from_ || removals_.end() > p)
+      return Step::kInTurn;
     closeGap(removals_.begin(), removals_.end());
     removals_.next();
   }

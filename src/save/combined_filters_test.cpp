@@ -293,6 +293,18 @@ TEST_F(CombinedFilters, EmptyTextAndMissingArgumentsAreLeftToTheTwoInTurn) {
   EXPECT_STREQ(buffer.data(), file("/test2").c_str());
 }
 
+TEST_F(CombinedFilters, StartTagBeginningInsideADroppedEndTagIsFoundByTheSearches) {
+  // With "x><x" as the element, "<x><x>" can start inside "</x><x>": the element found ahead
+  // after a dropped one may start before where the dropped one ends.
+  std::string input;
+  for (int i = 0; i < 6; ++i)
+    input += "<x><x><path>/b" + std::to_string(i) + "</path></x><x><x><path>/a</path></x><x>\n";
+  input += std::string(200, ' ');
+  const Result r = run(input, "/a", kAdStart, "trustee", "x><x");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_FALSE(r.inTurn);
+}
+
 TEST_F(CombinedFilters, LargeWellFormedSectionNeverHandsOver) {
   std::string input = "<trusteeInfo>\n";
   std::string expected = input;
