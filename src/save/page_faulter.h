@@ -27,7 +27,6 @@ class PageFaulter {
 
  private:
   static void *run(void *self);
-  static bool processorIdle();
 
   char *data_ = nullptr;
   std::size_t size_ = 0;
