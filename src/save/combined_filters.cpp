@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "save/element_feed.h"
 #include "save/filter_search.h"
 #include "save/info_filters.h"
 #include "save/tag_search.h"
@@ -108,7 +109,6 @@ class CombinedFilters {
 
  private:
   enum class Step { kNext, kDone, kFailed, kInTurn };
-  static constexpr std::size_t kBatch = 64;
 
   // The places of the next element, found ahead a batch at a time while that can be done; null
   // when the element is to be found by the searches.
@@ -169,7 +169,8 @@ class CombinedFilters {
   ElementSearch elements_{prepareTag(tags_.start), prepareTag(tags_.end), prepareTag(kPathOpen),
                           prepareTag(kPathClose)};
   bool batches_ = elements_.start.size >= 3 && elements_.end.size >= 3;
-  ElementPlaces batch_[kBatch];
+  ElementFeed feed_{elements_, text_, 0, batches_ ? size_ : 0};
+  const ElementPlaces *batch_ = nullptr;
   std::size_t batchSize_ = 0;
   std::size_t batchNext_ = 0;
   // Where the next element is searched from, in the text as read and in the compacted text.
@@ -208,14 +209,15 @@ int CombinedFilters::run(std::size_t *sizeLeft, bool *inTurn) {
 
 // Each element of a batch starts at the first start tag from the end tag of the one before on.
 // That is also the first from where the one before ends when it is dropped, unless one starts in
-// between (which takes a '<' in the element's name); then, as once the batch search stops short
-// near the end of the text, the searches find the rest.
+// between (which takes a '<' in the element's name); then, as once the batches stop short near
+// the end of the text, the searches find the rest. Whatever the searches do next (closing the
+// text's gaps ahead of the batches too) comes after the feed has stopped.
 const ElementPlaces *CombinedFilters::nextPlaces() {
+  if (!batches_) return nullptr;
   if (batchNext_ == batchSize_) {
-    if (!batches_) return nullptr;
-    batchSize_ = findElements(elements_, text_, from_, size_, batch_, kBatch);
+    batch_ = feed_.next(&batchSize_);
     batchNext_ = 0;
-    if (batchSize_ == 0) {
+    if (batch_ == nullptr) {
       batches_ = false;
       return nullptr;
     }
@@ -223,7 +225,7 @@ const ElementPlaces *CombinedFilters::nextPlaces() {
   const ElementPlaces &places = batch_[batchNext_++];
   if (places.start >= from_) return &places;
   batches_ = false;
-  batchSize_ = batchNext_ = 0;
+  feed_.stop();
   return nullptr;
 }
 
@@ -313,6 +315,8 @@ CombinedFilters::Step CombinedFilters::tail() {
 // The rest done by the two filters in turn: the removal from where all is closed, then the path
 // filter from where the next element is searched for, on the compacted text.
 int CombinedFilters::finishInTurn(std::size_t *sizeLeft) {
+  // The text ahead is about to change.
+  feed_.stop();
   compactor_.keep(resume_);
   ForwardSearch starts(text_, size_, removalStart_);
   ForwardSearch ends(text_, size_, removalEnd_);
