@@ -4,16 +4,23 @@
 #pragma once
 #include <cstddef>
 #include <cstring>
+#include <string_view>
 
 #include "channel/admin_channel.h"
 
 class RequestText {
- public:
+public:
   RequestText() { requestBuffer[0] = '\0'; }
 
   // Appends a NUL-terminated piece.
   RequestText &operator<<(const char *piece) {
     append(piece, std::strlen(piece));
+    return *this;
+  }
+
+  // Appends a piece of known length.
+  RequestText &operator<<(std::string_view piece) {
+    append(piece.data(), piece.size());
     return *this;
   }
 
@@ -41,6 +48,6 @@ class RequestText {
 
   std::size_t length() const { return length_; }
 
- private:
+private:
   std::size_t length_ = 0;
 };
