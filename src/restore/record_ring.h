@@ -12,7 +12,7 @@
 #include <mutex>
 
 class RecordRing {
-public:
+ public:
   static constexpr std::size_t kCapacity = std::size_t{1} << 20;
   // The largest record that may be written: somewhat less than half the ring, so that a record
   // always finds room once the reader has caught up.
@@ -34,7 +34,7 @@ public:
   const char *next(std::size_t &size);
   void release();
 
-private:
+ private:
   static constexpr unsigned kBatch = 32;  // records between two showings of progress
   void waitForRoom(std::size_t needed);
   void waitForRecord();

@@ -41,7 +41,7 @@ std::string irfRequest(const std::string &irf, const std::string &path, bool gem
 }
 
 class TrusteeRestoreTest : public testing::Test {
-protected:
+ protected:
   void SetUp() override { resetProcessState(); }
   void TearDown() override {
     if (inputFd > 0) close(inputFd);
