@@ -9,6 +9,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "channel/tag_find.h"
+
 int reflectOnGemel = 1;
 int adminFd = 0;
 char requestBuffer[kRequestBufferSize];
@@ -58,10 +60,9 @@ bool growReplyBuffer() {
   return true;
 }
 
-// Copies reply[from..] up to `endTag` (or the end of the text) into out, cut to size - 1.
-void copyUpTo(std::string_view reply, std::size_t from, std::string_view endTag, std::size_t size,
+// Copies reply[from, end) (to the text's end when end is npos) into out, cut to size - 1.
+void copyUpTo(std::string_view reply, std::size_t from, std::size_t end, std::size_t size,
               char *out) {
-  const std::size_t end = reply.find(endTag, from);
   std::size_t length = (end != std::string_view::npos ? end : reply.size()) - from;
   if (length > size - 1) length = size - 1;
   std::memcpy(out, reply.data() + from, length);
@@ -91,9 +92,11 @@ void cutOut(char *text, int *length, char *at, int count) {
 
 }  // namespace
 
-int sendRequest() {
+int sendRequest() { return sendRequest(std::strlen(requestBuffer)); }
+
+int sendRequest(std::size_t length) {
   if (int error = rewindAdminFile(); error != 0) return error;
-  if (write(adminFd, requestBuffer, std::strlen(requestBuffer)) < 0) {
+  if (write(adminFd, requestBuffer, length) < 0) {
     const int error = errno;
     std::fprintf(stderr, "Error sending the request to the admin file system.  err=%m\n");
     return error;
@@ -130,13 +133,16 @@ int receiveReply(const char *replyElement, int *result, std::size_t descriptionS
   // The reply as a string: up to its first NUL byte. Every search below looks forward in it
   // from where the previous one stopped, as searches of the string would.
   const std::string_view reply(replyBuffer, std::strlen(replyBuffer));
-  const std::size_t element = reply.find(replyElement);
+  const auto find = [&](std::string_view tag, std::size_t from) {
+    return findTag(reply, tag, from);
+  };
+  const std::size_t element = find(replyElement, 0);
   if (element == std::string_view::npos) {
     std::fprintf(stderr, "Unrecognized response to request.  response=%s\n", replyBuffer);
     return -1;
   }
   static constexpr std::string_view kResultTag = "<result value=\"";
-  const std::size_t resultTag = reply.find(kResultTag, element);
+  const std::size_t resultTag = find(kResultTag, element);
   if (resultTag == std::string_view::npos) {
     std::fprintf(stderr, "Unable to find return value for the request.  response=%s\n",
                  replyBuffer);
@@ -148,22 +154,28 @@ int receiveReply(const char *replyElement, int *result, std::size_t descriptionS
   std::size_t nameSearchFrom = digits;
   description[0] = '\0';
   static constexpr std::string_view kDescription = "<description>";
-  if (const std::size_t start = reply.find(kDescription, digits); start != std::string_view::npos) {
-    copyUpTo(reply, start + kDescription.size(), "</description>", descriptionSize, description);
+  if (const std::size_t start = find(kDescription, digits); start != std::string_view::npos) {
+    const std::size_t text = start + kDescription.size();
+    copyUpTo(reply, text, find("</description>", text), descriptionSize, description);
     nameSearchFrom = start;
   }
   if (name != nullptr) {
     name[0] = '\0';
     static constexpr std::string_view kName = "<name>";
-    if (const std::size_t start = reply.find(kName, nameSearchFrom);
-        start != std::string_view::npos)
-      copyUpTo(reply, start + kName.size(), "</name>", nameSize, name);
+    if (const std::size_t start = find(kName, nameSearchFrom); start != std::string_view::npos) {
+      const std::size_t text = start + kName.size();
+      copyUpTo(reply, text, find("</name>", text), nameSize, name);
+    }
   }
   return 0;
 }
 
 int exchangeRequest(const char *replyElement, Reply &reply) {
-  if (const int error = sendRequest(); error != 0) return error;
+  return exchangeRequest(replyElement, reply, std::strlen(requestBuffer));
+}
+
+int exchangeRequest(const char *replyElement, Reply &reply, std::size_t length) {
+  if (const int error = sendRequest(length); error != 0) return error;
   return receiveReply(replyElement, &reply.result, sizeof reply.description, reply.description,
                       sizeof reply.name, reply.name);
 }

@@ -35,6 +35,8 @@ void freeReplyBuffer();
 
 // Writes requestBuffer at offset 0 of adminFd. Returns 0 or the errno of the failing call.
 int sendRequest();
+// The same for a request whose length (its strlen) is known.
+int sendRequest(std::size_t length);
 
 // Reads the reply from offset 0 of adminFd, finds replyElement, then <result value="N">,
 // <description> and (when name is given) the <name> after it. Returns 0 when a result was
@@ -52,6 +54,8 @@ struct Reply {
 // Sends requestBuffer and reads its reply, looking for replyElement. Returns 0 when a result came
 // back (in reply), non-zero after the channel's own message.
 int exchangeRequest(const char *replyElement, Reply &reply);
+// The same for a request whose length (its strlen) is known.
+int exchangeRequest(const char *replyElement, Reply &reply, std::size_t length);
 
 // Removes the <quillReply> wrapper and the <result .../result> element of a stored reply.
 void stripReplyWrapper(char *text, int *length);

@@ -28,6 +28,7 @@
 #include <cstring>
 
 #include "document/byte_vectors.h"
+#include "document/messages.h"
 #include "document/open_index.h"
 #include "document/records.h"
 #include "document/run_settings.h"
@@ -42,24 +43,34 @@ constexpr std::size_t kCdataOpenLength = sizeof kCdataOpen - 1;
 constexpr char kAdMarker[] = "type=\"adID\"";
 constexpr std::size_t kAdMarkerLength = sizeof kAdMarker - 1;
 
-// Offsets into `data`: the window is [windowStart, windowEnd), the next byte to look at is
-// `position`; [windowEnd, loaded) is input read ahead but not yet in the window.
-char data[kReadAheadSize];
-std::size_t loaded = 0;
-std::size_t windowStart = 0;
-std::size_t windowEnd = 0;
-std::size_t position = 0;
-bool inCdata = false;
-bool pendingEmptyEnd = false;
-std::size_t emptyEndPosition = 0;
-// The length of that empty element's name when the fast step read it (its bytes are then plain
-// name bytes, fewer than 32); otherwise kNone, and the general step takes the end tag.
 constexpr std::size_t kNone = OpenIndex::kNone;
-std::size_t fastPendingLength = kNone;
-// The NUL rule costs nothing while no NUL byte is near: the read-ahead is searched for NULs in
-// large stretches, and `nextNul` remembers the result. No NUL lies in [position, nextNul) at any
-// shift (when position <= nextNul); nextNul is a NUL byte or where the last search stopped.
-std::size_t nextNul = 0;
+
+// The reading state, on cache lines of its own: a restore may read on one thread while another
+// sends its requests, and nothing the other thread uses must share a line with what changes here
+// at every tag.
+struct alignas(64) InputState {
+  // Offsets into `data`: the window is [windowStart, windowEnd), the next byte to look at is
+  // `position`; [windowEnd, loaded) is input read ahead but not yet in the window.
+  char data[kReadAheadSize];
+  std::size_t loaded = 0;
+  std::size_t windowStart = 0;
+  std::size_t windowEnd = 0;
+  std::size_t position = 0;
+  bool inCdata = false;
+  bool pendingEmptyEnd = false;
+  std::size_t emptyEndPosition = 0;
+  // The length of that empty element's name when the fast step read it (its bytes are then
+  // plain name bytes, fewer than 32); otherwise kNone, and the general step takes the end tag.
+  std::size_t fastPendingLength = kNone;
+  // The NUL rule costs nothing while no NUL byte is near: the read-ahead is searched for NULs in
+  // large stretches, and `nextNul` remembers the result. No NUL lies in [position, nextNul) at
+  // any shift (when position <= nextNul); nextNul is a NUL byte or where the last search
+  // stopped.
+  std::size_t nextNul = 0;
+  // The '<' bytes of the read-ahead.
+  OpenIndex opens;
+};
+InputState input;
 
 // Character classes of the tag-name scan: a name runs up to '>', '/' or a blank; a NUL byte
 // ends the name as a string, and is left to the general scan.
@@ -78,62 +89,61 @@ inline bool isBlank(char c) {
 }
 
 bool startsWith(std::size_t at, const char *text, std::size_t length) {
-  return at + length <= windowEnd && std::memcmp(data + at, text, length) == 0;
+  return at + length <= input.windowEnd && std::memcmp(input.data + at, text, length) == 0;
 }
 
-// The '<' bytes of the read-ahead.
-OpenIndex opens;
-
-inline bytes16::Vector loadAt(std::size_t at) { return bytes16::load(data + at); }
+inline bytes16::Vector loadAt(std::size_t at) { return bytes16::load(input.data + at); }
 
 // Moves the unread input to the front of the read-ahead buffer.
 void compact() {
-  const std::size_t offset = windowStart;
-  std::memmove(data, data + offset, loaded - offset);
-  loaded -= offset;
-  windowStart = 0;
-  windowEnd -= offset;
-  position -= offset;
-  if (pendingEmptyEnd) emptyEndPosition -= offset;
-  nextNul = nextNul > offset ? nextNul - offset : 0;
-  opens.forget();
+  const std::size_t offset = input.windowStart;
+  std::memmove(input.data, input.data + offset, input.loaded - offset);
+  input.loaded -= offset;
+  input.windowStart = 0;
+  input.windowEnd -= offset;
+  input.position -= offset;
+  if (input.pendingEmptyEnd) input.emptyEndPosition -= offset;
+  input.nextNul = input.nextNul > offset ? input.nextNul - offset : 0;
+  input.opens.forget();
 }
 
 // Reads ahead in large blocks until the loaded input reaches the window's full extent or the
 // input ends. Returns 0, or the errno of a failed read after its message.
 int readAhead() {
-  if (kReadAheadSize - loaded < kCompactBelow) compact();
-  const std::size_t before = loaded;
-  while (loaded < windowStart + kInputWindowSize) {
-    const ssize_t count = read(inputFd, data + loaded, kReadAheadSize - loaded);
+  if (kReadAheadSize - input.loaded < kCompactBelow) compact();
+  const std::size_t before = input.loaded;
+  handOverQueuedMessages();  // a read may wait for input
+  while (input.loaded < input.windowStart + kInputWindowSize) {
+    const ssize_t count = read(inputFd, input.data + input.loaded, kReadAheadSize - input.loaded);
     if (count == 0) break;
     if (count < 0) {
-      if (loaded > before) break;  // use what came; the next refill meets the error again
+      if (input.loaded > before) break;  // use what came; the next refill meets the error again
       const int error = errno;
-      std::fprintf(stderr, "Error %m reading the input file.\n");
+      printMessage(stderr, "Error %m reading the input file.\n");
       return error;
     }
-    loaded += static_cast<std::size_t>(count);
+    input.loaded += static_cast<std::size_t>(count);
   }
   return 0;
 }
 
 // Tops the window up to 8,192 bytes. Returns 0, or the errno of a failed read.
 inline int refill() {
-  if (loaded < windowStart + kInputWindowSize) [[unlikely]] {
+  if (input.loaded < input.windowStart + kInputWindowSize) [[unlikely]] {
     if (const int error = readAhead(); error != 0) return error;
   }
-  windowEnd = std::min(windowStart + kInputWindowSize, loaded);
+  input.windowEnd = std::min(input.windowStart + kInputWindowSize, input.loaded);
   return 0;
 }
 
 // Searches the read-ahead for the next NUL byte from where the last search stopped (or from the
 // position, when that is further on); nextNul becomes that NUL, or the end of what is loaded.
 void searchNulOn() {
-  const std::size_t from = std::max(position, nextNul);
-  const void *nul = std::memchr(data + from, 0, loaded - from);
-  nextNul =
-      nul != nullptr ? static_cast<std::size_t>(static_cast<const char *>(nul) - data) : loaded;
+  const std::size_t from = std::max(input.position, input.nextNul);
+  const void *nul = std::memchr(input.data + from, 0, input.loaded - from);
+  input.nextNul = nul != nullptr
+                      ? static_cast<std::size_t>(static_cast<const char *>(nul) - input.data)
+                      : input.loaded;
 }
 
 // A NUL byte lies in the window's unread rest, or the last search for one stopped short of the
@@ -141,17 +151,17 @@ void searchNulOn() {
 // first NUL into NULs.
 [[gnu::noinline]] void carryRestAsString() {
   searchNulOn();
-  if (nextNul < windowEnd) {
-    std::memset(data + nextNul, 0, windowEnd - nextNul);
-    opens.forgetFrom(nextNul);
+  if (input.nextNul < input.windowEnd) {
+    std::memset(input.data + input.nextNul, 0, input.windowEnd - input.nextNul);
+    input.opens.forgetFrom(input.nextNul);
   }
 }
 
 // The window starts again at `position`; its unread rest is carried over as a string.
 inline void shift() {
-  if (nextNul < windowEnd) [[unlikely]]
+  if (input.nextNul < input.windowEnd) [[unlikely]]
     carryRestAsString();
-  windowStart = position;
+  input.windowStart = input.position;
 }
 
 // Appends to a tag name, keeping at most kTagNameSize - 1 bytes.
@@ -174,58 +184,58 @@ constexpr std::size_t kStepReach = 256;
 // the whole window is free of them.
 [[gnu::noinline]] bool searchNulsAhead() {
   searchNulOn();
-  return nextNul >= windowStart + kInputWindowSize;
+  return input.nextNul >= input.windowStart + kInputWindowSize;
 }
 
 // Where a fast step stops: the next '<', when the ground allows a fast step there, else kNone.
 // The window is then topped up, as the general step's refill would do, without a read.
 [[gnu::always_inline]] inline std::size_t fastStepTarget() {
-  if (pendingEmptyEnd || inCdata) return kNone;
-  const std::size_t end = windowStart + kInputWindowSize;
-  if (loaded < end) return kNone;
-  if (nextNul < end && !searchNulsAhead()) return kNone;
-  const std::size_t open = opens.next(data, loaded, position);
-  if (open >= end || loaded < open + kInputWindowSize + kStepReach) return kNone;
-  if (data[open] != '<') [[unlikely]]
+  if (input.pendingEmptyEnd || input.inCdata) return kNone;
+  const std::size_t end = input.windowStart + kInputWindowSize;
+  if (input.loaded < end) return kNone;
+  if (input.nextNul < end && !searchNulsAhead()) return kNone;
+  const std::size_t open = input.opens.next(input.data, input.loaded, input.position);
+  if (open >= end || input.loaded < open + kInputWindowSize + kStepReach) return kNone;
+  if (input.data[open] != '<') [[unlikely]]
     return kNone;  // never, while the index is kept right
-  windowEnd = end;
+  input.windowEnd = end;
   return open;
 }
 
 // The window starts again at `at`, the target of a fast step: nothing to carry as a string, and
 // the read-ahead already holds the whole new window.
 inline void shiftTo(std::size_t at) {
-  if (at > windowStart) {
-    windowStart = at;
-    windowEnd = at + kInputWindowSize;
+  if (at > input.windowStart) {
+    input.windowStart = at;
+    input.windowEnd = at + kInputWindowSize;
   }
-  position = at;
+  input.position = at;
 }
 
 // A fast readTag: returns false, with the reading state as a general step expects it, when the
 // step is not an ordinary tag.
 [[gnu::always_inline]] inline bool readTagFast(char *name, unsigned long *isEndTag,
                                                std::size_t &nameLength) {
-  if (pendingEmptyEnd) {
+  if (input.pendingEmptyEnd) {
     // The end of an empty element whose name the fast step read: its bytes are still there.
-    const std::size_t length = fastPendingLength;
+    const std::size_t length = input.fastPendingLength;
     if (length == kNone) return false;
-    std::memcpy(name, data + position, 32);
+    std::memcpy(name, input.data + input.position, 32);
     name[length] = '\0';
     nameLength = length;
-    position = std::min(emptyEndPosition + 2, windowEnd);
-    pendingEmptyEnd = false;
+    input.position = std::min(input.emptyEndPosition + 2, input.windowEnd);
+    input.pendingEmptyEnd = false;
     *isEndTag = 1;
     return true;
   }
   const std::size_t open = fastStepTarget();
   if (open == kNone) return false;
-  if (open != position) *isEndTag = 0;  // as the general step leaves it after a text
+  if (open != input.position) *isEndTag = 0;  // as the general step leaves it after a text
   shiftTo(open);
-  opens.pass();  // this '<' is passed, whichever way the tag is read
+  input.opens.pass();  // this '<' is passed, whichever way the tag is read
   std::size_t at = open + 1;
-  if (data[at] == '!') return false;  // CDATA, or a name that starts with '!'
-  const unsigned long endTag = data[at] == '/' ? 1 : 0;
+  if (input.data[at] == '!') return false;  // CDATA, or a name that starts with '!'
+  const unsigned long endTag = input.data[at] == '/' ? 1 : 0;
   at += endTag;
   const std::size_t nameStart = at;
   // The name runs up to '>', '/', a blank or a NUL byte, all of them at most '>': look at those
@@ -236,50 +246,51 @@ inline void shiftTo(std::size_t at) {
   for (;; candidates &= candidates - 1) {
     if (candidates == 0) return false;
     length = static_cast<std::size_t>(__builtin_ctz(candidates));
-    if (kNameClass[static_cast<unsigned char>(data[at + length])] != kNameByte) break;
+    if (kNameClass[static_cast<unsigned char>(input.data[at + length])] != kNameByte) break;
   }
-  std::memcpy(name, data + at, 32);
+  std::memcpy(name, input.data + at, 32);
   at += length;
-  const char stop = data[at];
+  const char stop = input.data[at];
   if (stop == '\0') return false;
   if (stop != '>' && stop != '/') {
     // Attributes: only the type="adID" marker after a blank joins the name.
-    const std::uint64_t ends = bytes16::either64(data + at, '>', '/');
+    const std::uint64_t ends = bytes16::either64(input.data + at, '>', '/');
     if (ends == 0) return false;
     const unsigned endOffset = static_cast<unsigned>(__builtin_ctzll(ends));
     const std::uint64_t beforeEnd = (std::uint64_t{1} << endOffset) - 1;
-    for (std::uint64_t blanks = bytes16::blanks64(data + at) & beforeEnd; blanks != 0;
+    for (std::uint64_t blanks = bytes16::blanks64(input.data + at) & beforeEnd; blanks != 0;
          blanks &= blanks - 1) {
       const std::size_t blank = at + static_cast<std::size_t>(__builtin_ctzll(blanks));
-      if (std::memcmp(data + blank + 1, kAdMarker, kAdMarkerLength) == 0)
-        appendName(name, length, data + blank, 1 + kAdMarkerLength);
+      if (std::memcmp(input.data + blank + 1, kAdMarker, kAdMarkerLength) == 0)
+        appendName(name, length, input.data + blank, 1 + kAdMarkerLength);
     }
     at += endOffset;
   }
   name[length] = '\0';
   nameLength = length;
   *isEndTag = endTag;
-  if (data[at] == '>') {
-    position = at + 1;
+  if (input.data[at] == '>') {
+    input.position = at + 1;
   } else {  // an empty element: its end tag comes next
-    pendingEmptyEnd = true;
-    emptyEndPosition = at;
-    fastPendingLength = at == nameStart + length ? length : kNone;  // no attributes in between
-    position = nameStart;
+    input.pendingEmptyEnd = true;
+    input.emptyEndPosition = at;
+    input.fastPendingLength =
+        at == nameStart + length ? length : kNone;  // no attributes in between
+    input.position = nameStart;
   }
   return true;
 }
 
 // Parses the tag whose '<' is at `position` (the window's start). Sets nameLength.
 inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
-  ++position;
-  if (position < windowEnd && data[position] == '/') {
+  ++input.position;
+  if (input.position < input.windowEnd && input.data[input.position] == '/') {
     *isEndTag = 1;
-    ++position;
+    ++input.position;
   }
-  const std::size_t nameStart = position;
-  const char *at = data + position;
-  const char *const end = data + windowEnd;
+  const std::size_t nameStart = input.position;
+  const char *at = input.data + input.position;
+  const char *const end = input.data + input.windowEnd;
   // The name proper: up to '>', '/', a blank or the data's end. A name holding a NUL byte is
   // left to the general scan below.
   while (at < end && kNameClass[static_cast<unsigned char>(*at)] == kNameByte)
@@ -287,16 +298,16 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
   std::size_t length = 0;
   const bool nulInName = at < end && kNameClass[static_cast<unsigned char>(*at)] == kNameNul;
   if (!nulInName) [[likely]] {
-    length = std::min(static_cast<std::size_t>(at - (data + nameStart)), kTagNameSize - 1);
-    std::memcpy(name, data + nameStart, length);
+    length = std::min(static_cast<std::size_t>(at - (input.data + nameStart)), kTagNameSize - 1);
+    std::memcpy(name, input.data + nameStart, length);
     if (at < end && *at == '>') [[likely]] {
       name[length] = '\0';
       nameLength = length;
-      position = static_cast<std::size_t>(at - data) + 1;
+      input.position = static_cast<std::size_t>(at - input.data) + 1;
       return 0;
     }
   } else {
-    at = data + nameStart;
+    at = input.data + nameStart;
     while (at < end && *at != '>' && *at != '/' && !isBlank(*at)) {
       if (length < kTagNameSize - 1) name[length++] = *at;
       ++at;
@@ -307,7 +318,7 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
   while (at < end && *at != '>' && *at != '/') {
     if (isBlank(*at)) {
       blankSeen = true;
-      if (startsWith(static_cast<std::size_t>(at - data) + 1, kAdMarker, kAdMarkerLength)) {
+      if (startsWith(static_cast<std::size_t>(at - input.data) + 1, kAdMarker, kAdMarkerLength)) {
         appendName(name, length, at, 1 + kAdMarkerLength);
         at += 1 + kAdMarkerLength;
         continue;
@@ -319,66 +330,66 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
   }
   name[length] = '\0';
   nameLength = nulInName ? std::strlen(name) : length;
-  position = static_cast<std::size_t>(at - data);
+  input.position = static_cast<std::size_t>(at - input.data);
   // A tag cut off by the end of the data is taken as ending there.
-  if (position == windowEnd) return 0;
-  if (data[position] == '>') {
-    ++position;
+  if (input.position == input.windowEnd) return 0;
+  if (input.data[input.position] == '>') {
+    ++input.position;
     return 0;
   }
-  pendingEmptyEnd = true;
-  emptyEndPosition = position;
-  fastPendingLength = kNone;
-  position = nameStart;
+  input.pendingEmptyEnd = true;
+  input.emptyEndPosition = input.position;
+  input.fastPendingLength = kNone;
+  input.position = nameStart;
   return 0;
 }
 
 // readTag the general way, without the -d trace; also gives the name's length.
 [[gnu::noinline]] int readTagGeneral(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
-  if (pendingEmptyEnd) {
+  if (input.pendingEmptyEnd) {
     std::size_t length = 0;
-    appendName(name, length, data + position, emptyEndPosition - position);
+    appendName(name, length, input.data + input.position, input.emptyEndPosition - input.position);
     name[length] = '\0';
     nameLength = std::strlen(name);  // the name may hold a NUL byte
-    position = std::min(emptyEndPosition + 2, windowEnd);
-    pendingEmptyEnd = false;
+    input.position = std::min(input.emptyEndPosition + 2, input.windowEnd);
+    input.pendingEmptyEnd = false;
     *isEndTag = 1;
     return 0;
   }
   for (;;) {
     if (const int error = refill(); error != 0) [[unlikely]]
       return error;
-    if (windowEnd == windowStart) [[unlikely]] {
+    if (input.windowEnd == input.windowStart) [[unlikely]] {
       name[0] = '\0';
       nameLength = 0;
       return kEndOfInput;
     }
     for (;;) {
-      if (position == windowEnd) [[unlikely]] {
+      if (input.position == input.windowEnd) [[unlikely]] {
         // Only text was left: the caller gets the previous tag again.
         shift();
         nameLength = std::strlen(name);
         return 0;
       }
-      const char c = data[position];
-      if (c == '<' && position > windowStart) {
+      const char c = input.data[input.position];
+      if (c == '<' && input.position > input.windowStart) {
         shift();
         break;
       }
-      if (inCdata) [[unlikely]] {
-        if (c == ']' && startsWith(position, "]]>", 3)) {
-          inCdata = false;
-          position += 3;
+      if (input.inCdata) [[unlikely]] {
+        if (c == ']' && startsWith(input.position, "]]>", 3)) {
+          input.inCdata = false;
+          input.position += 3;
         } else {
-          ++position;
+          ++input.position;
         }
         continue;
       }
       if (c == '<') {
-        if (position + 1 < windowEnd && data[position + 1] == '!' &&
-            startsWith(position, kCdataOpen, kCdataOpenLength)) [[unlikely]] {
-          inCdata = true;
-          ++position;
+        if (input.position + 1 < input.windowEnd && input.data[input.position + 1] == '!' &&
+            startsWith(input.position, kCdataOpen, kCdataOpenLength)) [[unlikely]] {
+          input.inCdata = true;
+          ++input.position;
           continue;
         }
         *isEndTag = 0;
@@ -387,9 +398,11 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
       // Text between tags (a tag returned stale after it is a start tag): skip to the next '<'
       // or the window's end.
       *isEndTag = 0;
-      const void *next = std::memchr(data + position, '<', windowEnd - position);
-      position = next != nullptr ? static_cast<std::size_t>(static_cast<const char *>(next) - data)
-                                 : windowEnd;
+      const void *next =
+          std::memchr(input.data + input.position, '<', input.windowEnd - input.position);
+      input.position = next != nullptr
+                           ? static_cast<std::size_t>(static_cast<const char *>(next) - input.data)
+                           : input.windowEnd;
     }
   }
 }
@@ -433,22 +446,23 @@ struct TextField {
 [[gnu::always_inline]] inline bool readContentsFast(TextField &field) {
   const std::size_t open = fastStepTarget();
   if (open == kNone) return false;
-  field.append(data + position, open - position);
+  field.append(input.data + input.position, open - input.position);
   shiftTo(open);
   if (!startsWith(open, kCdataOpen, kCdataOpenLength)) return true;
-  inCdata = true;
-  position = open + kCdataOpenLength;
-  const std::size_t next = opens.next(data, loaded, position);
-  if (next >= windowEnd || next < position + 3 || !startsWith(next - 3, "]]>", 3)) return false;
+  input.inCdata = true;
+  input.position = open + kCdataOpenLength;
+  const std::size_t next = input.opens.next(input.data, input.loaded, input.position);
+  if (next >= input.windowEnd || next < input.position + 3 || !startsWith(next - 3, "]]>", 3))
+    return false;
   const std::size_t close = next - 3;
-  for (std::size_t at = position; at < close; at += bytes16::kSize) {
+  for (std::size_t at = input.position; at < close; at += bytes16::kSize) {
     unsigned brackets = bytes16::equal(loadAt(at), ']');
     if (close - at < bytes16::kSize) brackets &= (1u << (close - at)) - 1;
     if (brackets != 0) return false;
   }
-  field.append(data + position, close - position);
-  inCdata = false;
-  position = close + 1;  // left on the second ']'
+  field.append(input.data + input.position, close - input.position);
+  input.inCdata = false;
+  input.position = close + 1;  // left on the second ']'
   return true;
 }
 
@@ -458,51 +472,54 @@ struct TextField {
     if (const int error = refill(); error != 0) {
       return field.finish(error);
     }
-    if (windowEnd == windowStart) {
+    if (input.windowEnd == input.windowStart) {
       field.text[0] = '\0';
       return kEndOfInput;
     }
     for (;;) {
-      if (position == windowEnd) {
+      if (input.position == input.windowEnd) {
         shift();
         return field.finish(0);
       }
-      const char c = data[position];
-      if (c == '<' && position > windowStart) {
+      const char c = input.data[input.position];
+      if (c == '<' && input.position > input.windowStart) {
         shift();
         break;
       }
-      if (inCdata) {
-        if (c == ']' && startsWith(position, "]]>", 3)) {
-          inCdata = false;
-          position += 1;  // left on the second ']'
+      if (input.inCdata) {
+        if (c == ']' && startsWith(input.position, "]]>", 3)) {
+          input.inCdata = false;
+          input.position += 1;  // left on the second ']'
           return field.finish(0);
         }
         // Inside CDATA a '<' past the window's start still shifts the window (above).
-        std::size_t end = position + 1;
-        if (const void *bracket = std::memchr(data + end, ']', windowEnd - end); bracket != nullptr)
-          end = static_cast<std::size_t>(static_cast<const char *>(bracket) - data);
+        std::size_t end = input.position + 1;
+        if (const void *bracket = std::memchr(input.data + end, ']', input.windowEnd - end);
+            bracket != nullptr)
+          end = static_cast<std::size_t>(static_cast<const char *>(bracket) - input.data);
         else
-          end = windowEnd;
-        if (const void *open = std::memchr(data + position + 1, '<', end - position - 1);
+          end = input.windowEnd;
+        if (const void *open =
+                std::memchr(input.data + input.position + 1, '<', end - input.position - 1);
             open != nullptr)
-          end = static_cast<std::size_t>(static_cast<const char *>(open) - data);
-        field.append(data + position, end - position);
-        position = end;
+          end = static_cast<std::size_t>(static_cast<const char *>(open) - input.data);
+        field.append(input.data + input.position, end - input.position);
+        input.position = end;
         continue;
       }
       if (c != '<') {
-        const void *next = std::memchr(data + position, '<', windowEnd - position);
+        const void *next =
+            std::memchr(input.data + input.position, '<', input.windowEnd - input.position);
         const std::size_t end =
-            next != nullptr ? static_cast<std::size_t>(static_cast<const char *>(next) - data)
-                            : windowEnd;
-        field.append(data + position, end - position);
-        position = end;
+            next != nullptr ? static_cast<std::size_t>(static_cast<const char *>(next) - input.data)
+                            : input.windowEnd;
+        field.append(input.data + input.position, end - input.position);
+        input.position = end;
         continue;
       }
-      if (startsWith(position, kCdataOpen, kCdataOpenLength)) {
-        inCdata = true;
-        position += kCdataOpenLength;
+      if (startsWith(input.position, kCdataOpen, kCdataOpenLength)) {
+        input.inCdata = true;
+        input.position += kCdataOpenLength;
         continue;
       }
       return field.finish(0);
@@ -523,7 +540,7 @@ int readTag(Tag &tag, const char *label) {
 
 int readContents(char *text, std::size_t textSize, bool *tooLong) {
   if (tooLong != nullptr) *tooLong = false;
-  if (pendingEmptyEnd) {
+  if (input.pendingEmptyEnd) {
     text[0] = '\0';
     return 0;
   }
@@ -533,50 +550,45 @@ int readContents(char *text, std::size_t textSize, bool *tooLong) {
   return readContentsGeneral(field);
 }
 
-int goPastEndTag(const char *name) {
-  char tag[kTagNameSize] = "";
-  unsigned long isEndTag = 0;
-  const std::size_t length = std::strlen(name);
+int goPastEndTag(std::string_view name) {
+  Tag tag;
   for (;;) {
-    std::size_t tagLength = 0;
-    if (readTagMeasured(tag, &isEndTag, "goPastEndTag", tagLength) != 0) {
-      std::fprintf(stderr, "Unable to find end tag: %s\n", name);
+    if (readTagMeasured(tag.name, &tag.isEndTag, "goPastEndTag", tag.length) != 0) {
+      printMessage(stderr, "Unable to find end tag: %.*s\n", static_cast<int>(name.size()),
+                   name.data());
       return -1;
     }
-    if (isEndTag != 0 && tagLength == length && std::memcmp(tag, name, length) == 0) return 0;
+    if (tag.isEnd(name)) return 0;
   }
 }
 
-void getRights(char *out, const char *endName, std::size_t outSize, bool *tooLong) {
+void getRights(char *out, std::string_view endName, std::size_t outSize, bool *tooLong) {
   if (tooLong != nullptr) *tooLong = false;
   out[0] = '\0';
   std::size_t length = 0;
-  char tag[kTagNameSize] = "";
-  unsigned long isEndTag = 0;
-  const std::size_t endLength = std::strlen(endName);
-  std::size_t tagLength = 0;
-  while (readTagMeasured(tag, &isEndTag, "getRights", tagLength) == 0) {
-    if (isEndTag == 0) {
-      if (length + tagLength + 3 < outSize) {
+  Tag tag;
+  while (readTagMeasured(tag.name, &tag.isEndTag, "getRights", tag.length) == 0) {
+    if (tag.isEndTag == 0) {
+      if (length + tag.length + 3 < outSize) {
         out[length] = '<';
-        std::memcpy(out + length + 1, tag, tagLength);
-        std::memcpy(out + length + 1 + tagLength, "/>", 3);
-        length += tagLength + 3;
+        std::memcpy(out + length + 1, tag.name, tag.length);
+        std::memcpy(out + length + 1 + tag.length, "/>", 3);
+        length += tag.length + 3;
       } else if (tooLong != nullptr) {
         *tooLong = true;
       }
-    } else if (tagLength == endLength && std::memcmp(tag, endName, endLength) == 0) {
+    } else if (tag.isEnd(endName)) {
       break;
     }
   }
 }
 
 void resetTagReader() {
-  loaded = windowStart = windowEnd = position = 0;
-  inCdata = false;
-  pendingEmptyEnd = false;
-  emptyEndPosition = 0;
-  fastPendingLength = kNone;
-  nextNul = 0;
-  opens.forget();
+  input.loaded = input.windowStart = input.windowEnd = input.position = 0;
+  input.inCdata = false;
+  input.pendingEmptyEnd = false;
+  input.emptyEndPosition = 0;
+  input.fastPendingLength = kNone;
+  input.nextNul = 0;
+  input.opens.forget();
 }

@@ -24,6 +24,13 @@ struct Tag {
   bool is(std::string_view text) const {
     return length == text.size() && std::memcmp(name, text.data(), length) == 0;
   }
+  // The same for an end name whose length is only known at run time: a short loop, no call.
+  bool isEnd(std::string_view text) const {
+    if (isEndTag == 0 || length != text.size()) return false;
+    for (std::size_t at = 0; at < length; ++at)
+      if (name[at] != text[at]) return false;
+    return true;
+  }
 };
 
 // readTag into a Tag.
@@ -35,11 +42,16 @@ int readTag(Tag &tag, const char *label);
 int readContents(char *text, std::size_t textSize, bool *tooLong = nullptr);
 
 // Reads and drops tags up to the end tag `name`. Returns 0, or -1 after "Unable to find end tag".
-int goPastEndTag(const char *name);
+int goPastEndTag(std::string_view name);
+inline int goPastEndTag(const char *name) { return goPastEndTag(std::string_view(name)); }
 
 // Gathers the child elements of a <rights> or <inheritedRightsFilter> as "<read/><write/>..."
 // into out, up to the end tag endName or a reader failure. *tooLong as for readContents.
-void getRights(char *out, const char *endName, std::size_t outSize, bool *tooLong = nullptr);
+void getRights(char *out, std::string_view endName, std::size_t outSize, bool *tooLong = nullptr);
+inline void getRights(char *out, const char *endName, std::size_t outSize,
+                      bool *tooLong = nullptr) {
+  getRights(out, std::string_view(endName), outSize, tooLong);
+}
 
 // Puts the reading state back to its start-of-run state. For tests.
 void resetTagReader();

@@ -4,6 +4,7 @@
 #pragma once
 #include <cstddef>
 #include <cstring>
+#include <string_view>
 
 #include "channel/admin_channel.h"
 
@@ -14,6 +15,12 @@ class RequestText {
   // Appends a NUL-terminated piece.
   RequestText &operator<<(const char *piece) {
     append(piece, std::strlen(piece));
+    return *this;
+  }
+
+  // Appends a piece of known length.
+  RequestText &operator<<(std::string_view piece) {
+    append(piece.data(), piece.size());
     return *this;
   }
 

@@ -15,6 +15,7 @@
 #include "document/tag_reader.h"
 #include "document/xml_text.h"
 #include "restore/entry_messages.h"
+#include "restore/request_queue.h"
 #include "restore/request_text.h"
 #include "restore/rxl_restore.h"
 
@@ -22,6 +23,18 @@ namespace {
 
 // Where a file element stands with its path.
 enum class PathState { missing, refused, ready };
+
+// The section walk of a restore through the command file, run ahead of its requests.
+struct SectionWalk {
+  const char *basePath;
+  const regex_t *filter;
+  const char *tree;
+};
+
+int runSectionWalk(void *context) {
+  const SectionWalk &walk = *static_cast<const SectionWalk *>(context);
+  return walkTrusteeSection(walk.basePath, walk.filter, walk.tree, 0);
+}
 
 }  // namespace
 
@@ -47,7 +60,14 @@ int restoreTrustees(char *basePath, const regex_t *filter, const char *tree, int
       return error;
     }
   }
-  const int result = walkTrusteeSection(basePath, filter, tree, rxlMode);
+  int result = 0;
+  if (rxlMode || debug) {
+    // The console runner and the -d trace stay on this thread.
+    result = walkTrusteeSection(basePath, filter, tree, rxlMode);
+  } else {
+    SectionWalk walk{basePath, filter, tree};
+    result = walkAheadOfRequests(runSectionWalk, &walk);
+  }
   if (adminFd > 0) close(adminFd);
   adminFd = 0;
   return result;
@@ -179,19 +199,26 @@ int processATrustee(const char *fullPath, const char *tree, int skip, int rxlMod
   return 0;
 }
 
-int addTrustee(const char *fullPath, const char *id, const char *name, const char *rights,
-               int isAd) {
+namespace {
+
+// Builds, sends and reports an addTrustee request; texts: the path, the id (AD), the name and the
+// rights list; number: whether the trustee is an AD one.
+int sendAddTrustee(const RequestTexts &texts) {
+  const char *fullPath = texts.text[0].data();
+  const char *name = texts.text[2].data();
+  const char *rights = texts.text[3].data();
   RequestText request;
-  if (isAd) {
-    request << kFileRequestOpen << "<trustees><addTrustee type=\"adID\"><userID>" << id
+  if (texts.number != 0) {
+    request << kFileRequestOpen << "<trustees><addTrustee type=\"adID\"><userID>" << texts.text[1]
             << "</userID><rights>";
   } else {
-    request << kFileRequestOpen << "<trustees><addTrustee><name>" << name << "</name><rights>";
+    request << kFileRequestOpen << "<trustees><addTrustee><name>" << texts.text[2]
+            << "</name><rights>";
   }
-  request << rights << "</rights><fileName>" << fullPath << "</fileName>" << gemelElement()
-          << "<symLink/></addTrustee></trustees>" << kFileRequestClose;
+  request << texts.text[3] << "</rights><fileName>" << texts.text[0] << "</fileName>"
+          << gemelElement() << "<symLink/></addTrustee></trustees>" << kFileRequestClose;
   Reply reply;
-  if (exchangeRequest("<addTrustee>", reply) != 0) return -1;
+  if (exchangeRequest("<addTrustee>", reply, request.length()) != 0) return -1;
   if (reply.result != 0) {
     std::fprintf(stderr, "Error adding trustee %s to %s: %s(%s)\n", name, fullPath,
                  reply.description, reply.name);
@@ -205,13 +232,17 @@ int addTrustee(const char *fullPath, const char *id, const char *name, const cha
   return 0;
 }
 
-int modifyInheritedRightsFilter(const char *fullPath, const char *irf) {
+// Builds, sends and reports a modifyInheritedRightsFilter request; texts: the path and the
+// filter's rights list.
+int sendInheritedRightsFilter(const RequestTexts &texts) {
+  const char *fullPath = texts.text[0].data();
+  const char *irf = texts.text[1].data();
   RequestText request;
   request << kFileRequestOpen << "<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>"
-          << irf << "</inheritedRightsFilter><fileName>" << fullPath << "</fileName>"
+          << texts.text[1] << "</inheritedRightsFilter><fileName>" << texts.text[0] << "</fileName>"
           << gemelElement() << "</modifyInheritedRightsFilter></trustees>" << kFileRequestClose;
   Reply reply;
-  if (exchangeRequest("<modifyInheritedRightsFilter>", reply) != 0) return -1;
+  if (exchangeRequest("<modifyInheritedRightsFilter>", reply, request.length()) != 0) return -1;
   if (reply.result != 0) {
     std::fprintf(stderr, "Error setting IRF on %s: %s(%s)\n", fullPath, reply.description,
                  reply.name);
@@ -223,4 +254,24 @@ int modifyInheritedRightsFilter(const char *fullPath, const char *irf) {
     std::printf("IRF mask [%s] added to %s.\n", letters, fullPath);
   }
   return 0;
+}
+
+}  // namespace
+
+int addTrustee(const char *fullPath, const char *id, const char *name, const char *rights,
+               int isAd) {
+  RequestTexts texts;
+  texts.text[0] = fullPath;
+  if (isAd) texts.text[1] = id;
+  texts.text[2] = name;
+  texts.text[3] = rights;
+  texts.number = isAd;
+  return sendInTurn(sendAddTrustee, texts);
+}
+
+int modifyInheritedRightsFilter(const char *fullPath, const char *irf) {
+  RequestTexts texts;
+  texts.text[0] = fullPath;
+  texts.text[1] = irf;
+  return sendInTurn(sendInheritedRightsFilter, texts);
 }

@@ -11,6 +11,7 @@
 #include "document/records.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
+#include "restore/request_queue.h"
 #include "restore_fixture.h"
 
 using namespace testing_support;
@@ -49,20 +50,43 @@ class TrusteeRestoreTest : public testing::Test {
     freeReplyBuffer();
   }
   // Runs the section walker over `section` (the text after <trusteeInfo>) with /srv/vol1 as the
-  // mount point and every request answered by `reply`.
+  // mount point and every request answered by `reply`: once on this thread, once reading ahead
+  // of its requests on a second thread. Both runs must send the same requests and print the same
+  // output in the same order, with the same result.
   int run(const std::string &section, const std::string &reply = replyWith(0),
           const char *tree = nullptr) {
+    const int result = runOnce(section, reply, tree, false);
+    const std::string firstOut = out, firstErr = err;
+    const std::vector<std::string> firstRequests = requests;
+    EXPECT_EQ(runOnce(section, reply, tree, true), result);
+    EXPECT_EQ(out, firstOut);
+    EXPECT_EQ(err, firstErr);
+    EXPECT_EQ(requests, firstRequests);
+    return result;
+  }
+  int runOnce(const std::string &section, const std::string &reply, const char *tree,
+              bool readAhead) {
     inputFd = openWithContents(dir, "doc.xml", section);
     resetTagReader();
     FakeAdminFile admin(dir, reply);
     Output output;
-    const int result =
-        walkTrusteeSection("/srv/vol1", filterCompiled ? &filter : nullptr, tree, 0);
+    Walk walk{filterCompiled ? &filter : nullptr, tree};
+    const int result = readAhead ? walkAheadOfRequests(runWalk, &walk) : runWalk(&walk);
     output.finish();
+    close(inputFd);
+    inputFd = 0;
     out = output.out;
     err = output.err;
     requests = admin.requests();
     return result;
+  }
+  struct Walk {
+    const regex_t *filter;
+    const char *tree;
+  };
+  static int runWalk(void *context) {
+    const Walk &walk = *static_cast<const Walk *>(context);
+    return walkTrusteeSection("/srv/vol1", walk.filter, walk.tree, 0);
   }
   void useFilter(const char *expression) {
     ASSERT_EQ(regcomp(&filter, expression, REG_NOSUB), 0);
@@ -84,8 +108,8 @@ TEST_F(TrusteeRestoreTest, ArborTrusteeSendsItsRequestAndConfirmsWithActions) {
                 "</file></trusteeInfo>"),
             0);
   ASSERT_EQ(requests.size(), 1u);
-  EXPECT_EQ(requests[0], arborRequest("admin.corp.T.", "<read/><write/><fileScan/>",
-                                      "/srv/vol1/dir/a"));
+  EXPECT_EQ(requests[0],
+            arborRequest("admin.corp.T.", "<read/><write/><fileScan/>", "/srv/vol1/dir/a"));
   EXPECT_EQ(out, "Trustee admin.corp.T. added to /srv/vol1/dir/a with rights [rwf].\n");
   EXPECT_EQ(err, "");
 }
@@ -116,8 +140,9 @@ TEST_F(TrusteeRestoreTest, TreeOptionReplacesTheTreeInTheRequest) {
 TEST_F(TrusteeRestoreTest, TreeResultThatNoLongerFitsSkipsTheTrustee) {
   const std::string name = std::string(1000, 'n') + ".OLD.";
   const std::string tree(40, 't');
-  EXPECT_EQ(run("<file><path>/f</path><trustee><name>" + name + "</name></trustee>"
-                "<trustee><name>b.OLD.</name></trustee></file></trusteeInfo>",
+  EXPECT_EQ(run("<file><path>/f</path><trustee><name>" + name +
+                    "</name></trustee>"
+                    "<trustee><name>b.OLD.</name></trustee></file></trusteeInfo>",
                 replyWith(0), tree.c_str()),
             0);
   ASSERT_EQ(requests.size(), 1u);
@@ -215,9 +240,8 @@ TEST_F(TrusteeRestoreTest, PathAfterTheTrusteesDoesNotApplyToThem) {
             0);
   ASSERT_EQ(requests.size(), 1u);
   EXPECT_EQ(requests[0], arborRequest("v.T.", "", "/srv/vol1/late"));
-  EXPECT_EQ(err,
-            "No path for the entry <trustee>; entry skipped.\n"
-            "No path for the entry <inheritedRightsFilter>; entry skipped.\n");
+  EXPECT_EQ(err, "No path for the entry <trustee>; entry skipped.\n"
+                 "No path for the entry <inheritedRightsFilter>; entry skipped.\n");
 }
 
 TEST_F(TrusteeRestoreTest, NamelessArborTrusteeEndsTheRestoreSilently) {
@@ -247,9 +271,8 @@ TEST_F(TrusteeRestoreTest, RefusedTrusteeIsReportedAndTheRestoreGoesOn) {
                 replyWith(5, "No such user", "u.T.")),
             0);
   EXPECT_EQ(requests.size(), 2u);
-  EXPECT_EQ(err,
-            "Error adding trustee u.T. to /srv/vol1/f: No such user(u.T.)\n"
-            "Error adding trustee v.T. to /srv/vol1/f: No such user(u.T.)\n");
+  EXPECT_EQ(err, "Error adding trustee u.T. to /srv/vol1/f: No such user(u.T.)\n"
+                 "Error adding trustee v.T. to /srv/vol1/f: No such user(u.T.)\n");
 }
 
 TEST_F(TrusteeRestoreTest, RefusedFilterIsReported) {
@@ -274,39 +297,42 @@ TEST_F(TrusteeRestoreTest, UnknownElementsAreReportedAtEveryLevel) {
                 "<trustee type='adID'><name>u.T.</name><email>e</email></trustee>"
                 "<trustee\ttype=\"adID\"></trustee></file></trusteeInfo>"),
             0);
-  EXPECT_EQ(err,
-            "Unrecognized tag: extra\n"
-            "Unrecognized tag: comment\n"
-            "Unrecognized tag: email\n"
-            "Unrecognized tag: trustee\ttype=\"adID\"\n");
+  EXPECT_EQ(err, "Unrecognized tag: extra\n"
+                 "Unrecognized tag: comment\n"
+                 "Unrecognized tag: email\n"
+                 "Unrecognized tag: trustee\ttype=\"adID\"\n");
   ASSERT_EQ(requests.size(), 1u);  // single quotes read as a plain trustee
   EXPECT_EQ(requests[0], arborRequest("u.T.", "", "/srv/vol1/f"));
 }
 
 TEST_F(TrusteeRestoreTest, ValuesLongerThanTheirFieldsSkipTheEntry) {
   const std::string longPath = "/" + std::string(4100, 'p');
-  EXPECT_EQ(run("<file><path><![CDATA[" + longPath + "]]></path><trustee><name>u.T.</name>"
+  EXPECT_EQ(run("<file><path><![CDATA[" + longPath +
+                "]]></path><trustee><name>u.T.</name>"
                 "</trustee></file>"
-                "<file><path>/f</path><trustee><name>u.T.</name><id>" + std::string(200, 'i') +
-                "</id></trustee><trustee><name>v.T.</name><rights>" +
-                std::string(80, ' ') + [] {
+                "<file><path>/f</path><trustee><name>u.T.</name><id>" +
+                std::string(200, 'i') + "</id></trustee><trustee><name>v.T.</name><rights>" +
+                std::string(80, ' ') +
+                [] {
                   std::string r;
-                  for (int i = 0; i < 80; ++i) r += "<read/>";
+                  for (int i = 0; i < 80; ++i)
+                    r += "<read/>";
                   return r;
-                }() + "</rights></trustee><trustee><name>w.T.</name></trustee></file>"
+                }() +
+                "</rights></trustee><trustee><name>w.T.</name></trustee></file>"
                 "</trusteeInfo>"),
             0);
   ASSERT_EQ(requests.size(), 1u);
   EXPECT_EQ(requests[0], arborRequest("w.T.", "", "/srv/vol1/f"));
-  EXPECT_EQ(err,
-            "Value too long in element path; entry skipped.\n"
-            "Value too long in element id; entry skipped.\n"
-            "Value too long in element rights; entry skipped.\n");
+  EXPECT_EQ(err, "Value too long in element path; entry skipped.\n"
+                 "Value too long in element id; entry skipped.\n"
+                 "Value too long in element rights; entry skipped.\n");
 }
 
 TEST_F(TrusteeRestoreTest, MountPointAndPathTogetherTooLongSkipTheFile) {
   const std::string path = "/" + std::string(4090, 'p');  // fits the field, not with /srv/vol1
-  EXPECT_EQ(run("<file><path>" + path + "</path><trustee><name>u.T.</name></trustee>"
+  EXPECT_EQ(run("<file><path>" + path +
+                "</path><trustee><name>u.T.</name></trustee>"
                 "<inheritedRightsFilter/></file></trusteeInfo>"),
             0);
   EXPECT_TRUE(requests.empty());
