@@ -15,15 +15,14 @@
 #include "save/combined_filters.h"
 #include "save/info_filters.h"
 #include "save/info_wrapper.h"
-#include "save/page_faulter.h"
+#include "save/read_helper.h"
 
 namespace {
 
 constexpr std::size_t kReadStep = 65536;
 constexpr std::size_t kReadChunk = 1 << 20;
-// From this size on, the buffer's pages are faulted in on a second thread while it is filled.
+// From this size on, a second thread helps with the buffer while it is filled.
 constexpr std::size_t kFaultAhead = 32 << 20;
-constexpr std::size_t kNoNul = static_cast<std::size_t>(-1);
 // The text's length is carried as a signed 32-bit count.
 constexpr std::size_t kLargestText = INT_MAX - kReadStep - 2;
 
@@ -78,9 +77,9 @@ struct Buffers {
 
 // Reads the open file until a read returns 0. Its stat size is only a first guess at the room
 // needed (the file system reports 0 for its virtual files); the buffer grows geometrically.
-// Reads go in chunks small enough that each is still in the cache when it is searched for a NUL
-// and for the reply wrapper's tags: the text ends at its first NUL, so *size is that position (or
-// all that was read).
+// What is read is searched for a NUL and for the reply wrapper's tags (on a second thread for a
+// large file, when a processor is idle; otherwise each chunk as it arrives): the text ends at
+// its first NUL, so *size is that position (or all that was read).
 // Returns 0 with the text terminated where the data ends, 12, or the errno of a failed read.
 int readWhole(int fd, TextBuffer &text, std::size_t *size, WrapperTagFinder &wrapper) {
   std::size_t capacity = kReadStep + 1;
@@ -92,14 +91,13 @@ int readWhole(int fd, TextBuffer &text, std::size_t *size, WrapperTagFinder &wra
     reportNoMemory("util/trovan/trovan[3043]");
     return 12;
   }
-  PageFaulter faulter;
-  if (text.capacity() >= kFaultAhead) faulter.start(text.data(), text.capacity());
+  ReadHelper helper(wrapper);
+  if (text.capacity() >= kFaultAhead) helper.start(text.data(), text.capacity());
   std::size_t used = 0;
-  std::size_t firstNul = kNoNul;
   for (;;) {
     if (used == text.capacity() - 1) {
       // The buffer may move when it grows.
-      faulter.stop();
+      helper.stop();
       std::size_t grown = 2 * text.capacity();
       if (grown > kLargestText + 1) grown = kLargestText + 1;
       if (grown <= text.capacity() || !text.reserve(grown)) {
@@ -118,16 +116,12 @@ int readWhole(int fd, TextBuffer &text, std::size_t *size, WrapperTagFinder &wra
       std::fprintf(stderr, "fread failed. Error=%m\n");
       return error;
     }
-    // Nothing after the first NUL is part of the text.
-    if (firstNul == kNoNul) {
-      const std::size_t nul =
-          wrapper.scan(text.data(), used, used + static_cast<std::size_t>(count));
-      if (nul != WrapperTags::kNotFound) firstNul = nul;
-    }
     used += static_cast<std::size_t>(count);
+    helper.filledTo(text.data(), used);
   }
+  helper.finish(text.data());
   text.data()[used] = '\0';
-  *size = firstNul == kNoNul ? used : firstNul;
+  *size = helper.firstNul() == WrapperTags::kNotFound ? used : helper.firstNul();
   return 0;
 }
 
