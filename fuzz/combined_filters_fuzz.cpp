@@ -66,8 +66,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   if (input.size() <= 4096) {
     const Result slow = run(false, input, choice);
     if (fast.status != slow.status) std::abort();
-    if (slow.status == 0 && (fast.text != slow.text || fast.length != slow.length ||
-                             fast.scratch != slow.scratch))
+    if (slow.status == 0 &&
+        (fast.text != slow.text || fast.length != slow.length || fast.scratch != slow.scratch))
       std::abort();
   }
   return 0;

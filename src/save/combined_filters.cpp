@@ -37,12 +37,9 @@ constexpr std::string_view kPathClose = "</path>";
 
 // The elements the removal drops, in order, each found when it is asked for.
 class Removals {
- public:
+public:
   Removals(const char *text, std::size_t size, const char *startTag, const char *endTag)
-      : text_(text),
-        size_(size),
-        starts_(text, size, startTag),
-        ends_(text, size, endTag),
+      : text_(text), size_(size), starts_(text, size, startTag), ends_(text, size, endTag),
         endTagLength_(std::strlen(endTag)) {
     find(starts_.from(0));
   }
@@ -54,7 +51,7 @@ class Removals {
   bool missingEnd() const { return missingEnd_; }
   void next() { find(starts_.fromNear(end_)); }
 
- private:
+private:
   void find(std::size_t at) {
     begin_ = at;
     if (at == kNone) return;
@@ -86,28 +83,20 @@ struct ElementTags {
 };
 
 class CombinedFilters {
- public:
+public:
   CombinedFilters(char *text, int *length, std::size_t size, const char *path, char *scratch,
                   const char *elementName, const char *removalStart, const char *removalEnd)
-      : text_(text),
-        length_(length),
-        size_(size),
-        path_(path),
-        scratch_(scratch),
-        elementName_(elementName),
-        removalStart_(removalStart),
-        removalEnd_(removalEnd),
+      : text_(text), length_(length), size_(size), path_(path), scratch_(scratch),
+        elementName_(elementName), removalStart_(removalStart), removalEnd_(removalEnd),
         valueOffset_(std::strcmp(elementName, "file") == 0 ? kFilePathValueOffset
                                                            : kDirectoryPathValueOffset),
-        tags_(elementName),
-        endTagLength_(std::strlen(tags_.end)),
-        removals_(text, size, removalStart, removalEnd),
-        compactor_(text) {}
+        tags_(elementName), endTagLength_(std::strlen(tags_.end)),
+        removals_(text, size, removalStart, removalEnd), compactor_(text) {}
 
   // Both filters; the removal's status, and the size left in *sizeLeft.
   int run(std::size_t *sizeLeft, bool *inTurn);
 
- private:
+private:
   enum class Step { kNext, kDone, kFailed, kInTurn };
 
   // The places of the next element, found ahead a batch at a time while that can be done; null
@@ -164,8 +153,8 @@ class CombinedFilters {
   ForwardSearch opens_{text_, size_, kPathOpen};
   ForwardSearch closes_{text_, size_, kPathClose};
   // The path as a word when it has one to eight bytes.
-  PreparedTag pathWord_ = path_.size() >= 1 && path_.size() <= 8 ? prepareTag(path_)
-                                                                 : PreparedTag{nullptr, 0, 0, 0, 0};
+  PreparedTag pathWord_ =
+      path_.size() >= 1 && path_.size() <= 8 ? prepareTag(path_) : PreparedTag{nullptr, 0, 0, 0, 0};
   ElementSearch elements_{prepareTag(tags_.start), prepareTag(tags_.end), prepareTag(kPathOpen),
                           prepareTag(kPathClose)};
   bool batches_ = elements_.start.size >= 3 && elements_.end.size >= 3;

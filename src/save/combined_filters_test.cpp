@@ -41,9 +41,9 @@ Result together(StderrSink &sink, const std::string &input, const char *startNam
   std::vector<char> scratch = scratchSpace(input);
   Result result;
   result.length = static_cast<int>(input.size());
-  result.status = removeAndFilterByPath(buffer.data(), &result.length, startName, endName, path,
-                                        scratch.data(), elementName, &result.sizeLeft,
-                                        &result.inTurn);
+  result.status =
+      removeAndFilterByPath(buffer.data(), &result.length, startName, endName, path, scratch.data(),
+                            elementName, &result.sizeLeft, &result.inTurn);
   result.text = buffer.data();
   result.scratch = scratch.data();
   result.err = sink.take();
@@ -78,7 +78,8 @@ void expectSame(StderrSink &sink, const std::string &input, const char *startNam
   if (slow.status != 0) return;
   ASSERT_EQ(fast.text, slow.text) << "input: " << input << " path: " << path;
   ASSERT_EQ(fast.sizeLeft, slow.sizeLeft) << "input: " << input;
-  ASSERT_EQ(fast.length, slow.length) << "input: " << input << " args: " << startName << " / " << path << " / " << elementName;
+  ASSERT_EQ(fast.length, slow.length)
+      << "input: " << input << " args: " << startName << " / " << path << " / " << elementName;
   ASSERT_EQ(fast.scratch, slow.scratch) << "input: " << input;
 }
 
@@ -106,7 +107,7 @@ void expectSameForAll(StderrSink &sink, const std::string &input, bool threaded 
 }
 
 class CombinedFilters : public testing::Test {
- protected:
+protected:
   void SetUp() override {
     resetTagSearch();
     resetElementFeed();
@@ -128,8 +129,8 @@ class CombinedFilters : public testing::Test {
 
 TEST_F(CombinedFilters, WellFormedSectionIsFilteredInOnePass) {
   const std::string input = "<trusteeInfo>\n" + file("/test1/a", kArborTrustee + kAdTrustee) +
-                            file("/test2", kAdTrustee) + file("/test10", kAdTrustee + kArborTrustee) +
-                            "</trusteeInfo>\n";
+                            file("/test2", kAdTrustee) +
+                            file("/test10", kAdTrustee + kArborTrustee) + "</trusteeInfo>\n";
   const Result r = run(input, "/test1");
   const std::string expected = "<trusteeInfo>\n" + file("/test1/a", kArborTrustee) +
                                file("/test10", kArborTrustee) + "</trusteeInfo>\n";
@@ -142,8 +143,8 @@ TEST_F(CombinedFilters, WellFormedSectionIsFilteredInOnePass) {
 }
 
 TEST_F(CombinedFilters, AdOnlyRemovalDropsUntypedTrusteesOfTheKeptFiles) {
-  const std::string input = file("/test1", kArborTrustee + kAdTrustee + kArborTrustee) +
-                            file("/test2", kArborTrustee);
+  const std::string input =
+      file("/test1", kArborTrustee + kAdTrustee + kArborTrustee) + file("/test2", kArborTrustee);
   const Result r = run(input, "/test1", "trustee", "trustee");
   EXPECT_EQ(r.text, file("/test1", kAdTrustee));
   EXPECT_FALSE(r.inTurn);
@@ -172,9 +173,8 @@ TEST_F(CombinedFilters, RemovedElementAtTheVeryStartJoinsNothing) {
 }
 
 TEST_F(CombinedFilters, RemovedElementNotAfterALineFeedHandsOver) {
-  const std::string input =
-      "<file><zid>1</zid><path><![CDATA[/test1]]></path>" + kAdTrustee + "</file>\n" +
-      file("/test2", kAdTrustee);
+  const std::string input = "<file><zid>1</zid><path><![CDATA[/test1]]></path>" + kAdTrustee +
+                            "</file>\n" + file("/test2", kAdTrustee);
   const Result r = run(input, "/test1");
   EXPECT_EQ(r.text, "<file><zid>1</zid><path><![CDATA[/test1]]></path></file>\n");
   EXPECT_TRUE(r.inTurn);
@@ -195,8 +195,8 @@ TEST_F(CombinedFilters, RemovedElementAcrossAFileEndHandsOver) {
   const std::string input = file("/test1", "<trustee type=\"adID\"><name>x</name>\n") +
                             file("/test2", kArborTrustee) + file("/test1/c", kAdTrustee);
   const Result r = run(input, "/test1");
-  EXPECT_EQ(r.text, "<file>\n<zid>1</zid><path><![CDATA[/test1]]></path>\n</file>\n" +
-                        file("/test1/c"));
+  EXPECT_EQ(r.text,
+            "<file>\n<zid>1</zid><path><![CDATA[/test1]]></path>\n</file>\n" + file("/test1/c"));
   EXPECT_TRUE(r.inTurn);
 }
 
@@ -212,16 +212,16 @@ TEST_F(CombinedFilters, GapThatWouldJoinIntoAFileTagHandsOver) {
 
 TEST_F(CombinedFilters, FileWithoutAPathOfItsOwnHandsOver) {
   // It is judged by the next file's path, which lies outside it.
-  const std::string input = "<file>\n" + kAdTrustee + "</file>\n" + file("/test2") +
-                            file("/test1", kAdTrustee);
+  const std::string input =
+      "<file>\n" + kAdTrustee + "</file>\n" + file("/test2") + file("/test1", kAdTrustee);
   const Result r = run(input, "/test1");
   EXPECT_EQ(r.text, file("/test1"));
   EXPECT_TRUE(r.inTurn);
 }
 
 TEST_F(CombinedFilters, FileWithoutEndTagLeavesTheRestWithoutTheRemovedElements) {
-  const std::string rest = "<file>\n<zid>1</zid><path><![CDATA[/test2]]></path>\n" +
-                           kAdTrustee + kArborTrustee + kAdTrustee;
+  const std::string rest = "<file>\n<zid>1</zid><path><![CDATA[/test2]]></path>\n" + kAdTrustee +
+                           kArborTrustee + kAdTrustee;
   const Result r = run(file("/test2", kAdTrustee) + file("/test1") + rest, "/test1");
   const std::string restLeft =
       "<file>\n<zid>1</zid><path><![CDATA[/test2]]></path>\n" + kArborTrustee;
@@ -267,8 +267,8 @@ TEST_F(CombinedFilters, MissingEndTagInTheRestFails) {
 }
 
 TEST_F(CombinedFilters, MissingEndTagAfterHandingOverFails) {
-  const std::string input = "<file>\n" + kAdTrustee + "</file>\n" + file("/test1") +
-                            "<trustee type=\"adID\">\n";
+  const std::string input =
+      "<file>\n" + kAdTrustee + "</file>\n" + file("/test1") + "<trustee type=\"adID\">\n";
   const Result r = run(input, "/test1");
   EXPECT_EQ(r.status, -1);
   EXPECT_EQ(r.err, "Missing end tag : </trustee>\n");
@@ -276,8 +276,8 @@ TEST_F(CombinedFilters, MissingEndTagAfterHandingOverFails) {
 }
 
 TEST_F(CombinedFilters, DirectoryElementsWithARemoval) {
-  const std::string input = directory("\\test1\\a") + "<user>\n</user>\n" + directory("\\test2") +
-                            directory("\\test10");
+  const std::string input =
+      directory("\\test1\\a") + "<user>\n</user>\n" + directory("\\test2") + directory("\\test10");
   const Result r = run(input, "\\test1", "user", "user", "directory");
   EXPECT_EQ(r.text, directory("\\test1\\a") + directory("\\test10"));
   EXPECT_FALSE(r.inTurn);
@@ -417,7 +417,8 @@ TEST(CombinedFiltersDifferential, LongTextsGiveTheSameBytesAsTheTwoInTurn) {
   std::mt19937 random(8);
   for (int round = 0; round < 200; ++round) {
     std::string input;
-    for (int part = 0; part < 6; ++part) input += mutate(random, wellFormed(random));
+    for (int part = 0; part < 6; ++part)
+      input += mutate(random, wellFormed(random));
     expectSameForAll(sink, input, true);
     expectSameForAll(sink, generate(random, 100 + static_cast<int>(random() % 300)));
     if (testing::Test::HasFatalFailure()) return;

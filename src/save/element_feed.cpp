@@ -62,7 +62,8 @@ const ElementPlaces *ElementFeed::next(std::size_t *count) {
   }
   const std::size_t taken = taken_.load(std::memory_order_relaxed);
   unsigned rounds = 0;
-  while (found_.load(std::memory_order_acquire) == taken) pauseFor(rounds);
+  while (found_.load(std::memory_order_acquire) == taken)
+    pauseFor(rounds);
   const Slot &slot = ring_[taken % kSlots];
   // The slot given last time may now be filled again.
   taken_.store(taken + 1, std::memory_order_release);

@@ -15,7 +15,7 @@
 // asked for. The thread only reads the text from the last element given on, so the text before
 // that may be changed meanwhile.
 class ElementFeed {
- public:
+public:
   static constexpr std::size_t kBatch = 64;
 
   ElementFeed(const ElementSearch &search, const char *text, std::size_t from, std::size_t size);
@@ -31,7 +31,7 @@ class ElementFeed {
   void stop();
   bool threaded() const { return running_; }
 
- private:
+private:
   static constexpr std::size_t kSlots = 16;
   struct Slot {
     ElementPlaces places[kBatch];

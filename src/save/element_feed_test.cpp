@@ -8,7 +8,7 @@
 namespace {
 
 class ElementFeedTest : public testing::Test {
- protected:
+protected:
   void SetUp() override { resetElementFeed(); }
   void TearDown() override { resetElementFeed(); }
 };

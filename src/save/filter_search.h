@@ -31,7 +31,7 @@ inline bool startsHere(const PreparedTag &tag, const char *at, std::size_t avail
 // go backwards, so an earlier answer that is still ahead of the position is reused; each byte of
 // the text is scanned at most once per searched text.
 class ForwardSearch {
- public:
+public:
   static constexpr std::size_t kNear = 16;
 
   ForwardSearch(const char *text, std::size_t size, std::string_view needle)
@@ -43,8 +43,7 @@ class ForwardSearch {
     found_ = kNone;
     if (position <= size_) {
       // Nothing before clearTo_ when the search starts at or after clearFrom_.
-      const std::size_t start =
-          position >= clearFrom_ && position < clearTo_ ? clearTo_ : position;
+      const std::size_t start = position >= clearFrom_ && position < clearTo_ ? clearTo_ : position;
       const char *hit = findPreparedTag(tag_, text_ + start, text_ + size_);
       if (hit != nullptr) found_ = static_cast<std::size_t>(hit - text_);
     }
@@ -87,7 +86,7 @@ class ForwardSearch {
     return found_;
   }
 
- private:
+private:
   // The first occurrence from `position` on is `at`.
   void learn(std::size_t position, std::size_t at) {
     if (known_ && found_ != kNone && found_ >= position) return;
@@ -113,7 +112,7 @@ class ForwardSearch {
 
 // Closes the gaps of a text in place while the drops are decided in increasing order.
 class Compactor {
- public:
+public:
   explicit Compactor(char *text) : text_(text) {}
 
   // Drops [begin, end) of the original text; begin is not before the end of the previous drop.
@@ -140,7 +139,7 @@ class Compactor {
     return dropped_;
   }
 
- private:
+private:
   char *text_;
   std::size_t kept_ = 0;
   std::size_t written_ = 0;

@@ -22,7 +22,7 @@ namespace {
 constexpr std::size_t kReadStep = 65536;
 constexpr std::size_t kReadChunk = 1 << 20;
 // From this size on, a second thread helps with the buffer while it is filled.
-constexpr std::size_t kFaultAhead = 32 << 20;
+constexpr std::size_t kHelpFrom = 32 << 20;
 // The text's length is carried as a signed 32-bit count.
 constexpr std::size_t kLargestText = INT_MAX - kReadStep - 2;
 
@@ -92,7 +92,7 @@ int readWhole(int fd, TextBuffer &text, std::size_t *size, WrapperTagFinder &wra
     return 12;
   }
   ReadHelper helper(wrapper);
-  if (text.capacity() >= kFaultAhead) helper.start(text.data(), text.capacity());
+  if (text.capacity() >= kHelpFrom) helper.start(text.data(), text.capacity());
   std::size_t used = 0;
   for (;;) {
     if (used == text.capacity() - 1) {
@@ -186,8 +186,8 @@ int extractInfoFile(const char *infoDir, const char *fileName, const char *path,
   const UserTypeRemoval removal = userTypeRemoval(fileName);
   bool filtered = false;
   if (path != nullptr && removal.startName != nullptr) {
-    // Both filters are decided together when the scratch space can be had before the removal
-    // (see below); otherwise they run in turn, which reports each failure in its place.
+    // Both filters are decided together when the scratch space can be had first; otherwise they
+    // run in turn, which reports a failed removal before the lack of memory.
     buffers.scratch = static_cast<char *>(std::malloc(size + 2));
     if (buffers.scratch != nullptr) {
       const int status = removeAndFilterByPath(text, &length, removal.startName, removal.endName,

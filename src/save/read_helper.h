@@ -16,7 +16,7 @@
 // piece arrives. The thread only asks the system to make pages ready and reads what has been
 // filled, so the reads meanwhile are unaffected.
 class ReadHelper {
- public:
+public:
   explicit ReadHelper(WrapperTagFinder &wrapper) : wrapper_(wrapper) {}
   ReadHelper(const ReadHelper &) = delete;
   ReadHelper &operator=(const ReadHelper &) = delete;
@@ -37,7 +37,7 @@ class ReadHelper {
   std::size_t firstNul() const { return firstNul_; }
   bool running() const { return running_; }
 
- private:
+private:
   static void *run(void *self);
   void help();
   void searchTo(char *data, std::size_t filled);

@@ -11,9 +11,8 @@ namespace {
 
 struct Mapping {
   explicit Mapping(std::size_t size)
-      : size(size),
-        data(static_cast<char *>(
-            mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))) {}
+      : size(size), data(static_cast<char *>(mmap(nullptr, size, PROT_READ | PROT_WRITE,
+                                                  MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))) {}
   ~Mapping() {
     if (data != MAP_FAILED) munmap(data, size);
   }
@@ -24,7 +23,8 @@ struct Mapping {
 // A large reply: the wrapper's opening tags, many lines, the closing tag near the end.
 std::string reply(std::size_t size) {
   std::string text = "<quillReply>\n<result value=\"0\"><description>ok</description></result>\n";
-  while (text.size() + 64 < size) text += "<file><path>/d" + std::to_string(text.size()) + "</path></file>\n";
+  while (text.size() + 64 < size)
+    text += "<file><path>/d" + std::to_string(text.size()) + "</path></file>\n";
   return text + "</quillReply>\n";
 }
 

@@ -10,7 +10,7 @@ namespace {
 
 // Every test runs with the 64-byte, 32-byte and 16-byte loops (those the processor has).
 class TagSearch : public testing::TestWithParam<int> {
- protected:
+protected:
   void SetUp() override { setTagSearchWidth(GetParam()); }
   void TearDown() override { resetTagSearch(); }
 };
@@ -313,10 +313,10 @@ void expectPrefixOfNaive(const std::string &start, const std::string &end, const
   ASSERT_LE(fast.size(), slow.size()) << text;
   for (std::size_t i = 0; i < fast.size(); ++i)
     ASSERT_TRUE(samePlaces(fast[i], slow[i]))
-        << "element " << i << " of " << text << " from " << from << " tags " << start << end
-        << ": " << fast[i].start << " " << fast[i].end << " " << fast[i].path << " "
-        << fast[i].pathEnd << " / " << slow[i].start << " " << slow[i].end << " " << slow[i].path
-        << " " << slow[i].pathEnd;
+        << "element " << i << " of " << text << " from " << from << " tags " << start << end << ": "
+        << fast[i].start << " " << fast[i].end << " " << fast[i].path << " " << fast[i].pathEnd
+        << " / " << slow[i].start << " " << slow[i].end << " " << slow[i].path << " "
+        << slow[i].pathEnd;
   // It stops short only within the last stretch that a vector step cannot reach.
   if (fast.size() < slow.size() && fast.size() < room) {
     ASSERT_GT(slow[fast.size()].end + 2 * 64 + 16, text.size()) << text;
@@ -333,12 +333,14 @@ TEST_P(TagSearch, FindElementsGivesEachElementWithItsPathTags) {
       fastElements(elementSearch("<file>", "</file>"), text, 0, 64);
   ASSERT_EQ(places.size(), 20u);
   const std::vector<ElementPlaces> expected = naiveElements("<file>", "</file>", text, 0, 64);
-  for (std::size_t i = 0; i < places.size(); ++i) EXPECT_TRUE(samePlaces(places[i], expected[i]));
+  for (std::size_t i = 0; i < places.size(); ++i)
+    EXPECT_TRUE(samePlaces(places[i], expected[i]));
 }
 
 TEST_P(TagSearch, FindElementsStopsAfterTheRoomGiven) {
   std::string text;
-  for (int i = 0; i < 10; ++i) text += "<file><path>a</path></file>\n";
+  for (int i = 0; i < 10; ++i)
+    text += "<file><path>a</path></file>\n";
   text += std::string(200, ' ');
   EXPECT_EQ(fastElements(elementSearch("<file>", "</file>"), text, 0, 3).size(), 3u);
   // Going on from the end of the third one gives the fourth.
@@ -349,8 +351,8 @@ TEST_P(TagSearch, FindElementsStopsAfterTheRoomGiven) {
 }
 
 TEST_P(TagSearch, FindElementsPathTagsOutsideTheElementAreNotInside) {
-  const std::string text = "<file><zid/></file><path></path><file></path><path></file>" +
-                           std::string(200, ' ');
+  const std::string text =
+      "<file><zid/></file><path></path><file></path><path></file>" + std::string(200, ' ');
   const auto places = fastElements(elementSearch("<file>", "</file>"), text, 0, 64);
   ASSERT_EQ(places.size(), 2u);
   EXPECT_EQ(places[0].path, kNotInside);
@@ -373,8 +375,7 @@ TEST_P(TagSearch, FindElementsLeavesTheLastStretchToTheSearches) {
   // Too short for one vector step with room for the longest tag: nothing is found.
   EXPECT_EQ(fastElements(elementSearch("<file>", "</file>"), text, 0, 64).size(), 0u);
   EXPECT_EQ(fastElements(elementSearch("<file>", "</file>"), text, text.size(), 64).size(), 0u);
-  EXPECT_EQ(fastElements(elementSearch("<file>", "</file>"), text, text.size() + 5, 64).size(),
-            0u);
+  EXPECT_EQ(fastElements(elementSearch("<file>", "</file>"), text, text.size() + 5, 64).size(), 0u);
 }
 
 TEST_P(TagSearch, FindElementsTagsAcrossEveryVectorBoundary) {
@@ -392,13 +393,15 @@ TEST_P(TagSearch, FindElementsTagsAcrossEveryVectorBoundary) {
 
 TEST_P(TagSearch, FindElementsRandomTextsAgreeWithPlainSearches) {
   std::mt19937 random(11);
-  const std::string pieces[] = {"<file>", "</file>", "<path>", "</path>", "<directory>",
-                                "</directory>", "<fi", "le>", "</pa", "<", ">", "/", "\n",
-                                "xyz", "<filex>", "</file", "<pat>"};
+  const std::string pieces[] = {
+      "<file>", "</file>", "<path>",  "</path>", "<directory>", "</directory>",
+      "<fi",    "le>",     "</pa",    "<",       ">",           "/",
+      "\n",     "xyz",     "<filex>", "</file",  "<pat>"};
   for (int round = 0; round < 3000; ++round) {
     std::string text;
     const int count = static_cast<int>(random() % 80);
-    for (int i = 0; i < count; ++i) text += pieces[random() % std::size(pieces)];
+    for (int i = 0; i < count; ++i)
+      text += pieces[random() % std::size(pieces)];
     const std::size_t from = text.empty() ? 0 : random() % (text.size() + 1);
     const std::size_t room = 1 + random() % 8;
     expectPrefixOfNaive("<file>", "</file>", text, from, room);
