@@ -17,7 +17,9 @@ int readTag(char *name, unsigned long *isEndTag, const char *label);
 
 // A tag as the walkers read it: its name with the name's length, and whether it is an end tag.
 struct Tag {
-  char name[kTagNameSize] = "";
+  Tag() { name[0] = '\0'; }  // the bytes after the name's NUL are never looked at
+
+  char name[kTagNameSize];
   std::size_t length = 0;  // strlen(name)
   unsigned long isEndTag = 0;
 
