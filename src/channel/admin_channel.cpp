@@ -104,8 +104,13 @@ int sendRequest(std::size_t length) {
   return 0;
 }
 
-int receiveReply(const char *replyElement, int *result, std::size_t descriptionSize,
-                 char *description, std::size_t nameSize, char *name) {
+namespace {
+
+// receiveReply; with `detailsWhenRefusedOnly`, the description and the name are looked for only
+// when the result is not 0 (they are left empty otherwise).
+int receiveReplyParts(const char *replyElement, int *result, std::size_t descriptionSize,
+                      char *description, std::size_t nameSize, char *name,
+                      bool detailsWhenRefusedOnly) {
   if (int error = rewindAdminFile(); error != 0) return error;
   if (replyBuffer == nullptr) {
     std::fprintf(stderr, "Error getting big enough buffer for trustees\n");
@@ -153,6 +158,10 @@ int receiveReply(const char *replyElement, int *result, std::size_t descriptionS
 
   std::size_t nameSearchFrom = digits;
   description[0] = '\0';
+  if (detailsWhenRefusedOnly && *result == 0) {
+    if (name != nullptr) name[0] = '\0';
+    return 0;
+  }
   static constexpr std::string_view kDescription = "<description>";
   if (const std::size_t start = find(kDescription, digits); start != std::string_view::npos) {
     const std::size_t text = start + kDescription.size();
@@ -170,14 +179,22 @@ int receiveReply(const char *replyElement, int *result, std::size_t descriptionS
   return 0;
 }
 
+}  // namespace
+
+int receiveReply(const char *replyElement, int *result, std::size_t descriptionSize,
+                 char *description, std::size_t nameSize, char *name) {
+  return receiveReplyParts(replyElement, result, descriptionSize, description, nameSize, name,
+                           false);
+}
+
 int exchangeRequest(const char *replyElement, Reply &reply) {
   return exchangeRequest(replyElement, reply, std::strlen(requestBuffer));
 }
 
 int exchangeRequest(const char *replyElement, Reply &reply, std::size_t length) {
   if (const int error = sendRequest(length); error != 0) return error;
-  return receiveReply(replyElement, &reply.result, sizeof reply.description, reply.description,
-                      sizeof reply.name, reply.name);
+  return receiveReplyParts(replyElement, &reply.result, sizeof reply.description, reply.description,
+                           sizeof reply.name, reply.name, true);
 }
 
 void stripReplyWrapper(char *text, int *length) {

@@ -52,7 +52,9 @@ struct Reply {
 };
 
 // Sends requestBuffer and reads its reply, looking for replyElement. Returns 0 when a result came
-// back (in reply), non-zero after the channel's own message.
+// back (in reply), non-zero after the channel's own message. The reply's description and name,
+// which are printed only for a refused request, are read only when the result is not 0; they
+// are empty otherwise.
 int exchangeRequest(const char *replyElement, Reply &reply);
 // The same for a request whose length (its strlen) is known.
 int exchangeRequest(const char *replyElement, Reply &reply, std::size_t length);

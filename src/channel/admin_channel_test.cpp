@@ -48,8 +48,8 @@ std::string reply(const std::string &inside) {
 TEST_F(AdminChannel, ReadsResultDescriptionAndName) {
   useReply(reply("<result value=\"-5\"><description>refused</description><name>bob</name>"
                  "</result>"));
-  EXPECT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_,
-                         sizeof name_, name_),
+  EXPECT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
+                         name_),
             0);
   EXPECT_EQ(result_, -5);
   EXPECT_STREQ(description_, "refused");
@@ -69,8 +69,8 @@ TEST_F(AdminChannel, ReplyOfExactlyBufferSizeMinusOneGrowsOnceBeforeTheFinalRead
   text.append(static_cast<std::size_t>(kReplyBufferStep - 1) - text.size(), ' ');
   ASSERT_EQ(text.size(), static_cast<std::size_t>(kReplyBufferStep - 1));
   useReply(text);
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_,
-                         sizeof name_, name_),
+  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
+                         name_),
             0);
   EXPECT_EQ(replyBufferSize, 2 * kReplyBufferStep);
   EXPECT_EQ(std::strlen(replyBuffer), text.size());
@@ -82,8 +82,8 @@ TEST_F(AdminChannel, ReplyOneByteShorterDoesNotGrow) {
   std::string text = reply("<result value=\"0\"></result>");
   text.append(static_cast<std::size_t>(kReplyBufferStep - 2) - text.size(), ' ');
   useReply(text);
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_,
-                         sizeof name_, name_),
+  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
+                         name_),
             0);
   EXPECT_EQ(replyBufferSize, kReplyBufferStep);
 }
@@ -92,8 +92,8 @@ TEST_F(AdminChannel, LongReplyIsReadWhole) {
   std::string text(3 * kReplyBufferStep, 'z');
   text += reply("<result value=\"4\"><description>late</description></result>");
   useReply(text);
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_,
-                         sizeof name_, name_),
+  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
+                         name_),
             0);
   EXPECT_EQ(result_, 4);
   EXPECT_STREQ(description_, "late");
@@ -101,11 +101,12 @@ TEST_F(AdminChannel, LongReplyIsReadWhole) {
 }
 
 TEST_F(AdminChannel, ReplyWithoutTheSearchedElementIsUnrecognizedEvenWithAResult) {
-  const std::string text = "<quillReply><addQuota><result value=\"0\"></result></addQuota></quillReply>";
+  const std::string text =
+      "<quillReply><addQuota><result value=\"0\"></result></addQuota></quillReply>";
   useReply(text);
   testing::internal::CaptureStderr();
-  EXPECT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_,
-                         sizeof name_, name_),
+  EXPECT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
+                         name_),
             -1);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "Unrecognized response to request.  response=" + text + "\n");
@@ -116,8 +117,8 @@ TEST_F(AdminChannel, ReplyWithoutResultIsReported) {
   const std::string text = reply("<description>what</description>");
   useReply(text);
   testing::internal::CaptureStderr();
-  EXPECT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_,
-                         sizeof name_, name_),
+  EXPECT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
+                         name_),
             -1);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "Unable to find return value for the request.  response=" + text + "\n");
@@ -127,8 +128,8 @@ TEST_F(AdminChannel, ResultBeforeTheSearchedElementDoesNotCount) {
   const std::string text = "<result value=\"0\"></result><removeTrustee>";
   useReply(text);
   testing::internal::CaptureStderr();
-  EXPECT_EQ(receiveReply("removeTrustee", &result_, sizeof description_, description_,
-                         sizeof name_, name_),
+  EXPECT_EQ(receiveReply("removeTrustee", &result_, sizeof description_, description_, sizeof name_,
+                         name_),
             -1);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "Unable to find return value for the request.  response=" + text + "\n");
@@ -137,8 +138,8 @@ TEST_F(AdminChannel, ResultBeforeTheSearchedElementDoesNotCount) {
 TEST_F(AdminChannel, DescriptionLongerThan4095CharactersIsCutTo4095) {
   const std::string longText(5000, 'd');
   useReply(reply("<result value=\"3\"><description>" + longText + "</description></result>"));
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_,
-                         sizeof name_, name_),
+  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
+                         name_),
             0);
   EXPECT_EQ(std::string(description_), longText.substr(0, 4095));
 }
@@ -147,16 +148,16 @@ TEST_F(AdminChannel, NameLongerThan767CharactersIsCutTo767) {
   const std::string longName(800, 'n');
   useReply(reply("<result value=\"3\"><description>d</description><name>" + longName +
                  "</name></result>"));
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_,
-                         sizeof name_, name_),
+  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
+                         name_),
             0);
   EXPECT_EQ(std::string(name_), longName.substr(0, 767));
 }
 
 TEST_F(AdminChannel, ReplyWithoutNameYieldsAnEmptyName) {
   useReply(reply("<result value=\"1\"><description>no</description></result>"));
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_,
-                         sizeof name_, name_),
+  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
+                         name_),
             0);
   EXPECT_STREQ(name_, "");
   EXPECT_STREQ(description_, "no");
@@ -164,8 +165,8 @@ TEST_F(AdminChannel, ReplyWithoutNameYieldsAnEmptyName) {
 
 TEST_F(AdminChannel, ReplyWithoutDescriptionYieldsAnEmptyDescription) {
   useReply(reply("<result value=\"2\"><name>who</name></result>"));
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_,
-                         sizeof name_, name_),
+  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
+                         name_),
             0);
   EXPECT_EQ(result_, 2);
   EXPECT_STREQ(description_, "");
@@ -174,8 +175,8 @@ TEST_F(AdminChannel, ReplyWithoutDescriptionYieldsAnEmptyDescription) {
 
 TEST_F(AdminChannel, NameBeforeTheDescriptionIsNotTaken) {
   useReply(reply("<result value=\"2\"><name>early</name><description>d</description></result>"));
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_,
-                         sizeof name_, name_),
+  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
+                         name_),
             0);
   EXPECT_STREQ(name_, "");
 }
@@ -184,8 +185,8 @@ TEST_F(AdminChannel, ReadErrorStopsWithItsMessageAndErrno) {
   adminFd = open(dir_.path().c_str(), O_RDONLY | O_DIRECTORY);
   ASSERT_GT(adminFd, 0);
   testing::internal::CaptureStderr();
-  EXPECT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_,
-                         sizeof name_, name_),
+  EXPECT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
+                         name_),
             EISDIR);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "Error reading the reply from the admin file system.  err=Is a directory\n");
@@ -226,7 +227,8 @@ TEST_F(AdminChannel, FailedRequestWriteIsReported) {
 }
 
 TEST_F(AdminChannel, EnvelopesAndGemelElement) {
-  EXPECT_STREQ(kFileRequestOpen, "<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>");
+  EXPECT_STREQ(kFileRequestOpen,
+               "<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>");
   EXPECT_STREQ(kFileRequestClose, "</fileRequest>");
   EXPECT_STREQ(kVolumeRequestOpen,
                "<virtualIO><datastream name=\"command\"/></virtualIO><quillRequest>");
@@ -256,9 +258,9 @@ TEST(StripReplyWrapper, TextWithoutAnyWrapperIsUnchanged) {
 }
 
 TEST(StripReplyWrapper, RemovesWrapperAndResultWithTheCharacterAfterEach) {
-  const Stripped out = strip(
-      "<quillReply>\n<result value=\"0\">\n<description>ok</description></result>\n"
-      "<userInfo>\n</userInfo>\n</quillReply>\n");
+  const Stripped out =
+      strip("<quillReply>\n<result value=\"0\">\n<description>ok</description></result>\n"
+            "<userInfo>\n</userInfo>\n</quillReply>\n");
   EXPECT_EQ(out.text, "<userInfo>\n</userInfo>\n");
   EXPECT_EQ(out.length, 23);
 }
@@ -285,6 +287,43 @@ TEST(StripReplyWrapper, TextStopsAtTheGivenLength) {
   stripReplyWrapper(buffer.data(), &length);
   EXPECT_STREQ(buffer.c_str(), "abc");
   EXPECT_EQ(length, 3);
+}
+
+}  // namespace
+
+namespace {
+
+// An exchange over a command file that keeps its reply first: the request is appended to it.
+class AdminExchange : public AdminChannel {
+ protected:
+  void useReplyKeptFirst(const std::string &text) {
+    dir_.write("files.cmd", text);
+    adminFd = open(dir_.file("files.cmd").c_str(), O_RDWR | O_APPEND);
+    ASSERT_GT(adminFd, 0);
+    std::strcpy(requestBuffer, "<request/>");
+  }
+};
+
+TEST_F(AdminExchange, AnAcceptedRequestLeavesDescriptionAndNameEmpty) {
+  useReplyKeptFirst(reply("<result value=\"0\"><description>success</description>"
+                          "<name>bob</name></result>"));
+  Reply answer;
+  std::strcpy(answer.description, "stale");
+  std::strcpy(answer.name, "stale");
+  EXPECT_EQ(exchangeRequest("<addTrustee>", answer), 0);
+  EXPECT_EQ(answer.result, 0);
+  EXPECT_STREQ(answer.description, "");
+  EXPECT_STREQ(answer.name, "");
+}
+
+TEST_F(AdminExchange, ARefusedRequestGivesItsDescriptionAndName) {
+  useReplyKeptFirst(reply("<result value=\"3\"><description>user not found</description>"
+                          "<name>bob</name></result>"));
+  Reply answer;
+  EXPECT_EQ(exchangeRequest("<addTrustee>", answer, std::strlen(requestBuffer)), 0);
+  EXPECT_EQ(answer.result, 3);
+  EXPECT_STREQ(answer.description, "user not found");
+  EXPECT_STREQ(answer.name, "bob");
 }
 
 }  // namespace
