@@ -52,7 +52,9 @@ class RecordRing {
   std::uint64_t writtenSeen_ = 0;
   std::uint64_t readerRecordSize_ = 0;
   unsigned unreleased_ = 0;
-  std::mutex sleep_;
-  std::condition_variable wake_;
+  // Taken only to sleep and to wake, on lines of their own: a side going to sleep must not take
+  // the other side's positions from its cache.
+  alignas(64) std::mutex sleep_;
+  alignas(64) std::condition_variable wake_;
   alignas(64) char bytes_[kCapacity];
 };
