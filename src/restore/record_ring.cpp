@@ -54,24 +54,34 @@ void RecordRing::publish() {
   }
 }
 
-void RecordRing::waitForRoom(std::size_t needed) {
-  if (writerAt_ + needed - readSeen_ <= kCapacity) return;
-  publish();
-  readSeen_ = read_.load(std::memory_order_acquire);
-  for (int spin = 0; writerAt_ + needed - readSeen_ > kCapacity; ++spin) {
+// Spins until ready() holds (ready() also refreshes the side's view of the other's position),
+// then sleeps, flagged in `asleep`, until awake() holds, and looks again.
+template <typename Ready, typename Awake>
+void RecordRing::waitUntil(Ready ready, std::atomic<bool> &asleep, Awake awake) {
+  for (int spin = 0; !ready(); ++spin) {
     if (spin < kSpins) {
       __builtin_ia32_pause();
     } else {
-      // Sleep until half the ring is free, so that the two sides do not wake each other for
-      // every record.
       std::unique_lock<std::mutex> lock(sleep_);
-      writerAsleep_.store(true, std::memory_order_seq_cst);
-      wake_.wait(
-          lock, [&] { return writerAt_ - read_.load(std::memory_order_seq_cst) <= kCapacity / 2; });
-      writerAsleep_.store(false, std::memory_order_relaxed);
+      asleep.store(true, std::memory_order_seq_cst);
+      wake_.wait(lock, awake);
+      asleep.store(false, std::memory_order_relaxed);
     }
-    readSeen_ = read_.load(std::memory_order_acquire);
   }
+}
+
+void RecordRing::waitForRoom(std::size_t needed) {
+  if (writerAt_ + needed - readSeen_ <= kCapacity) return;
+  publish();
+  // Asleep, the writer waits until half the ring is free, so that the two sides do not wake
+  // each other for every record.
+  waitUntil(
+      [&] {
+        readSeen_ = read_.load(std::memory_order_acquire);
+        return writerAt_ + needed - readSeen_ <= kCapacity;
+      },
+      writerAsleep_,
+      [&] { return writerAt_ - read_.load(std::memory_order_seq_cst) <= kCapacity / 2; });
 }
 
 const char *RecordRing::next(std::size_t &size) {
@@ -107,16 +117,10 @@ void RecordRing::publishRead() {
 void RecordRing::waitForRecord() {
   if (writtenSeen_ > readerAt_) return;
   publishRead();
-  writtenSeen_ = written_.load(std::memory_order_acquire);
-  for (int spin = 0; writtenSeen_ == readerAt_; ++spin) {
-    if (spin < kSpins) {
-      __builtin_ia32_pause();
-    } else {
-      std::unique_lock<std::mutex> lock(sleep_);
-      readerAsleep_.store(true, std::memory_order_seq_cst);
-      wake_.wait(lock, [&] { return written_.load(std::memory_order_seq_cst) != readerAt_; });
-      readerAsleep_.store(false, std::memory_order_relaxed);
-    }
-    writtenSeen_ = written_.load(std::memory_order_acquire);
-  }
+  waitUntil(
+      [&] {
+        writtenSeen_ = written_.load(std::memory_order_acquire);
+        return writtenSeen_ != readerAt_;
+      },
+      readerAsleep_, [&] { return written_.load(std::memory_order_seq_cst) != readerAt_; });
 }

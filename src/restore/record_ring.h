@@ -36,6 +36,8 @@ class RecordRing {
 
  private:
   static constexpr unsigned kBatch = 32;  // records between two showings of progress
+  template <typename Ready, typename Awake>
+  void waitUntil(Ready ready, std::atomic<bool> &asleep, Awake awake);
   void waitForRoom(std::size_t needed);
   void waitForRecord();
   void publishRead();
