@@ -47,8 +47,8 @@ constexpr std::size_t kNone = OpenIndex::kNone;
 
 // The reading state, on cache lines of its own: a restore may read on one thread while another
 // sends its requests, and nothing the other thread uses must share a line with what changes here
-// at every tag.
-struct alignas(64) InputState {
+// at every tag. Processors fetch lines in pairs, hence 128 bytes.
+struct alignas(128) InputState {
   // Offsets into `data`: the window is [windowStart, windowEnd), the next byte to look at is
   // `position`; [windowEnd, loaded) is input read ahead but not yet in the window.
   char data[kReadAheadSize];

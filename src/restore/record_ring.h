@@ -35,6 +35,9 @@ class RecordRing {
   void release();
 
  private:
+  // Apart enough that one side's writes never reach the other side's lines: processors fetch
+  // lines in pairs, so 64 bytes apart is not enough.
+  static constexpr std::size_t kLineSpan = 128;
   static constexpr unsigned kBatch = 32;  // records between two showings of progress
   template <typename Ready, typename Awake>
   void waitUntil(Ready ready, std::atomic<bool> &asleep, Awake awake);
@@ -42,21 +45,21 @@ class RecordRing {
   void waitForRecord();
   void publishRead();
 
-  alignas(64) std::atomic<std::uint64_t> written_{0};  // bytes committed so far
+  alignas(kLineSpan) std::atomic<std::uint64_t> written_{0};  // bytes committed so far
   std::atomic<bool> writerAsleep_{false};
-  alignas(64) std::atomic<std::uint64_t> read_{0};  // bytes released so far
+  alignas(kLineSpan) std::atomic<std::uint64_t> read_{0};  // bytes released so far
   std::atomic<bool> readerAsleep_{false};
   // Each side's own position and the last position of the other side it saw.
-  alignas(64) std::uint64_t writerAt_ = 0;
+  alignas(kLineSpan) std::uint64_t writerAt_ = 0;
   std::uint64_t readSeen_ = 0;
   unsigned unpublished_ = 0;
-  alignas(64) std::uint64_t readerAt_ = 0;
+  alignas(kLineSpan) std::uint64_t readerAt_ = 0;
   std::uint64_t writtenSeen_ = 0;
   std::uint64_t readerRecordSize_ = 0;
   unsigned unreleased_ = 0;
   // Taken only to sleep and to wake, on lines of their own: a side going to sleep must not take
   // the other side's positions from its cache.
-  alignas(64) std::mutex sleep_;
-  alignas(64) std::condition_variable wake_;
-  alignas(64) char bytes_[kCapacity];
+  alignas(kLineSpan) std::mutex sleep_;
+  alignas(kLineSpan) std::condition_variable wake_;
+  alignas(kLineSpan) char bytes_[kCapacity];
 };
