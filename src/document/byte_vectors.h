@@ -12,6 +12,7 @@ using Vector = __m128i;
 inline constexpr std::size_t kSize = sizeof(Vector);
 
 inline Vector load(const char *at) { return _mm_loadu_si128(reinterpret_cast<const Vector *>(at)); }
+inline void store(char *at, Vector bytes) { _mm_storeu_si128(reinterpret_cast<Vector *>(at), bytes); }
 
 inline unsigned equal(Vector bytes, char c) {
   return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(c))));
@@ -29,21 +30,11 @@ inline unsigned blanks(Vector bytes) {
   return atMost(fromTab, '\r' - '\t') | equal(bytes, ' ');
 }
 
-// The 64 bytes at `at` equal to c or d.
-inline std::uint64_t either64(const char *at, char c, char d) {
-  std::uint64_t mask = 0;
-  for (std::size_t i = 0; i < 64; i += kSize) {
-    const Vector bytes = load(at + i);
-    mask |= std::uint64_t{equal(bytes, c) | equal(bytes, d)} << i;
-  }
-  return mask;
-}
-
-// The blanks among the 64 bytes at `at`.
-inline std::uint64_t blanks64(const char *at) {
+// The 64 bytes at `at` equal to c.
+inline std::uint64_t equal64(const char *at, char c) {
   std::uint64_t mask = 0;
   for (std::size_t i = 0; i < 64; i += kSize)
-    mask |= std::uint64_t{blanks(load(at + i))} << i;
+    mask |= std::uint64_t{equal(load(at + i), c)} << i;
   return mask;
 }
 

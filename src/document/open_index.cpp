@@ -11,7 +11,7 @@ bool OpenIndex::indexMore(const char *data, std::size_t loaded, std::size_t from
   next_ = count_ = 0;
   std::size_t at = from;
   while (at + kBlock <= loaded && count_ <= kCapacity - kBlock && at + kBlock <= UINT32_MAX) {
-    for (std::uint64_t mask = bytes16::either64(data + at, '<', '<'); mask != 0; mask &= mask - 1)
+    for (std::uint64_t mask = bytes16::equal64(data + at, '<'); mask != 0; mask &= mask - 1)
       opens_[count_++] =
           static_cast<std::uint32_t>(at + static_cast<std::size_t>(__builtin_ctzll(mask)));
     at += kBlock;

@@ -19,6 +19,10 @@ class OpenIndex {
     }
   }
 
+  // The first '<' indexed and not yet passed, without looking further: kNone when the index is
+  // used up. It may lie before where the reader stands; next() then skips it.
+  std::size_t peek() const { return next_ < count_ ? opens_[next_] : kNone; }
+
   // The '<' that next() gave last is passed.
   void pass() { ++next_; }
 

@@ -188,83 +188,138 @@ constexpr std::size_t kStepReach = 256;
 }
 
 // Where a fast step stops: the next '<', when the ground allows a fast step there, else kNone.
-// The window is then topped up, as the general step's refill would do, without a read.
+// Shifting the window there (shiftTo) then needs no read. Makes no call: when the '<' index is
+// used up or behind, or the search for NUL bytes is behind the window, it gives kNone, and
+// readyFastStep() catches up.
 [[gnu::always_inline]] inline std::size_t fastStepTarget() {
   if (input.pendingEmptyEnd || input.inCdata) return kNone;
   const std::size_t end = input.windowStart + kInputWindowSize;
-  if (input.loaded < end) return kNone;
-  if (input.nextNul < end && !searchNulsAhead()) return kNone;
-  const std::size_t open = input.opens.next(input.data, input.loaded, input.position);
-  if (open >= end || input.loaded < open + kInputWindowSize + kStepReach) return kNone;
-  if (input.data[open] != '<') [[unlikely]]
-    return kNone;  // never, while the index is kept right
-  input.windowEnd = end;
+  if (input.nextNul < end) return kNone;
+  // A target inside the window with a whole window and more loaded past it implies a whole
+  // window now.
+  const std::size_t open = input.opens.peek();
+  if (open < input.position || open >= end ||
+      input.loaded < open + kInputWindowSize + kStepReach)
+    return kNone;
   return open;
 }
 
+// Catches up with what fastStepTarget() does not do itself: searches on for NUL bytes, and
+// indexes more '<' bytes. True when a fast step may be tried again.
+[[gnu::noinline]] bool readyFastStep() {
+  if (input.pendingEmptyEnd || input.inCdata) return false;
+  const std::size_t end = input.windowStart + kInputWindowSize;
+  if (input.loaded < end) return false;
+  if (input.nextNul < end && !searchNulsAhead()) return false;
+  return input.opens.next(input.data, input.loaded, input.position) != kNone;
+}
+
+// fastStepTarget(), having caught up first when needed.
+inline std::size_t fastStepTargetReady() {
+  const std::size_t open = fastStepTarget();
+  if (open != kNone || !readyFastStep()) return open;
+  return fastStepTarget();
+}
+
 // The window starts again at `at`, the target of a fast step: nothing to carry as a string, and
-// the read-ahead already holds the whole new window.
+// the read-ahead already holds the whole new window. (When `at` is the window's start already,
+// this stores what is there.)
 inline void shiftTo(std::size_t at) {
-  if (at > input.windowStart) {
-    input.windowStart = at;
-    input.windowEnd = at + kInputWindowSize;
-  }
+  input.windowStart = at;
+  input.windowEnd = at + kInputWindowSize;
   input.position = at;
 }
 
-// A fast readTag: returns false, with the reading state as a general step expects it, when the
-// step is not an ordinary tag.
-[[gnu::always_inline]] inline bool readTagFast(char *name, unsigned long *isEndTag,
-                                               std::size_t &nameLength) {
+// What a fast step of readTag came to.
+enum class FastStep {
+  taken,     // the tag is read
+  notReady,  // nothing was done: the ground may allow a fast step once readyFastStep() ran
+  general,   // the step has begun; the general way must go on from where it stopped
+};
+
+// Whether the type="adID" marker stands at `at`: two overlapping words, no call.
+inline bool isAdMarkerAt(std::size_t at) {
+  static_assert(kAdMarkerLength > 8 && kAdMarkerLength <= 12);
+  constexpr std::size_t kTail = kAdMarkerLength - 4;
+  std::uint64_t head;
+  std::uint32_t tail;
+  std::uint64_t markerHead;
+  std::uint32_t markerTail;
+  std::memcpy(&head, input.data + at, sizeof head);
+  std::memcpy(&tail, input.data + at + kTail, sizeof tail);
+  std::memcpy(&markerHead, kAdMarker, sizeof markerHead);
+  std::memcpy(&markerTail, kAdMarker + kTail, sizeof markerTail);
+  return head == markerHead && tail == markerTail;
+}
+
+// The attributes of a tag read by a fast step, from the blank after its name at `at`: appends
+// each type="adID" marker that follows a blank to the name, and gives where the tag ends (its '>'
+// or '/'), or kNone when that is not within 64 bytes.
+inline std::size_t readAttributes(std::size_t at, char *name, std::size_t &length) {
+  for (std::size_t block = at; block < at + 64; block += bytes16::kSize) {
+    const bytes16::Vector bytes = loadAt(block);
+    const unsigned ends = bytes16::equal(bytes, '>') | bytes16::equal(bytes, '/');
+    unsigned blanks = bytes16::blanks(bytes);
+    if (ends != 0) blanks &= (1u << __builtin_ctz(ends)) - 1;
+    for (; blanks != 0; blanks &= blanks - 1) {
+      const std::size_t blank = block + static_cast<std::size_t>(__builtin_ctz(blanks));
+      if (isAdMarkerAt(blank + 1)) appendName(name, length, input.data + blank, 1 + kAdMarkerLength);
+    }
+    if (ends != 0) return block + static_cast<std::size_t>(__builtin_ctz(ends));
+  }
+  return kNone;
+}
+
+// A fast readTag. Makes no call, so that the usual step saves no registers.
+[[gnu::always_inline]] inline FastStep readTagFast(char *name, unsigned long *isEndTag,
+                                                   std::size_t &nameLength) {
   if (input.pendingEmptyEnd) {
-    // The end of an empty element whose name the fast step read: its bytes are still there.
+    // The end of an empty element whose name the fast step read: its bytes are still there, and
+    // its "/>" lies inside the window.
     const std::size_t length = input.fastPendingLength;
-    if (length == kNone) return false;
+    if (length == kNone) return FastStep::general;
     std::memcpy(name, input.data + input.position, 32);
     name[length] = '\0';
     nameLength = length;
-    input.position = std::min(input.emptyEndPosition + 2, input.windowEnd);
+    input.position = input.emptyEndPosition + 2;
     input.pendingEmptyEnd = false;
     *isEndTag = 1;
-    return true;
+    return FastStep::taken;
   }
   const std::size_t open = fastStepTarget();
-  if (open == kNone) return false;
+  if (open == kNone) return FastStep::notReady;
   if (open != input.position) *isEndTag = 0;  // as the general step leaves it after a text
   shiftTo(open);
   input.opens.pass();  // this '<' is passed, whichever way the tag is read
-  std::size_t at = open + 1;
-  if (input.data[at] == '!') return false;  // CDATA, or a name that starts with '!'
-  const unsigned long endTag = input.data[at] == '/' ? 1 : 0;
-  at += endTag;
-  const std::size_t nameStart = at;
+  const char first = input.data[open + 1];
+  if (first == '!') return FastStep::general;  // CDATA, or a name that starts with '!'
+  const unsigned long endTag = first == '/' ? 1 : 0;
+  const std::size_t nameStart = open + 1 + endTag;
   // The name runs up to '>', '/', a blank or a NUL byte, all of them at most '>': look at those
   // bytes only. Names of more than 31 bytes go the general way.
-  std::uint32_t candidates = bytes16::atMost(loadAt(at), '>') |
-                             bytes16::atMost(loadAt(at + bytes16::kSize), '>') << bytes16::kSize;
+  std::uint32_t candidates =
+      bytes16::atMost(loadAt(nameStart), '>') |
+      bytes16::atMost(loadAt(nameStart + bytes16::kSize), '>') << bytes16::kSize;
   std::size_t length = 0;
   for (;; candidates &= candidates - 1) {
-    if (candidates == 0) return false;
+    if (candidates == 0) return FastStep::general;
     length = static_cast<std::size_t>(__builtin_ctz(candidates));
-    if (kNameClass[static_cast<unsigned char>(input.data[at + length])] != kNameByte) break;
+    if (kNameClass[static_cast<unsigned char>(input.data[nameStart + length])] != kNameByte) break;
   }
-  std::memcpy(name, input.data + at, 32);
-  at += length;
+  std::memcpy(name, input.data + nameStart, 32);
+  std::size_t at = nameStart + length;
   const char stop = input.data[at];
-  if (stop == '\0') return false;
-  if (stop != '>' && stop != '/') {
-    // Attributes: only the type="adID" marker after a blank joins the name.
-    const std::uint64_t ends = bytes16::either64(input.data + at, '>', '/');
-    if (ends == 0) return false;
-    const unsigned endOffset = static_cast<unsigned>(__builtin_ctzll(ends));
-    const std::uint64_t beforeEnd = (std::uint64_t{1} << endOffset) - 1;
-    for (std::uint64_t blanks = bytes16::blanks64(input.data + at) & beforeEnd; blanks != 0;
-         blanks &= blanks - 1) {
-      const std::size_t blank = at + static_cast<std::size_t>(__builtin_ctzll(blanks));
-      if (std::memcmp(input.data + blank + 1, kAdMarker, kAdMarkerLength) == 0)
-        appendName(name, length, input.data + blank, 1 + kAdMarkerLength);
-    }
-    at += endOffset;
+  if (stop == '>') {
+    name[length] = '\0';
+    nameLength = length;
+    *isEndTag = endTag;
+    input.position = at + 1;
+    return FastStep::taken;
+  }
+  if (stop == '\0') return FastStep::general;
+  if (stop != '/') {
+    at = readAttributes(at, name, length);
+    if (at == kNone) return FastStep::general;
   }
   name[length] = '\0';
   nameLength = length;
@@ -278,7 +333,7 @@ inline void shiftTo(std::size_t at) {
         at == nameStart + length ? length : kNone;  // no attributes in between
     input.position = nameStart;
   }
-  return true;
+  return FastStep::taken;
 }
 
 // Parses the tag whose '<' is at `position` (the window's start). Sets nameLength.
@@ -407,14 +462,24 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
   }
 }
 
-// readTag with the name's length, for the readers below.
-[[gnu::always_inline]] inline int readTagMeasured(char *name, unsigned long *isEndTag,
-                                                  const char *label, std::size_t &nameLength) {
-  const int result =
-      readTagFast(name, isEndTag, nameLength) ? 0 : readTagGeneral(name, isEndTag, nameLength);
+// readTag after a fast step that was not taken, with the -d trace.
+[[gnu::noinline]] int readTagSlow(FastStep step, char *name, unsigned long *isEndTag,
+                                  const char *label, std::size_t &nameLength) {
+  if (step == FastStep::notReady && readyFastStep()) step = readTagFast(name, isEndTag, nameLength);
+  const int result = step == FastStep::taken ? 0 : readTagGeneral(name, isEndTag, nameLength);
   if (debug) [[unlikely]]
     std::printf("**%s** ccode=%d  endtag=%lu  tag=%s\n", label, result, *isEndTag, name);
   return result;
+}
+
+// readTag with the name's length, for the readers below. With -d every step goes through
+// readTagSlow(), for its trace.
+[[gnu::always_inline]] inline int readTagMeasured(char *name, unsigned long *isEndTag,
+                                                  const char *label, std::size_t &nameLength) {
+  const FastStep step = debug ? FastStep::notReady : readTagFast(name, isEndTag, nameLength);
+  if (step == FastStep::taken) [[likely]]
+    return 0;
+  return readTagSlow(step, name, isEndTag, label, nameLength);
 }
 
 // A text being gathered into the caller's field: at most size - 1 bytes are kept, the rest is
@@ -434,6 +499,17 @@ struct TextField {
     std::memcpy(text + length, bytes, count);
     length += count;
   }
+  // The same for bytes of the read-ahead in a fast step, which has at least 64 bytes past them:
+  // a short text is copied as 64 bytes whenever the field has room for that.
+  void appendFromReadAhead(const char *bytes, std::size_t count) {
+    if (count <= 64 && size - length > 64) {
+      for (std::size_t at = 0; at < 64; at += bytes16::kSize)
+        bytes16::store(text + length + at, bytes16::load(bytes + at));
+      length += count;
+    } else {
+      append(bytes, count);
+    }
+  }
   int finish(int result) {
     text[length] = '\0';
     return result;
@@ -444,9 +520,9 @@ struct TextField {
 // just before the next '<' with no other ']' before it. Returns false when the general way must
 // go on from where it stopped.
 [[gnu::always_inline]] inline bool readContentsFast(TextField &field) {
-  const std::size_t open = fastStepTarget();
+  const std::size_t open = fastStepTargetReady();
   if (open == kNone) return false;
-  field.append(input.data + input.position, open - input.position);
+  field.appendFromReadAhead(input.data + input.position, open - input.position);
   shiftTo(open);
   if (!startsWith(open, kCdataOpen, kCdataOpenLength)) return true;
   input.inCdata = true;
@@ -460,7 +536,7 @@ struct TextField {
     if (close - at < bytes16::kSize) brackets &= (1u << (close - at)) - 1;
     if (brackets != 0) return false;
   }
-  field.append(input.data + input.position, close - input.position);
+  field.appendFromReadAhead(input.data + input.position, close - input.position);
   input.inCdata = false;
   input.position = close + 1;  // left on the second ']'
   return true;
