@@ -91,8 +91,9 @@ int walkTrusteeSection(const char *basePath, const regex_t *filter, const char *
 int processFileTrusteeInfo(const char *basePath, const regex_t *filter, const char *tree,
                            int rxlMode) {
   Tag tag;
-  char pathText[kPathTextSize];
-  char fullPath[kPathTextSize];
+  // The base path, then the path's text read in place behind it (into a field of the usual
+  // size), so that the full path needs no copy.
+  char fullPath[kBasePathSize + kPathTextSize];
   char irf[kRightsListSize];
   fullPath[0] = '\0';
   PathState pathState = PathState::missing;
@@ -102,20 +103,20 @@ int processFileTrusteeInfo(const char *basePath, const regex_t *filter, const ch
     if (tag.isEndTag != 0) {
       if (tag.is("file")) return 0;
     } else if (tag.is("path")) {
+      const std::size_t baseLength = strnlen(basePath, kBasePathSize - 1);
+      std::memcpy(fullPath, basePath, baseLength);
+      char *const pathText = fullPath + baseLength;
       bool tooLong = false;
-      if (const int result = readContents(pathText, sizeof pathText, &tooLong); result != 0)
+      if (const int result = readContents(pathText, kPathTextSize, &tooLong); result != 0)
         return result;
       goPastEndTag("path");
       if (rxlMode) unescapeXml(pathText);
-      const std::size_t baseLength = strnlen(basePath, sizeof fullPath);
       const std::size_t pathLength = std::strlen(pathText);
-      if (tooLong || baseLength + pathLength >= sizeof fullPath) {
+      if (tooLong || baseLength + pathLength >= kPathTextSize) {
         reportValueTooLong("path");
         pathState = PathState::refused;
         continue;
       }
-      std::memcpy(fullPath, basePath, baseLength);
-      std::memcpy(fullPath + baseLength, pathText, pathLength + 1);
       pathState = PathState::ready;
       if (filter != nullptr) skip = regexec(filter, fullPath, 0, nullptr, 0) != 0 ? 1 : 0;
     } else if (tag.is("trustee") || tag.is(kAdTrusteeElement)) {

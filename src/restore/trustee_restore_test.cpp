@@ -339,6 +339,19 @@ TEST_F(TrusteeRestoreTest, MountPointAndPathTogetherTooLongSkipTheFile) {
   EXPECT_EQ(err, "Value too long in element path; entry skipped.\n");
 }
 
+TEST_F(TrusteeRestoreTest, FullPathOf4095BytesIsRestoredAndOf4096IsSkipped) {
+  // The mount point /srv/vol1 has 9 bytes.
+  const std::string fits = "/" + std::string(4085, 'p');
+  const std::string over = "/" + std::string(4086, 'q');
+  EXPECT_EQ(run("<file><path>" + fits + "</path><trustee><name>u.T.</name></trustee></file>"
+                "<file><path>" + over + "</path><trustee><name>v.T.</name></trustee></file>"
+                "</trusteeInfo>"),
+            0);
+  ASSERT_EQ(requests.size(), 1u);
+  EXPECT_EQ(requests[0], arborRequest("u.T.", "", "/srv/vol1" + fits));
+  EXPECT_EQ(err, "Value too long in element path; entry skipped.\n");
+}
+
 TEST_F(TrusteeRestoreTest, DocumentCutOffInsideTheSectionGivesMinus99) {
   EXPECT_EQ(run("<file><path>/f</path><trustee><name>u.T.</name></trustee>"), kEndOfInput);
   EXPECT_EQ(requests.size(), 1u);
