@@ -626,7 +626,29 @@ int readContents(char *text, std::size_t textSize, bool *tooLong) {
   return readContentsGeneral(field);
 }
 
-int goPastEndTag(std::string_view name) {
+namespace {
+
+// The usual case of goPastEndTag: its end tag comes next, as a plain "</name>" that a fast step
+// would read. Passes it and returns true; false (nothing done) for any other case.
+inline bool passEndTagFast(std::string_view name) {
+  if (debug || name.size() >= 32) return false;
+  const std::size_t open = fastStepTarget();
+  if (open == kNone) return false;
+  const char *const tag = input.data + open;
+  if (tag[1] != '/' || tag[2 + name.size()] != '>') return false;
+  // The same bytes, none of them one that ends a name (the fast step would stop there).
+  for (std::size_t at = 0; at < name.size(); ++at)
+    if (tag[2 + at] != name[at] ||
+        kNameClass[static_cast<unsigned char>(name[at])] != kNameByte)
+      return false;
+  shiftTo(open);
+  input.opens.pass();
+  input.position = open + 3 + name.size();
+  return true;
+}
+
+// goPastEndTag after its usual case.
+[[gnu::noinline]] int goPastEndTagSlow(std::string_view name) {
   Tag tag;
   for (;;) {
     if (readTagMeasured(tag.name, &tag.isEndTag, "goPastEndTag", tag.length) != 0) {
@@ -636,6 +658,13 @@ int goPastEndTag(std::string_view name) {
     }
     if (tag.isEnd(name)) return 0;
   }
+}
+
+}  // namespace
+
+int goPastEndTag(std::string_view name) {
+  if (passEndTagFast(name)) return 0;
+  return goPastEndTagSlow(name);
 }
 
 void getRights(char *out, std::string_view endName, std::size_t outSize, bool *tooLong) {

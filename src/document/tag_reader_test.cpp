@@ -17,7 +17,7 @@ using namespace testing_support;
 namespace {
 
 class TagReaderTest : public testing::Test {
- protected:
+ public:
   void SetUp() override { resetProcessState(); }
   void TearDown() override {
     if (inputFd > 0) close(inputFd);
@@ -334,6 +334,57 @@ TEST_F(TagReaderTest, GoPastEndTagFindsTheNamedEndTag) {
   input("<s><a><b/></a><s2></s2></s><after>");
   EXPECT_EQ(next(), "s");
   EXPECT_EQ(goPastEndTag("s"), 0);
+  EXPECT_EQ(next(), "after");
+}
+
+// Far from the end of the input, after a few tags, where the end tag that comes next is passed
+// without a step of the usual kind.
+const std::string kFarFromTheEnd(20000, ' ');
+const std::string kFirstTags = "<p>t</p><q/>";
+
+// Reads kFirstTags.
+void readFirstTags(TagReaderTest &test) {
+  EXPECT_EQ(test.next(), "p");
+  EXPECT_EQ(test.contents(), "t");
+  EXPECT_EQ(test.next(), "/p");
+  EXPECT_EQ(test.next(), "q");
+  EXPECT_EQ(test.next(), "/q");
+}
+
+TEST_F(TagReaderTest, GoPastEndTagPassesTheEndTagThatComesNext) {
+  input(kFirstTags + "<s>text</s><after>" + kFarFromTheEnd);
+  readFirstTags(*this);
+  EXPECT_EQ(next(), "s");
+  EXPECT_EQ(contents(), "text");
+  EXPECT_EQ(goPastEndTag("s"), 0);
+  EXPECT_EQ(next(), "after");
+}
+
+TEST_F(TagReaderTest, GoPastEndTagFindsAnEndTagAfterOtherTags) {
+  input(kFirstTags + "<s><s2></s2></s3></s><after>" + kFarFromTheEnd);
+  readFirstTags(*this);
+  EXPECT_EQ(next(), "s");
+  EXPECT_EQ(goPastEndTag("s"), 0);
+  EXPECT_EQ(next(), "after");
+}
+
+TEST_F(TagReaderTest, GoPastEndTagOfANameWithABlankNeverMatches) {
+  // "</a b>" reads as the end tag "a": a name holding a blank is never found.
+  input(kFirstTags + "<s></a b></a><after>" + kFarFromTheEnd);
+  readFirstTags(*this);
+  EXPECT_EQ(next(), "s");
+  Output output;
+  EXPECT_EQ(goPastEndTag("a b"), -1);
+  output.finish();
+  EXPECT_EQ(output.err, "Unable to find end tag: a b\n");
+}
+
+TEST_F(TagReaderTest, GoPastEndTagOfALongName) {
+  const std::string name(40, 'n');
+  input(kFirstTags + "<s></" + name + "><after>" + kFarFromTheEnd);
+  readFirstTags(*this);
+  EXPECT_EQ(next(), "s");
+  EXPECT_EQ(goPastEndTag(name.c_str()), 0);
   EXPECT_EQ(next(), "after");
 }
 

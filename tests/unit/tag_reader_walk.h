@@ -60,10 +60,11 @@ inline std::string walkTags(const TagReaderCalls &reader, unsigned seed, std::si
       log += std::string("R") + (tooLong ? "!" : " ") + text.c_str() + "\n";
     } else {
       // Names the generated documents close now and then, some rarely.
-      static const char *const kEnds[] = {"a", "file", "trustee", "trusteeInfo", "metadata"};
+      static const char *const kEnds[] = {"a",        "file", "trustee", "trusteeInfo",
+                                          "metadata", "a b",  "rights"};
       static const char *const kNearEnds[] = {"file", "trustee", "name", "rights"};
       const int result =
-          reader.goPastEndTag(nearEnds ? kNearEnds[random() % 4] : kEnds[random() % 5]);
+          reader.goPastEndTag(nearEnds ? kNearEnds[random() % 4] : kEnds[random() % 7]);
       log += "G" + std::to_string(result) + "\n";
       if (result != 0) break;
     }
