@@ -108,7 +108,7 @@ namespace {
 
 // receiveReply; with `detailsWhenRefusedOnly`, the description and the name are looked for only
 // when the result is not 0 (they are left empty otherwise).
-int receiveReplyParts(const char *replyElement, int *result, std::size_t descriptionSize,
+int receiveReplyParts(std::string_view replyElement, int *result, std::size_t descriptionSize,
                       char *description, std::size_t nameSize, char *name,
                       bool detailsWhenRefusedOnly) {
   if (int error = rewindAdminFile(); error != 0) return error;
@@ -187,11 +187,11 @@ int receiveReply(const char *replyElement, int *result, std::size_t descriptionS
                            false);
 }
 
-int exchangeRequest(const char *replyElement, Reply &reply) {
+int exchangeRequest(std::string_view replyElement, Reply &reply) {
   return exchangeRequest(replyElement, reply, std::strlen(requestBuffer));
 }
 
-int exchangeRequest(const char *replyElement, Reply &reply, std::size_t length) {
+int exchangeRequest(std::string_view replyElement, Reply &reply, std::size_t length) {
   if (const int error = sendRequest(length); error != 0) return error;
   return receiveReplyParts(replyElement, &reply.result, sizeof reply.description, reply.description,
                            sizeof reply.name, reply.name, true);

@@ -2,6 +2,7 @@
 // command files and the XML reply is read back from offset 0 of the same descriptor.
 #pragma once
 #include <cstddef>
+#include <string_view>
 
 inline constexpr const char *kFilesCommandFile = "/_admin/Manage_QUILL/files.cmd";
 inline constexpr const char *kManageCommandFile = "/_admin/Manage_QUILL/manage.cmd";
@@ -55,9 +56,9 @@ struct Reply {
 // back (in reply), non-zero after the channel's own message. The reply's description and name,
 // which are printed only for a refused request, are read only when the result is not 0; they
 // are empty otherwise.
-int exchangeRequest(const char *replyElement, Reply &reply);
+int exchangeRequest(std::string_view replyElement, Reply &reply);
 // The same for a request whose length (its strlen) is known.
-int exchangeRequest(const char *replyElement, Reply &reply, std::size_t length);
+int exchangeRequest(std::string_view replyElement, Reply &reply, std::size_t length);
 
 // Removes the <quillReply> wrapper and the <result .../result> element of a stored reply.
 void stripReplyWrapper(char *text, int *length);

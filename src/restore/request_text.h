@@ -51,3 +51,43 @@ class RequestText {
  private:
   std::size_t length_ = 0;
 };
+
+// The <gemelPath/> element of a request (empty with -k), with its length.
+inline std::string_view gemelPiece() {
+  return reflectOnGemel ? std::string_view("<gemelPath/>") : std::string_view();
+}
+
+namespace request_text_detail {
+
+template <std::size_t N> constexpr std::size_t pieceSize(const char (&)[N]) { return N - 1; }
+inline std::size_t pieceSize(std::string_view piece) { return piece.size(); }
+
+template <std::size_t N> inline char *copyPiece(char *at, const char (&piece)[N]) {
+  std::memcpy(at, piece, N - 1);
+  return at + N - 1;
+}
+inline char *copyPiece(char *at, std::string_view piece) {
+  std::memcpy(at, piece.data(), piece.size());
+  return at + piece.size();
+}
+
+}  // namespace request_text_detail
+
+// Assembles a request from its pieces (literals and string_views) in requestBuffer: the bytes
+// RequestText gives for the same pieces. The room is checked once for the whole request, and
+// when it fits (as every request built from a document's fields does) the pieces are copied one
+// after the other without a check or a terminator each. Returns the request's length.
+template <typename... Pieces> std::size_t buildRequest(const Pieces &...pieces) {
+  using request_text_detail::copyPiece;
+  using request_text_detail::pieceSize;
+  const std::size_t total = (pieceSize(pieces) + ...);
+  if (total < kRequestBufferSize) [[likely]] {
+    char *at = requestBuffer;
+    ((at = copyPiece(at, pieces)), ...);
+    *at = '\0';
+    return total;
+  }
+  RequestText request;
+  (request << ... << pieces);
+  return request.length();
+}

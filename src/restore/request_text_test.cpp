@@ -100,4 +100,49 @@ TEST_F(RequestTextTest, SameBytesAsSnprintfForManyValues) {
   }
 }
 
+// buildRequest and RequestText give the same bytes and length, whether the whole fits or not.
+TEST_F(RequestTextTest, BuildRequestGivesTheBytesOfRequestText) {
+  std::mt19937 random(11);
+  for (int i = 0; i < 300; ++i) {
+    std::string texts[3];
+    for (std::string &text : texts) {
+      const std::size_t length =
+          random() % 4 == 0 ? kRequestBufferSize / 3 + random() % 300 : random() % 200;
+      text.assign(length, 'a');
+      for (char &c : text) c = static_cast<char>(1 + random() % 255);
+    }
+    reflectOnGemel = static_cast<int>(random() % 2);
+    RequestText expected;
+    expected << kFileRequestOpen << "<a>" << texts[0] << "</a><b>" << texts[1] << gemelPiece()
+             << texts[2] << kFileRequestClose;
+    const std::string expectedBytes(requestBuffer, expected.length() + 1);
+    std::memset(requestBuffer, 'z', sizeof requestBuffer);
+    const std::size_t length =
+        buildRequest(kFileRequestOpen, "<a>", std::string_view(texts[0]), "</a><b>",
+                     std::string_view(texts[1]), gemelPiece(), std::string_view(texts[2]),
+                     kFileRequestClose);
+    ASSERT_EQ(length, expected.length()) << "case " << i;
+    ASSERT_EQ(std::string(requestBuffer, length + 1), expectedBytes) << "case " << i;
+  }
+}
+
+TEST_F(RequestTextTest, BuildRequestOfExactlyTheBufferIsCutAsRequestTextCutsIt) {
+  // kRequestBufferSize bytes in all: one more than fits.
+  const std::string fill(kRequestBufferSize - 3, 'f');
+  EXPECT_EQ(buildRequest("<x>", std::string_view(fill)), kRequestBufferSize - 1);
+  EXPECT_EQ(requestBuffer[kRequestBufferSize - 2], 'f');
+  EXPECT_EQ(requestBuffer[kRequestBufferSize - 1], '\0');
+  // One less: every byte kept.
+  const std::string less(kRequestBufferSize - 4, 'g');
+  EXPECT_EQ(buildRequest("<x>", std::string_view(less)), kRequestBufferSize - 1);
+  EXPECT_EQ(requestBuffer[kRequestBufferSize - 2], 'g');
+}
+
+TEST_F(RequestTextTest, GemelPieceFollowsReflectOnGemel) {
+  reflectOnGemel = 1;
+  EXPECT_EQ(gemelPiece(), "<gemelPath/>");
+  reflectOnGemel = 0;
+  EXPECT_EQ(gemelPiece(), "");
+}
+
 }  // namespace

@@ -208,18 +208,18 @@ int sendAddTrustee(const RequestTexts &texts) {
   const char *fullPath = texts.text[0].data();
   const char *name = texts.text[2].data();
   const char *rights = texts.text[3].data();
-  RequestText request;
-  if (texts.number != 0) {
-    request << kFileRequestOpen << "<trustees><addTrustee type=\"adID\"><userID>" << texts.text[1]
-            << "</userID><rights>";
-  } else {
-    request << kFileRequestOpen << "<trustees><addTrustee><name>" << texts.text[2]
-            << "</name><rights>";
-  }
-  request << texts.text[3] << "</rights><fileName>" << texts.text[0] << "</fileName>"
-          << gemelElement() << "<symLink/></addTrustee></trustees>" << kFileRequestClose;
+  const std::size_t length =
+      texts.number != 0
+          ? buildRequest(kFileRequestOpen, "<trustees><addTrustee type=\"adID\"><userID>",
+                         texts.text[1], "</userID><rights>", texts.text[3], "</rights><fileName>",
+                         texts.text[0], "</fileName>", gemelPiece(),
+                         "<symLink/></addTrustee></trustees>", kFileRequestClose)
+          : buildRequest(kFileRequestOpen, "<trustees><addTrustee><name>", texts.text[2],
+                         "</name><rights>", texts.text[3], "</rights><fileName>", texts.text[0],
+                         "</fileName>", gemelPiece(), "<symLink/></addTrustee></trustees>",
+                         kFileRequestClose);
   Reply reply;
-  if (exchangeRequest("<addTrustee>", reply, request.length()) != 0) return -1;
+  if (exchangeRequest("<addTrustee>", reply, length) != 0) return -1;
   if (reply.result != 0) {
     std::fprintf(stderr, "Error adding trustee %s to %s: %s(%s)\n", name, fullPath,
                  reply.description, reply.name);
@@ -238,12 +238,12 @@ int sendAddTrustee(const RequestTexts &texts) {
 int sendInheritedRightsFilter(const RequestTexts &texts) {
   const char *fullPath = texts.text[0].data();
   const char *irf = texts.text[1].data();
-  RequestText request;
-  request << kFileRequestOpen << "<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>"
-          << texts.text[1] << "</inheritedRightsFilter><fileName>" << texts.text[0] << "</fileName>"
-          << gemelElement() << "</modifyInheritedRightsFilter></trustees>" << kFileRequestClose;
+  const std::size_t length = buildRequest(
+      kFileRequestOpen, "<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>",
+      texts.text[1], "</inheritedRightsFilter><fileName>", texts.text[0], "</fileName>",
+      gemelPiece(), "</modifyInheritedRightsFilter></trustees>", kFileRequestClose);
   Reply reply;
-  if (exchangeRequest("<modifyInheritedRightsFilter>", reply, request.length()) != 0) return -1;
+  if (exchangeRequest("<modifyInheritedRightsFilter>", reply, length) != 0) return -1;
   if (reply.result != 0) {
     std::fprintf(stderr, "Error setting IRF on %s: %s(%s)\n", fullPath, reply.description,
                  reply.name);
