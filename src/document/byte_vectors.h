@@ -12,7 +12,9 @@ using Vector = __m128i;
 inline constexpr std::size_t kSize = sizeof(Vector);
 
 inline Vector load(const char *at) { return _mm_loadu_si128(reinterpret_cast<const Vector *>(at)); }
-inline void store(char *at, Vector bytes) { _mm_storeu_si128(reinterpret_cast<Vector *>(at), bytes); }
+inline void store(char *at, Vector bytes) {
+  _mm_storeu_si128(reinterpret_cast<Vector *>(at), bytes);
+}
 
 inline unsigned equal(Vector bytes, char c) {
   return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(c))));

@@ -263,7 +263,8 @@ inline std::size_t readAttributes(std::size_t at, char *name, std::size_t &lengt
     if (ends != 0) blanks &= (1u << __builtin_ctz(ends)) - 1;
     for (; blanks != 0; blanks &= blanks - 1) {
       const std::size_t blank = block + static_cast<std::size_t>(__builtin_ctz(blanks));
-      if (isAdMarkerAt(blank + 1)) appendName(name, length, input.data + blank, 1 + kAdMarkerLength);
+      if (isAdMarkerAt(blank + 1))
+        appendName(name, length, input.data + blank, 1 + kAdMarkerLength);
     }
     if (ends != 0) return block + static_cast<std::size_t>(__builtin_ctz(ends));
   }
