@@ -388,6 +388,28 @@ TEST_F(TagReaderTest, GoPastEndTagOfALongName) {
   EXPECT_EQ(next(), "after");
 }
 
+TEST_F(TagReaderTest, GetRightsFarFromTheEndGathersEmptyElements) {
+  input(kFirstTags + "<rights value=\"RW\"><read/><write /><a></a></rights><after>" +
+        kFarFromTheEnd);
+  readFirstTags(*this);
+  EXPECT_EQ(next(), "rights");
+  char out[512];
+  getRights(out, "rights", sizeof out);
+  EXPECT_STREQ(out, "<read/><write/><a/>");
+  EXPECT_EQ(next(), "after");
+}
+
+TEST_F(TagReaderTest, GetRightsStopsAtAnEmptyElementOfItsOwnEndName) {
+  // The end of <rights/> is the end looked for.
+  input(kFirstTags + "<rights><read/><rights/><write/></rights><after>" + kFarFromTheEnd);
+  readFirstTags(*this);
+  EXPECT_EQ(next(), "rights");
+  char out[512];
+  getRights(out, "rights", sizeof out);
+  EXPECT_STREQ(out, "<read/><rights/>");
+  EXPECT_EQ(next(), "write");
+}
+
 TEST_F(TagReaderTest, GoPastEndTagReportsAMissingEndTag) {
   input("<s><a>");
   EXPECT_EQ(next(), "s");
