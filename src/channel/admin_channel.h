@@ -23,7 +23,11 @@ inline constexpr char kFileRequestOpen[] =
 
 // 1 unless -k: requests then carry <gemelPath/> so the paired shadow volume changes too.
 extern int reflectOnGemel;
-inline const char *gemelElement() { return reflectOnGemel ? "<gemelPath/>" : ""; }
+// The element itself, with its length; either way its data() is a string, never null.
+inline std::string_view gemelPiece() {
+  return reflectOnGemel ? std::string_view("<gemelPath/>") : std::string_view("");
+}
+inline const char *gemelElement() { return gemelPiece().data(); }
 
 extern int adminFd;  // the one open command file; 0 means none
 extern char requestBuffer[kRequestBufferSize];

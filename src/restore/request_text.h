@@ -52,12 +52,6 @@ class RequestText {
   std::size_t length_ = 0;
 };
 
-// The <gemelPath/> element of a request (empty with -k), with its length. Either way its data()
-// is a string, never null.
-inline std::string_view gemelPiece() {
-  return reflectOnGemel ? std::string_view("<gemelPath/>") : std::string_view("");
-}
-
 namespace request_text_detail {
 
 template <std::size_t N> constexpr std::size_t pieceSize(const char (&)[N]) { return N - 1; }
