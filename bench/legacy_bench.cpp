@@ -95,7 +95,7 @@ double best(double (*measure)(const std::string &), const std::string &path) {
   return fastest;
 }
 
-} // namespace
+}  // namespace
 
 int main() {
   // Files in memory (/dev/shm when there is one), so disk write-back does not blur the ratios.

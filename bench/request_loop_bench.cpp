@@ -45,9 +45,9 @@ int main(int argc, char **argv) {
   for (std::size_t at = 0; at < text.size();) {
     const void *newline = std::memchr(text.data() + at, '\n', text.size() - at);
     const std::size_t end =
-        newline != nullptr ? static_cast<std::size_t>(static_cast<const char *>(newline) -
-                                                      text.data())
-                           : text.size();
+        newline != nullptr
+            ? static_cast<std::size_t>(static_cast<const char *>(newline) - text.data())
+            : text.size();
     if (end > at) requests.push_back({at, end - at});
     at = end + 1;
   }

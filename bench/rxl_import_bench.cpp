@@ -73,7 +73,7 @@ void importFile(const char *name) {
   if (importRxlTrusteeFile(name, nullptr) != 0) std::exit(1);
 }
 
-} // namespace
+}  // namespace
 
 int main(int argc, char **argv) {
   const long entries = argc > 1 ? std::atol(argv[1]) : 1000000;
@@ -92,7 +92,7 @@ int main(int argc, char **argv) {
     recordsToWrite = entries;
     dup2(devNull, 1);
     double copy = 1e9, calls = 1e9, import = 1e9;
-    for (int round = 0; round < 3; ++round) { // best of three, interleaved
+    for (int round = 0; round < 3; ++round) {  // best of three, interleaved
       copy = std::min(copy, seconds(copyFile, name.c_str()));
       calls = std::min(calls, seconds(systemCallsOnly, name.c_str()));
       import = std::min(import, seconds(importFile, name.c_str()));

@@ -126,6 +126,7 @@ int main(int argc, char **argv) {
     return save(argv[2], argc > 3 ? argv[3] : nullptr, argc > 4 ? argv[4] : nullptr);
   }
   if (argc >= 4 && std::strcmp(argv[1], "filters") == 0) return filters(argv[2], argv[3]);
-  std::fprintf(stderr, "usage: save_bench gen DIR FILES | save DIR [PATH [arbor|ad]] | filters FILE PATH\n");
+  std::fprintf(
+      stderr, "usage: save_bench gen DIR FILES | save DIR [PATH [arbor|ad]] | filters FILE PATH\n");
   return 2;
 }

@@ -23,8 +23,9 @@ struct Result {
 
 // The first byte picks the filter and its arguments; the rest is the info file.
 Result run(bool fast, const std::vector<char> &input, unsigned choice) {
-  static const char *const kStartNames[] = {"trustee type=\"adID\"", "trustee", "user type=\"adID\"",
-                                            "user", "abcdefghijklmnopqrstuvwxyz"};
+  static const char *const kStartNames[] = {"trustee type=\"adID\"", "trustee",
+                                            "user type=\"adID\"", "user",
+                                            "abcdefghijklmnopqrstuvwxyz"};
   static const char *const kEndNames[] = {"trustee", "user", "directory", "t"};
   static const char *const kPaths[] = {"/test1", "\\test1", "/", "", "/a"};
   static const char *const kElements[] = {"file", "directory", "trustee", "directoryXY"};

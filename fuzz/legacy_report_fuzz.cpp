@@ -38,7 +38,7 @@ const Paths &paths() {
   return instance;
 }
 
-} // namespace
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   const unsigned choice = size > 0 ? data[0] : 0;

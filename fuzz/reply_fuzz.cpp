@@ -16,9 +16,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   const int fd = memfd_create("files.cmd", 0);
   if (fd < 0) return 0;
   // The first byte picks the element searched for; the rest is the reply.
-  static const char *const kElements[] = {"<addTrustee>", "<modifyInheritedRightsFilter>",
-                                          "<userSpaceRestrictions>", "<addQuota>",
-                                          "removeTrustee", ""};
+  static const char *const kElements[] = {"<addTrustee>",
+                                          "<modifyInheritedRightsFilter>",
+                                          "<userSpaceRestrictions>",
+                                          "<addQuota>",
+                                          "removeTrustee",
+                                          ""};
   const char *element = kElements[data[0] % 6];
   if (write(fd, data + 1, size - 1) != static_cast<ssize_t>(size - 1)) {
     close(fd);

@@ -30,7 +30,7 @@ struct Setup {
   ~Setup() { unlink(fileName.c_str()); }
 };
 
-} // namespace
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   static Setup setup;

@@ -6,10 +6,10 @@
 
 #include <algorithm>
 #include <chrono>
-#include <ctime>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <string>
 #include <sys/wait.h>
@@ -18,8 +18,7 @@
 namespace {
 
 double now() {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
-      .count();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
 const char kRequest[] =
@@ -52,7 +51,7 @@ int benchLoop(long n) {
     return 1;
   }
   unlink(plainName);
-  loop(plain, n / 10); // warm up both
+  loop(plain, n / 10);  // warm up both
   loop(sim, n / 10);
   double tp = loop(plain, n), ts = loop(sim, n);
   std::printf("request loop, %ld records\n", n);
@@ -74,8 +73,7 @@ double cpuNow() {
 // the processor time the load took there.
 double loadOnce(const char *file, size_t &files) {
   int fds[2];
-  if (pipe(fds) != 0)
-    return 1e9;
+  if (pipe(fds) != 0) return 1e9;
   pid_t pid = fork();
   if (pid == 0) {
     qs::Volume v;
@@ -87,8 +85,7 @@ double loadOnce(const char *file, size_t &files) {
   }
   close(fds[1]);
   double result[2] = {1e9, 0};
-  if (read(fds[0], result, sizeof result) != sizeof result)
-    result[0] = 1e9;
+  if (read(fds[0], result, sizeof result) != sizeof result) result[0] = 1e9;
   close(fds[0]);
   waitpid(pid, nullptr, 0);
   files = static_cast<size_t>(result[1]);
@@ -112,13 +109,11 @@ int benchLoad(const char *small, const char *big) {
   return tb / ts <= 12 ? 0 : 3;
 }
 
-} // namespace
+}  // namespace
 
 int main(int argc, char **argv) {
-  if (argc == 3 && std::strcmp(argv[1], "loop") == 0)
-    return benchLoop(std::atol(argv[2]));
-  if (argc == 4 && std::strcmp(argv[1], "load") == 0)
-    return benchLoad(argv[2], argv[3]);
+  if (argc == 3 && std::strcmp(argv[1], "loop") == 0) return benchLoop(std::atol(argv[2]));
+  if (argc == 4 && std::strcmp(argv[1], "load") == 0) return benchLoad(argv[2], argv[3]);
   std::fprintf(stderr, "usage: sim_bench loop N | sim_bench load SMALL.state BIG.state\n");
   return 2;
 }

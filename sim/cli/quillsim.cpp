@@ -58,16 +58,14 @@ bool takeFlag(Args &args, const std::string &flag) {
 }
 
 std::string relPath(std::string p) {
-  if (p.empty() || p[0] != '/')
-    p.insert(0, "/");
+  if (p.empty() || p[0] != '/') p.insert(0, "/");
   return p;
 }
 
 std::string exeDir() {
   char buf[PATH_MAX];
   ssize_t n = readlink("/proc/self/exe", buf, sizeof buf - 1);
-  if (n <= 0)
-    return ".";
+  if (n <= 0) return ".";
   buf[n] = '\0';
   std::string s(buf);
   return s.substr(0, s.rfind('/'));
@@ -82,8 +80,7 @@ bool initialised() { return isDir(gRoot + "/sim"); }
 
 const qs::VolumeInfo *findVolume(const std::vector<qs::VolumeInfo> &vols, const std::string &n) {
   for (const auto &v : vols)
-    if (v.name == n)
-      return &v;
+    if (v.name == n) return &v;
   return nullptr;
 }
 
@@ -91,17 +88,14 @@ const qs::VolumeInfo *findVolume(const std::vector<qs::VolumeInfo> &vols, const 
 template <typename F> int withVolume(const std::string &name, F change) {
   auto vols = qs::loadVolumes(gRoot);
   const qs::VolumeInfo *info = findVolume(vols, name);
-  if (!info)
-    return fail("no such volume: " + name);
+  if (!info) return fail("no such volume: " + name);
   qs::Volume v;
   v.name = info->name;
   v.mount = info->mount;
   v.shadow = info->shadow;
   v.load(qs::stateFile(gRoot, name));
-  if (int rc = change(v))
-    return rc;
-  if (!v.save(qs::stateFile(gRoot, name)))
-    return fail("cannot write the state of " + name);
+  if (int rc = change(v)) return rc;
+  if (!v.save(qs::stateFile(gRoot, name))) return fail("cannot write the state of " + name);
   qs::invalidateInfo(gRoot, name);
   return 0;
 }
@@ -115,17 +109,15 @@ int cmdInit(Args &) {
   for (const char *d : {"/sim", "/etc", "/mnt", "/_admin/Manage_QUILL/Volume"})
     if (!qs::makeDirs(gRoot + d))
       return fail("cannot create " + gRoot + d + ": " + std::strerror(errno));
-  for (const char *f : {"/_admin/Manage_QUILL/files.cmd", "/_admin/Manage_QUILL/manage.cmd",
-                        "/_admin/.quillsim"}) {
+  for (const char *f :
+       {"/_admin/Manage_QUILL/files.cmd", "/_admin/Manage_QUILL/manage.cmd", "/_admin/.quillsim"}) {
     int fd = ::open((gRoot + f).c_str(), O_WRONLY | O_CREAT, 0644);
-    if (fd < 0)
-      return fail("cannot create " + gRoot + f + ": " + std::strerror(errno));
+    if (fd < 0) return fail("cannot create " + gRoot + f + ": " + std::strerror(errno));
     ::close(fd);
   }
   auto vols = qs::loadVolumes(gRoot);
   qs::saveVolumes(gRoot, vols);
-  if (::access((gRoot + "/sim/users").c_str(), F_OK) != 0)
-    qs::Users{}.save(gRoot + "/sim/users");
+  if (::access((gRoot + "/sim/users").c_str(), F_OK) != 0) qs::Users{}.save(gRoot + "/sim/users");
   qs::writeFileAtomic(gRoot + "/etc/mtab", qs::mtabText(vols));
   return 0;
 }
@@ -142,18 +134,15 @@ int addVolume(std::vector<qs::VolumeInfo> &vols, const std::string &name, std::s
     mount.pop_back();
   if (!mount.starts_with(gRoot + "/") || mount.find("/../") != std::string::npos)
     return fail("the mount point must lie inside the sandbox: " + mount);
-  if (!qs::makeDirs(mount))
-    return fail("cannot create mount point " + mount);
+  if (!qs::makeDirs(mount)) return fail("cannot create mount point " + mount);
   if (!qs::makeDirs(qs::infoDir(gRoot, name)))
     return fail("cannot create the info directory of " + name);
   qs::VolumeInfo *old = nullptr;
   for (auto &v : vols)
-    if (v.name == name)
-      old = &v;
+    if (v.name == name) old = &v;
   if (old) {
     old->mount = mount;
-    if (!shadow.empty())
-      old->shadow = shadow;
+    if (!shadow.empty()) old->shadow = shadow;
   } else {
     vols.push_back({name, mount, shadow});
   }
@@ -164,8 +153,8 @@ int addVolume(std::vector<qs::VolumeInfo> &vols, const std::string &name, std::s
 int cmdVolume(Args &a) {
   if (a.size() == 1 && a[0] == "list") {
     for (const auto &v : qs::loadVolumes(gRoot))
-      std::printf("%s %s%s%s\n", v.name.c_str(), v.mount.c_str(), v.shadow.empty() ? "" : " shadow=",
-                  v.shadow.c_str());
+      std::printf("%s %s%s%s\n", v.name.c_str(), v.mount.c_str(),
+                  v.shadow.empty() ? "" : " shadow=", v.shadow.c_str());
     return 0;
   }
   std::string mount, shadow;
@@ -174,13 +163,10 @@ int cmdVolume(Args &a) {
   if (a.size() != 2 || a[0] != "add")
     return usage("volume add NAME [--mount DIR] [--shadow NAME2] | volume list");
   auto vols = qs::loadVolumes(gRoot);
-  if (int rc = addVolume(vols, a[1], mount, shadow))
-    return rc;
+  if (int rc = addVolume(vols, a[1], mount, shadow)) return rc;
   if (!shadow.empty() && !findVolume(vols, shadow))
-    if (int rc = addVolume(vols, shadow, "", ""))
-      return rc;
-  if (!qs::saveVolumes(gRoot, vols))
-    return fail("cannot write the volume list");
+    if (int rc = addVolume(vols, shadow, "", "")) return rc;
+  if (!qs::saveVolumes(gRoot, vols)) return fail("cannot write the volume list");
   qs::writeFileAtomic(gRoot + "/etc/mtab", qs::mtabText(vols));
   return 0;
 }
@@ -192,20 +178,17 @@ int cmdFile(Args &a, bool dirs) {
     return usage(dirs ? "dir add VOL PATH..." : "file add VOL PATH...");
   auto vols = qs::loadVolumes(gRoot);
   const qs::VolumeInfo *v = findVolume(vols, a[1]);
-  if (!v)
-    return fail("no such volume: " + a[1]);
+  if (!v) return fail("no such volume: " + a[1]);
   for (size_t i = 2; i < a.size(); ++i) {
     std::string full = v->mount + relPath(a[i]);
     while (full.size() > 1 && full.back() == '/')
       full.pop_back();
     bool dir = dirs || a[i].back() == '/';
     std::string parent = dir ? full : full.substr(0, full.rfind('/'));
-    if (!qs::makeDirs(parent))
-      return fail("cannot create " + parent);
+    if (!qs::makeDirs(parent)) return fail("cannot create " + parent);
     if (!dir) {
       int fd = ::open(full.c_str(), O_WRONLY | O_CREAT, 0644);
-      if (fd < 0)
-        return fail("cannot create " + full + ": " + std::strerror(errno));
+      if (fd < 0) return fail("cannot create " + full + ": " + std::strerror(errno));
       ::close(fd);
     }
   }
@@ -216,8 +199,7 @@ int cmdUser(Args &a) {
   qs::Users users;
   users.load(gRoot + "/sim/users");
   if (a.size() == 2 && a[0] == "add") {
-    if (!users.knowsArbor(a[1]))
-      users.arbor.push_back(a[1]);
+    if (!users.knowsArbor(a[1])) users.arbor.push_back(a[1]);
   } else if (a.size() == 3 && a[0] == "add-ad") {
     bool found = false;
     for (auto &[sid, name] : users.ad)
@@ -225,8 +207,7 @@ int cmdUser(Args &a) {
         name = a[2];
         found = true;
       }
-    if (!found)
-      users.ad.emplace_back(a[1], a[2]);
+    if (!found) users.ad.emplace_back(a[1], a[2]);
   } else if (a.size() == 2 && a[0] == "del") {
     std::erase(users.arbor, a[1]);
     std::erase_if(users.ad, [&](const auto &p) { return p.first == a[1]; });
@@ -253,8 +234,7 @@ int cmdTrustee(Args &a) {
                  "RIGHTS [--name NAME]");
   bool ad = a[0] == "add-ad";
   qs::Rights r;
-  if (!parseRights(a[4], r))
-    return fail("bad rights: " + a[4]);
+  if (!parseRights(a[4], r)) return fail("bad rights: " + a[4]);
   qs::Trustee t;
   t.ad = ad;
   t.rights = r;
@@ -270,23 +250,19 @@ int cmdTrustee(Args &a) {
   }
   std::string rel = relPath(a[2]);
   return withVolume(a[1], [&](qs::Volume &v) {
-    if (!existsOn(v, rel))
-      return fail("no such file on " + v.name + ": " + rel);
+    if (!existsOn(v, rel)) return fail("no such file on " + v.name + ": " + rel);
     v.setTrustee(rel, t);
     return 0;
   });
 }
 
 int cmdIrf(Args &a) {
-  if (a.size() != 4 || a[0] != "set")
-    return usage("irf set VOL PATH RIGHTS");
+  if (a.size() != 4 || a[0] != "set") return usage("irf set VOL PATH RIGHTS");
   qs::Rights r;
-  if (!parseRights(a[3], r))
-    return fail("bad rights: " + a[3]);
+  if (!parseRights(a[3], r)) return fail("bad rights: " + a[3]);
   std::string rel = relPath(a[2]);
   return withVolume(a[1], [&](qs::Volume &v) {
-    if (!existsOn(v, rel))
-      return fail("no such file on " + v.name + ": " + rel);
+    if (!existsOn(v, rel)) return fail("no such file on " + v.name + ": " + rel);
     v.setIrf(rel, r);
     return 0;
   });
@@ -299,8 +275,7 @@ int cmdQuota(Args &a) {
   if (a.size() != 4 || (a[0] != "user" && a[0] != "dir"))
     return usage("quota user VOL NAME AMOUNT [--ad] [--used N] | quota dir VOL PATH AMOUNT "
                  "[--used N]");
-  if (!qs::isDigits(a[3]) || !qs::isDigits(used))
-    return fail("bad amount: " + a[3]);
+  if (!qs::isDigits(a[3]) || !qs::isDigits(used)) return fail("bad amount: " + a[3]);
   if (a[0] == "user") {
     qs::UserQuota q;
     q.ad = ad;
@@ -311,8 +286,7 @@ int cmdQuota(Args &a) {
       qs::Users users;
       users.load(gRoot + "/sim/users");
       const std::string *sid = users.adSidOfName(a[2]);
-      if (!sid)
-        return fail("unknown AD user: " + a[2]);
+      if (!sid) return fail("unknown AD user: " + a[2]);
       q.id = *sid;
     }
     return withVolume(a[1], [&](qs::Volume &v) {
@@ -322,8 +296,7 @@ int cmdQuota(Args &a) {
   }
   std::string rel = relPath(a[2]);
   return withVolume(a[1], [&](qs::Volume &v) {
-    if (!existsOn(v, rel))
-      return fail("no such directory on " + v.name + ": " + rel);
+    if (!existsOn(v, rel)) return fail("no such directory on " + v.name + ": " + rel);
     v.setDirQuota({rel, a[3], used});
     return 0;
   });
@@ -335,21 +308,17 @@ int cmdGenerate(Args &a) {
   std::string files = "1000";
   takeOption(a, "--files", files);
   bool touch = takeFlag(a, "--touch");
-  if (a.size() != 1 || !qs::isDigits(files))
-    return usage("generate VOL --files N [--touch]");
+  if (a.size() != 1 || !qs::isDigits(files)) return usage("generate VOL --files N [--touch]");
   auto vols = qs::loadVolumes(gRoot);
   const qs::VolumeInfo *v = findVolume(vols, a[0]);
-  if (!v)
-    return fail("no such volume: " + a[0]);
+  if (!v) return fail("no such volume: " + a[0]);
   long n = std::strtol(files.c_str(), nullptr, 10);
   qs::Users users;
   users.load(gRoot + "/sim/users");
   const char *arbor = "admin.corp.TREE.";
   const char *sid = "S-1-5-21-1000-2000-3000-1104";
-  if (!users.knowsArbor(arbor))
-    users.arbor.push_back(arbor);
-  if (!users.adNameOfSid(sid))
-    users.ad.emplace_back(sid, "gen.user");
+  if (!users.knowsArbor(arbor)) users.arbor.push_back(arbor);
+  if (!users.adNameOfSid(sid)) users.ad.emplace_back(sid, "gen.user");
   users.save(gRoot + "/sim/users");
   std::string out = "# quillsim state of volume " + a[0] + " (generated)\n";
   out.reserve(static_cast<size_t>(n) * 90);
@@ -366,11 +335,9 @@ int cmdGenerate(Args &a) {
     }
     if (touch) {
       std::string full = v->mount + path;
-      if (i % 1000 == 0)
-        qs::makeDirs(full.substr(0, full.rfind('/')));
+      if (i % 1000 == 0) qs::makeDirs(full.substr(0, full.rfind('/')));
       int fd = ::open(full.c_str(), O_WRONLY | O_CREAT, 0644);
-      if (fd >= 0)
-        ::close(fd);
+      if (fd >= 0) ::close(fd);
     }
   }
   if (!qs::writeFileAtomic(qs::stateFile(gRoot, a[0]), out))
@@ -386,8 +353,7 @@ int cmdFault(Args &a) {
       "fault no-result [PATTERN] | fault oversize BYTES [PATTERN] | "
       "fault read-error ERRNO [PATTERN] | fault write-error ERRNO [PATTERN] | "
       "fault rxlcon exit N|silent|signal SIG | fault list | fault clear";
-  if (a.empty())
-    return usage(syntax);
+  if (a.empty()) return usage(syntax);
   const std::string &k = a[0];
   if (k == "list") {
     for (const auto &f : faults)
@@ -404,8 +370,7 @@ int cmdFault(Args &a) {
   } else if (k == "oversize" && (a.size() == 2 || a.size() == 3) && qs::isDigits(a[1])) {
     faults.push_back({k, a.size() == 3 ? a[2] : "", a[1], "", ""});
   } else if ((k == "read-error" || k == "write-error") && (a.size() == 2 || a.size() == 3)) {
-    if (!qs::parseErrno(a[1]))
-      return fail("unknown errno: " + a[1]);
+    if (!qs::parseErrno(a[1])) return fail("unknown errno: " + a[1]);
     faults.push_back({k, a.size() == 3 ? a[2] : "", a[1], "", ""});
   } else if (k == "rxlcon" && a.size() >= 2 &&
              ((a[1] == "silent" && a.size() == 2) ||
@@ -419,11 +384,9 @@ int cmdFault(Args &a) {
 }
 
 int cmdFastmode(Args &a) {
-  if (a.size() != 1 || (a[0] != "on" && a[0] != "off"))
-    return usage("fastmode on|off");
+  if (a.size() != 1 || (a[0] != "on" && a[0] != "off")) return usage("fastmode on|off");
   std::string f = gRoot + "/sim/fastmode";
-  if (a[0] == "on")
-    return qs::writeFileAtomic(f, "on\n") ? 0 : fail("cannot write " + f);
+  if (a[0] == "on") return qs::writeFileAtomic(f, "on\n") ? 0 : fail("cannot write " + f);
   ::unlink(f.c_str());
   return 0;
 }
@@ -448,8 +411,7 @@ std::string leftovers() {
     std::string line = made.substr(pos, nl - pos);
     pos = nl == std::string::npos ? made.size() : nl + 1;
     size_t space = line.find(' ');
-    if (space == std::string::npos)
-      continue;
+    if (space == std::string::npos) continue;
     std::string file = line.substr(space + 1);
     struct stat st;
     if (std::find(seen.begin(), seen.end(), file) != seen.end() || ::lstat(file.c_str(), &st) != 0)
@@ -475,8 +437,7 @@ int cmdLog(Args &a) {
     files = {"leaks.log", "tmpfiles.log"};
     leaks = true;
   }
-  if (!a.empty())
-    return usage(usageText);
+  if (!a.empty()) return usage(usageText);
   if (clear) {
     for (const std::string &file : files)
       ::unlink((gRoot + "/sim/" + file).c_str());
@@ -487,19 +448,16 @@ int cmdLog(Args &a) {
     text = leftovers();
   else
     qs::readFile(gRoot + "/sim/" + files[0], text);
-  if (replace)
-    text = replaceRoot(std::move(text), rootAs);
+  if (replace) text = replaceRoot(std::move(text), rootAs);
   std::fwrite(text.data(), 1, text.size(), stdout);
   return 0;
 }
 
 int cmdDump(Args &a) {
-  if (a.size() != 1)
-    return usage("dump VOL");
+  if (a.size() != 1) return usage("dump VOL");
   auto vols = qs::loadVolumes(gRoot);
   const qs::VolumeInfo *info = findVolume(vols, a[0]);
-  if (!info)
-    return fail("no such volume: " + a[0]);
+  if (!info) return fail("no such volume: " + a[0]);
   std::string text;
   qs::readFile(qs::stateFile(gRoot, a[0]), text);
   std::printf("volume %s mount %s%s%s\n", info->name.c_str(), info->mount.c_str(),
@@ -509,8 +467,7 @@ int cmdDump(Args &a) {
     size_t nl = text.find('\n', pos);
     std::string line = text.substr(pos, nl - pos);
     pos = nl == std::string::npos ? text.size() : nl + 1;
-    if (!line.empty() && line[0] != '#')
-      std::printf("%s\n", line.c_str());
+    if (!line.empty() && line[0] != '#') std::printf("%s\n", line.c_str());
   }
   return 0;
 }
@@ -525,8 +482,7 @@ std::string shellQuote(const std::string &s) {
 // Prepends item to a colon-separated list unless it is already there.
 std::string prepend(const std::string &item, const char *list) {
   std::string l = list ? list : "";
-  if ((":" + l + ":").find(":" + item + ":") != std::string::npos)
-    return l;
+  if ((":" + l + ":").find(":" + item + ":") != std::string::npos) return l;
   return l.empty() ? item : item + ":" + l;
 }
 
@@ -553,8 +509,7 @@ SimEnv simEnv() {
 }
 
 int cmdEnv(Args &a) {
-  if (!a.empty())
-    return usage("env");
+  if (!a.empty()) return usage("env");
   SimEnv e = simEnv();
   std::printf("export QUILLSIM_ROOT=%s\n", shellQuote(gRoot).c_str());
   std::printf("export LD_PRELOAD=%s\n", shellQuote(e.preload).c_str());
@@ -565,10 +520,8 @@ int cmdEnv(Args &a) {
 }
 
 int cmdExec(Args &a) {
-  if (!a.empty() && a[0] == "--")
-    a.erase(a.begin());
-  if (a.empty())
-    return usage("exec -- CMD [ARGS...]");
+  if (!a.empty() && a[0] == "--") a.erase(a.begin());
+  if (a.empty()) return usage("exec -- CMD [ARGS...]");
   SimEnv e = simEnv();
   setenv("QUILLSIM_ROOT", gRoot.c_str(), 1);
   setenv("LD_PRELOAD", e.preload.c_str(), 1);
@@ -589,24 +542,20 @@ int cmdExec(Args &a) {
 int cmdRxl(Args &a) {
   const char *syntax = "rxl trustee VOL PATH NAME RIGHTS [GUID] | rxl irm VOL PATH RIGHTS | "
                        "rxl raw VOL FILE | rxl show VOL";
-  if (a.size() < 2)
-    return usage(syntax);
+  if (a.size() < 2) return usage(syntax);
   auto vols = qs::loadVolumes(gRoot);
   const qs::VolumeInfo *v = findVolume(vols, a[1]);
-  if (!v)
-    return fail("no such volume: " + a[1]);
+  if (!v) return fail("no such volume: " + a[1]);
   std::string db = qs::rxlDbPath(v->mount);
   if (a[0] == "show" && a.size() == 2) {
     std::string text;
-    if (!qs::readFile(db, text))
-      return fail("no RXL trustee file on " + a[1]);
+    if (!qs::readFile(db, text)) return fail("no RXL trustee file on " + a[1]);
     std::fwrite(text.data(), 1, text.size(), stdout);
     return 0;
   }
   if (a[0] == "raw" && a.size() == 3) {
     std::string text;
-    if (!qs::readFile(a[2], text))
-      return fail("cannot read " + a[2]);
+    if (!qs::readFile(a[2], text)) return fail("cannot read " + a[2]);
     qs::makeDirs(v->mount + "/._KESTREL");
     return qs::writeFileAtomic(db, text) ? 0 : fail("cannot write " + db);
   }
@@ -651,59 +600,40 @@ void help() {
       "The sandbox is QUILLSIM_ROOT unless --root is given.\n");
 }
 
-} // namespace
+}  // namespace
 
 int main(int argc, char **argv) {
   Args args(argv + 1, argv + argc);
   std::string root;
-  if (takeOption(args, "--root", root))
-    setenv("QUILLSIM_ROOT", root.c_str(), 1);
+  if (takeOption(args, "--root", root)) setenv("QUILLSIM_ROOT", root.c_str(), 1);
   if (args.empty() || args[0] == "--help" || args[0] == "help") {
     help();
     return args.empty() ? kUsage : 0;
   }
   root = qs::envRoot();
-  if (root.empty())
-    return fail("no sandbox: set QUILLSIM_ROOT or give --root DIR");
-  if (!qs::makeDirs(root))
-    return fail("cannot create the sandbox " + root);
+  if (root.empty()) return fail("no sandbox: set QUILLSIM_ROOT or give --root DIR");
+  if (!qs::makeDirs(root)) return fail("cannot create the sandbox " + root);
   char real[PATH_MAX];
   gRoot = realpath(root.c_str(), real) ? real : root;
   std::string cmd = args[0];
   args.erase(args.begin());
-  if (cmd == "init")
-    return cmdInit(args);
+  if (cmd == "init") return cmdInit(args);
   if (!initialised())
     return fail("the sandbox " + gRoot + " is not initialised (run quillsim init)");
-  if (cmd == "volume")
-    return cmdVolume(args);
-  if (cmd == "file")
-    return cmdFile(args, false);
-  if (cmd == "dir")
-    return cmdFile(args, true);
-  if (cmd == "user")
-    return cmdUser(args);
-  if (cmd == "trustee")
-    return cmdTrustee(args);
-  if (cmd == "irf")
-    return cmdIrf(args);
-  if (cmd == "quota")
-    return cmdQuota(args);
-  if (cmd == "generate")
-    return cmdGenerate(args);
-  if (cmd == "fault")
-    return cmdFault(args);
-  if (cmd == "fastmode")
-    return cmdFastmode(args);
-  if (cmd == "log")
-    return cmdLog(args);
-  if (cmd == "dump")
-    return cmdDump(args);
-  if (cmd == "env")
-    return cmdEnv(args);
-  if (cmd == "exec")
-    return cmdExec(args);
-  if (cmd == "rxl")
-    return cmdRxl(args);
+  if (cmd == "volume") return cmdVolume(args);
+  if (cmd == "file") return cmdFile(args, false);
+  if (cmd == "dir") return cmdFile(args, true);
+  if (cmd == "user") return cmdUser(args);
+  if (cmd == "trustee") return cmdTrustee(args);
+  if (cmd == "irf") return cmdIrf(args);
+  if (cmd == "quota") return cmdQuota(args);
+  if (cmd == "generate") return cmdGenerate(args);
+  if (cmd == "fault") return cmdFault(args);
+  if (cmd == "fastmode") return cmdFastmode(args);
+  if (cmd == "log") return cmdLog(args);
+  if (cmd == "dump") return cmdDump(args);
+  if (cmd == "env") return cmdEnv(args);
+  if (cmd == "exec") return cmdExec(args);
+  if (cmd == "rxl") return cmdRxl(args);
   return fail("unknown command: " + cmd);
 }

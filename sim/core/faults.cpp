@@ -10,8 +10,7 @@ namespace qs {
 std::vector<Fault> loadFaults(const std::string &root) {
   std::vector<Fault> faults;
   std::string text;
-  if (!readFile(root + "/sim/faults", text))
-    return faults;
+  if (!readFile(root + "/sim/faults", text)) return faults;
   forEachStateLine(text, [&](std::string_view line) {
     auto f = splitTabs(line);
     f.resize(5);
@@ -32,8 +31,7 @@ bool saveFaults(const std::string &root, const std::vector<Fault> &faults) {
 const Fault *findFault(const std::vector<Fault> &faults, std::string_view kind,
                        std::string_view text) {
   for (const Fault &f : faults)
-    if (f.kind == kind && text.find(f.pattern) != std::string_view::npos)
-      return &f;
+    if (f.kind == kind && text.find(f.pattern) != std::string_view::npos) return &f;
   return nullptr;
 }
 
@@ -46,8 +44,7 @@ int parseErrno(std::string_view text) {
                {"EFAULT", EFAULT}, {"EBUSY", EBUSY},   {"EINVAL", EINVAL}, {"ENOSPC", ENOSPC},
                {"EROFS", EROFS},   {"EPIPE", EPIPE},   {"ENODEV", ENODEV}, {"ESTALE", ESTALE}};
   for (const auto &n : names)
-    if (n.name == text)
-      return n.value;
+    if (n.name == text) return n.value;
   if (isDigits(text)) {
     long v = std::strtol(std::string(text).c_str(), nullptr, 10);
     return v > 0 && v < 4096 ? static_cast<int>(v) : 0;
@@ -55,4 +52,4 @@ int parseErrno(std::string_view text) {
   return 0;
 }
 
-} // namespace qs
+}  // namespace qs

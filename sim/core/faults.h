@@ -8,9 +8,9 @@
 namespace qs {
 
 struct Fault {
-  std::string kind;    // refuse, no-marker, no-result, oversize, read-error, write-error, rxlcon
-  std::string pattern; // request text that triggers it; empty matches every request
-  std::string value;   // result value, byte count, errno, or the rxlcon mode
+  std::string kind;     // refuse, no-marker, no-result, oversize, read-error, write-error, rxlcon
+  std::string pattern;  // request text that triggers it; empty matches every request
+  std::string value;    // result value, byte count, errno, or the rxlcon mode
   std::string description;
   std::string name;
 };
@@ -25,4 +25,4 @@ const Fault *findFault(const std::vector<Fault> &faults, std::string_view kind,
 /// Parses an errno given as a number or a name such as EIO; 0 when unknown.
 int parseErrno(std::string_view text);
 
-} // namespace qs
+}  // namespace qs

@@ -11,12 +11,12 @@ struct Right {
   char letter;
 };
 
-constexpr Right kRights[] = {{"read", 'R'},          {"write", 'W'},    {"create", 'C'},
-                             {"erase", 'E'},         {"accessControl", 'A'},
-                             {"fileScan", 'F'},      {"modify", 'M'},   {"supervisor", 'S'},
-                             {"salvage", 'V'},       {"secure", 'X'}};
+constexpr Right kRights[] = {{"read", 'R'},   {"write", 'W'},         {"create", 'C'},
+                             {"erase", 'E'},  {"accessControl", 'A'}, {"fileScan", 'F'},
+                             {"modify", 'M'}, {"supervisor", 'S'},    {"salvage", 'V'},
+                             {"secure", 'X'}};
 
-} // namespace
+}  // namespace
 
 bool rightsFromElements(std::string_view elements, Rights &out, std::string &bad) {
   out = 0;
@@ -50,8 +50,7 @@ bool rightsFromElements(std::string_view elements, Rights &out, std::string &bad
 
 bool rightsFromLetters(std::string_view letters, Rights &out) {
   out = 0;
-  if (letters == "-" || letters == "none")
-    return true;
+  if (letters == "-" || letters == "none") return true;
   for (char c : letters) {
     char u = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     bool found = false;
@@ -61,8 +60,7 @@ bool rightsFromLetters(std::string_view letters, Rights &out) {
         found = true;
       }
     }
-    if (!found)
-      return false;
+    if (!found) return false;
   }
   return true;
 }
@@ -82,9 +80,8 @@ std::string rightsToElements(Rights r) {
 std::string rightsToLetters(Rights r) {
   std::string out;
   for (size_t k = 0; k < std::size(kRights); ++k)
-    if (r & (1u << k))
-      out += kRights[k].letter;
+    if (r & (1u << k)) out += kRights[k].letter;
   return out;
 }
 
-} // namespace qs
+}  // namespace qs

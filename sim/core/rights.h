@@ -21,4 +21,4 @@ std::string rightsToElements(Rights r);
 /// Upper-case letters in the volume's fixed order ("RWF"); empty for no rights.
 std::string rightsToLetters(Rights r);
 
-} // namespace qs
+}  // namespace qs

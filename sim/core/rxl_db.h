@@ -7,10 +7,10 @@
 namespace qs {
 
 struct RxlEntry {
-  bool filter = false; // inherited_rights_mask entry
+  bool filter = false;  // inherited_rights_mask entry
   std::string path;
   std::string name;
-  std::string rights; // upper-case letters
+  std::string rights;  // upper-case letters
   std::string guid;
 };
 
@@ -22,4 +22,4 @@ void setRxlEntry(std::vector<RxlEntry> &entries, const RxlEntry &e);
 /// A stable object GUID for a user name.
 std::string guidOf(const std::string &name);
 
-} // namespace qs
+}  // namespace qs

@@ -23,7 +23,7 @@ constexpr long kNoUser = 3;     // user unknown to the directory
 constexpr long kNoVolume = 19;  // no such volume
 constexpr long kNotDir = 20;    // directory quota on a file
 constexpr long kBadRequest = 22;
-constexpr long kNoTrustee = 61; // nothing to remove
+constexpr long kNoTrustee = 61;  // nothing to remove
 
 // A cursor over the request text that accepts the exact forms the volume understands.
 struct Cursor {
@@ -37,13 +37,11 @@ struct Cursor {
     return false;
   }
   void need(std::string_view l) {
-    if (!lit(l))
-      ok = false;
+    if (!lit(l)) ok = false;
   }
   // The text up to the given end tag, which is consumed.
   std::string_view until(std::string_view end) {
-    if (!ok)
-      return {};
+    if (!ok) return {};
     size_t p = s.find(end);
     if (p == std::string_view::npos) {
       ok = false;
@@ -57,8 +55,7 @@ struct Cursor {
   // path that the volume reported in a CDATA section comes back as it stands, '<' and all.)
   std::string_view text(std::string_view end) {
     std::string_view t = until(end);
-    if (t.find('<') != std::string_view::npos)
-      ok = false;
+    if (t.find('<') != std::string_view::npos) ok = false;
     return t;
   }
 };
@@ -66,8 +63,7 @@ struct Cursor {
 bool statChanged(const std::string &path, struct timespec &stamp) {
   struct stat st;
   struct timespec now {};
-  if (::stat(path.c_str(), &st) == 0)
-    now = st.st_mtim;
+  if (::stat(path.c_str(), &st) == 0) now = st.st_mtim;
   bool changed = now.tv_sec != stamp.tv_sec || now.tv_nsec != stamp.tv_nsec;
   stamp = now;
   return changed;
@@ -77,19 +73,15 @@ std::string malformed(std::string_view kind) {
   return makeReply(kind, kBadRequest, "malformed request", kind.empty() ? "request" : kind);
 }
 
-} // namespace
+}  // namespace
 
 std::string_view requestKind(std::string_view r) {
-  if (r.find("addTrustee") != std::string_view::npos)
-    return "addTrustee";
+  if (r.find("addTrustee") != std::string_view::npos) return "addTrustee";
   if (r.find("modifyInheritedRightsFilter") != std::string_view::npos)
     return "modifyInheritedRightsFilter";
-  if (r.find("removeTrustee") != std::string_view::npos)
-    return "removeTrustee";
-  if (r.find("userSpaceRestrictions") != std::string_view::npos)
-    return "userSpaceRestrictions";
-  if (r.find("addQuota") != std::string_view::npos)
-    return "addQuota";
+  if (r.find("removeTrustee") != std::string_view::npos) return "removeTrustee";
+  if (r.find("userSpaceRestrictions") != std::string_view::npos) return "userSpaceRestrictions";
+  if (r.find("addQuota") != std::string_view::npos) return "addQuota";
   return {};
 }
 
@@ -128,21 +120,16 @@ Server::Server(std::string root) : root_(std::move(root)) {
 }
 
 void Server::refresh() {
-  if (statChanged(root_ + "/sim/volumes", listStamp_))
-    list_ = loadVolumes(root_);
-  if (statChanged(root_ + "/sim/users", usersStamp_))
-    users_.load(root_ + "/sim/users");
-  if (statChanged(root_ + "/sim/faults", faultsStamp_))
-    faults_ = loadFaults(root_);
+  if (statChanged(root_ + "/sim/volumes", listStamp_)) list_ = loadVolumes(root_);
+  if (statChanged(root_ + "/sim/users", usersStamp_)) users_.load(root_ + "/sim/users");
+  if (statChanged(root_ + "/sim/faults", faultsStamp_)) faults_ = loadFaults(root_);
 }
 
 Volume *Server::volume(std::string_view name) {
   const VolumeInfo *info = nullptr;
   for (const VolumeInfo &v : list_)
-    if (v.name == name)
-      info = &v;
-  if (!info)
-    return nullptr;
+    if (v.name == name) info = &v;
+  if (!info) return nullptr;
   Loaded &l = volumes_[std::string(name)];
   std::string file = stateFile(root_, name);
   struct stat st;
@@ -173,30 +160,24 @@ Volume *Server::volumeOfPath(std::string_view full, std::string &rel) {
         (!best || m.size() > best->mount.size()))
       best = &v;
   }
-  if (!best)
-    return nullptr;
+  if (!best) return nullptr;
   rel = std::string(full.substr(best->mount.size()));
-  if (rel.empty())
-    rel = "/";
+  if (rel.empty()) rel = "/";
   return volume(best->name);
 }
 
-Volume *Server::shadowOf(const Volume &v) {
-  return v.shadow.empty() ? nullptr : volume(v.shadow);
-}
+Volume *Server::shadowOf(const Volume &v) { return v.shadow.empty() ? nullptr : volume(v.shadow); }
 
 bool Server::exists(const Volume &v, const std::string &full, std::string_view rel, bool wantDir) {
   struct stat st;
-  if (::stat(full.c_str(), &st) == 0)
-    return !wantDir || S_ISDIR(st.st_mode);
+  if (::stat(full.c_str(), &st) == 0) return !wantDir || S_ISDIR(st.st_mode);
   // Files of a generated volume exist in the state only.
   return const_cast<Volume &>(v).find(rel) != nullptr;
 }
 
 void Server::flush() {
   for (auto &[name, l] : volumes_) {
-    if (!l.vol || !l.vol->dirty)
-      continue;
+    if (!l.vol || !l.vol->dirty) continue;
     std::string file = stateFile(root_, name);
     l.vol->save(file);
     l.vol->dirty = false;
@@ -219,11 +200,9 @@ void Server::prepareInfoFile(std::string_view volName, std::string_view file) {
   for (const VolumeInfo &v : list_)
     listed = listed || v.name == volName;
   struct stat st;
-  if (listed &&
-      ::stat((infoDir(root_, volName) + "/" + std::string(file)).c_str(), &st) == 0)
+  if (listed && ::stat((infoDir(root_, volName) + "/" + std::string(file)).c_str(), &st) == 0)
     return;
-  if (Volume *v = volume(volName))
-    ensureInfoFile(root_, *v, file);
+  if (Volume *v = volume(volName)) ensureInfoFile(root_, *v, file);
 }
 
 int Server::readFault(std::string_view request) {
@@ -240,8 +219,7 @@ int Server::writeFault(std::string_view data) {
 
 std::string Server::handle(CmdFile file, std::string_view request) {
   std::string_view kind = requestKind(request);
-  if (fast_)
-    return makeReply(kind, 0, "success", {});
+  if (fast_) return makeReply(kind, 0, "success", {});
   refresh();
   std::string line(request);
   if (line.find('\n') != std::string::npos) {
@@ -288,21 +266,16 @@ std::string Server::apply(CmdFile file, std::string_view req, std::string_view k
   }
   std::string_view body = req.substr(open.size(), req.size() - open.size() - close.size());
   if (file == CmdFile::files) {
-    if (body.starts_with("<trustees><addTrustee><name>"))
-      return addTrustee(body, false);
+    if (body.starts_with("<trustees><addTrustee><name>")) return addTrustee(body, false);
     if (body.starts_with("<trustees><addTrustee type=\"adID\"><userID>"))
       return addTrustee(body, true);
-    if (body.starts_with("<trustees><modifyInheritedRightsFilter>"))
-      return modifyIrf(body);
-    if (body.starts_with("<trustee><removeTrustee><"))
-      return removeTrustee(body, false);
+    if (body.starts_with("<trustees><modifyInheritedRightsFilter>")) return modifyIrf(body);
+    if (body.starts_with("<trustee><removeTrustee><")) return removeTrustee(body, false);
     if (body.starts_with("<trustee><removeTrustee type=\"adID\"><"))
       return removeTrustee(body, true);
-    if (body.starts_with("<directoryQuota><addQuota>"))
-      return dirQuota(body);
+    if (body.starts_with("<directoryQuota><addQuota>")) return dirQuota(body);
   } else {
-    if (body.starts_with("<userSpaceRestrictions><set>"))
-      return userQuota(body, false);
+    if (body.starts_with("<userSpaceRestrictions><set>")) return userQuota(body, false);
     if (body.starts_with("<userSpaceRestrictions><set type=\"adID\">"))
       return userQuota(body, true);
   }
@@ -326,11 +299,9 @@ std::string Server::addTrustee(std::string_view req, bool ad) {
   std::string_view fileName = c.until("</fileName>");
   bool gemel = c.lit("<gemelPath/>");
   c.need("<symLink/></addTrustee></trustees>");
-  if (!c.ok || !c.s.empty())
-    return malformed(kind);
+  if (!c.ok || !c.s.empty()) return malformed(kind);
   RightsTarget target = rightsTarget(kind, rights, fileName);
-  if (!target.error.empty())
-    return target.error;
+  if (!target.error.empty()) return target.error;
   Volume *v = target.volume;
   const std::string &rel = target.relative;
   Trustee t;
@@ -338,8 +309,7 @@ std::string Server::addTrustee(std::string_view req, bool ad) {
   t.ad = ad;
   if (ad) {
     const std::string *name = users_.adNameOfSid(who);
-    if (!name)
-      return makeReply(kind, kNoUser, "user not found", who);
+    if (!name) return makeReply(kind, kNoUser, "user not found", who);
     t.id = intern(who);
     t.name = intern(*name);
   } else {
@@ -348,8 +318,7 @@ std::string Server::addTrustee(std::string_view req, bool ad) {
       return makeReply(kind, kNoUser, "user not found", who);
   }
   v->setTrustee(rel, t);
-  if (Volume *s = gemel ? shadowOf(*v) : nullptr)
-    s->setTrustee(rel, t);
+  if (Volume *s = gemel ? shadowOf(*v) : nullptr) s->setTrustee(rel, t);
   return makeReply(kind, 0, "success", {});
 }
 
@@ -362,11 +331,9 @@ std::string Server::modifyIrf(std::string_view req) {
   std::string_view fileName = c.until("</fileName>");
   bool gemel = c.lit("<gemelPath/>");
   c.need("</modifyInheritedRightsFilter></trustees>");
-  if (!c.ok || !c.s.empty())
-    return malformed(kind);
+  if (!c.ok || !c.s.empty()) return malformed(kind);
   RightsTarget target = rightsTarget(kind, rights, fileName);
-  if (!target.error.empty())
-    return target.error;
+  if (!target.error.empty()) return target.error;
   target.volume->setIrf(target.relative, target.rights);
   if (Volume *s = gemel ? shadowOf(*target.volume) : nullptr)
     s->setIrf(target.relative, target.rights);
@@ -393,22 +360,20 @@ Server::RightsTarget Server::rightsTarget(std::string_view kind, std::string_vie
 std::string Server::removeTrustee(std::string_view req, bool ad) {
   constexpr std::string_view kind = "removeTrustee";
   Cursor c{req};
-  c.need(ad ? "<trustee><removeTrustee type=\"adID\"><fileName>" : "<trustee><removeTrustee><fileName>");
+  c.need(ad ? "<trustee><removeTrustee type=\"adID\"><fileName>"
+            : "<trustee><removeTrustee><fileName>");
   std::string_view fileName = c.until("</fileName>");
   c.need("<userID>");
   std::string_view id = c.text("</userID>");
   c.need("</removeTrustee></trustee>");
-  if (!c.ok || !c.s.empty())
-    return malformed(kind);
+  if (!c.ok || !c.s.empty()) return malformed(kind);
   size_t colon = fileName.find(':');
   if (colon == std::string_view::npos)
     return makeReply(kind, kBadRequest, "malformed file name", fileName);
   Volume *v = volume(fileName.substr(0, colon));
-  if (!v)
-    return makeReply(kind, kNoVolume, "volume not found", fileName.substr(0, colon));
+  if (!v) return makeReply(kind, kNoVolume, "volume not found", fileName.substr(0, colon));
   std::string rel = xmlDecode(fileName.substr(colon + 1));
-  if (rel.empty() || rel[0] != '/')
-    rel.insert(0, "/");
+  if (rel.empty() || rel[0] != '/') rel.insert(0, "/");
   if (!exists(*v, v->mount + rel, rel, false))
     return makeReply(kind, kNoFile, "file not found", fileName);
   if (v->removeTrustees(rel, id, ad) == 0)
@@ -428,29 +393,24 @@ std::string Server::userQuota(std::string_view req, bool ad) {
   std::string_view amount = c.text("</quota>");
   bool gemel = c.lit("<gemelPath/>");
   c.need("</set></userSpaceRestrictions>");
-  if (!c.ok || !c.s.empty())
-    return malformed(kind);
+  if (!c.ok || !c.s.empty()) return malformed(kind);
   Volume *v = volume(volName);
-  if (!v)
-    return makeReply(kind, kNoVolume, "volume not found", volName);
+  if (!v) return makeReply(kind, kNoVolume, "volume not found", volName);
   UserQuota q;
   q.ad = ad;
   q.name = xmlDecode(userName);
   if (ad) {
     const std::string *sid = users_.adSidOfName(q.name);
-    if (!sid)
-      return makeReply(kind, kNoUser, "user not found", userName);
+    if (!sid) return makeReply(kind, kNoUser, "user not found", userName);
     q.id = *sid;
   } else if (q.name.empty() || !users_.knowsArbor(q.name)) {
     return makeReply(kind, kNoUser, "user not found", userName);
   }
-  if (!isDigits(amount))
-    return makeReply(kind, kBadRequest, "invalid quota amount", amount);
+  if (!isDigits(amount)) return makeReply(kind, kBadRequest, "invalid quota amount", amount);
   q.amount = std::string(amount);
   q.used = "0";
   v->setUserQuota(q);
-  if (Volume *s = gemel ? shadowOf(*v) : nullptr)
-    s->setUserQuota(q);
+  if (Volume *s = gemel ? shadowOf(*v) : nullptr) s->setUserQuota(q);
   return makeReply(kind, 0, "success", {});
 }
 
@@ -463,24 +423,20 @@ std::string Server::dirQuota(std::string_view req) {
   c.need("<quotaAmount>");
   std::string_view amount = c.text("</quotaAmount>");
   c.need("</addQuota></directoryQuota>");
-  if (!c.ok || !c.s.empty())
-    return malformed(kind);
+  if (!c.ok || !c.s.empty()) return malformed(kind);
   std::string full = xmlDecode(fileName), rel;
   Volume *v = volumeOfPath(full, rel);
-  if (!v)
-    return makeReply(kind, kNoVolume, "volume not found", fileName);
+  if (!v) return makeReply(kind, kNoVolume, "volume not found", fileName);
   struct stat st;
   if (::stat(full.c_str(), &st) == 0 && !S_ISDIR(st.st_mode))
     return makeReply(kind, kNotDir, "not a directory", fileName);
   if (!exists(*v, full, rel, true))
     return makeReply(kind, kNoFile, "directory not found", fileName);
-  if (!isDigits(amount))
-    return makeReply(kind, kBadRequest, "invalid quota amount", amount);
+  if (!isDigits(amount)) return makeReply(kind, kBadRequest, "invalid quota amount", amount);
   DirQuota q{rel, std::string(amount), "0"};
   v->setDirQuota(q);
-  if (Volume *s = gemel ? shadowOf(*v) : nullptr)
-    s->setDirQuota(q);
+  if (Volume *s = gemel ? shadowOf(*v) : nullptr) s->setDirQuota(q);
   return makeReply(kind, 0, "success", {});
 }
 
-} // namespace qs
+}  // namespace qs

@@ -49,7 +49,8 @@ private:
   std::vector<VolumeInfo> list_;
   Users users_;
   std::vector<Fault> faults_;
-  struct timespec listStamp_ {}, usersStamp_ {}, faultsStamp_ {};
+  struct timespec listStamp_ {
+  }, usersStamp_{}, faultsStamp_{};
 
   void refresh();
   Volume *volumeOfPath(std::string_view full, std::string &rel);
@@ -82,4 +83,4 @@ std::string_view requestKind(std::string_view request);
 std::string makeReply(std::string_view kind, long value, std::string_view description,
                       std::string_view name);
 
-} // namespace qs
+}  // namespace qs

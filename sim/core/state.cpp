@@ -11,8 +11,7 @@ namespace qs {
 
 std::string_view intern(std::string_view text) {
   static auto *pool = new std::unordered_set<std::string>();
-  if (text.empty())
-    return {};
+  if (text.empty()) return {};
   return *pool->emplace(text).first;
 }
 
@@ -44,7 +43,7 @@ std::string lettersOrDash(Rights r) {
   return s.empty() ? "-" : s;
 }
 
-} // namespace
+}  // namespace
 
 bool Volume::load(const std::string &file) {
   files.clear();
@@ -53,8 +52,7 @@ bool Volume::load(const std::string &file) {
   index_.clear();
   indexed_ = false;
   std::string text;
-  if (!readFile(file, text))
-    return false;
+  if (!readFile(file, text)) return false;
   FileEntry *last = nullptr;
   forEachStateLine(text, [&](std::string_view line) {
     Fields f(line);
@@ -129,8 +127,8 @@ bool Volume::save(const std::string &file) const {
            fieldEscape(q.name) + '\n';
   }
   for (const DirQuota &q : dirs)
-    out += "Q\t" + fieldEscape(q.path) + '\t' + fieldEscape(q.amount) + '\t' +
-           fieldEscape(q.used) + '\n';
+    out += "Q\t" + fieldEscape(q.path) + '\t' + fieldEscape(q.amount) + '\t' + fieldEscape(q.used) +
+           '\n';
   return writeFileAtomic(file, out);
 }
 
@@ -144,8 +142,7 @@ void Volume::buildIndex() {
       for (Trustee &t : e.trustees)
         it->second->trustees.push_back(std::move(t));
       e.trustees.clear();
-      if (e.irf >= 0)
-        it->second->irf = e.irf;
+      if (e.irf >= 0) it->second->irf = e.irf;
       e.irf = -1;
     }
   }
@@ -153,15 +150,13 @@ void Volume::buildIndex() {
 }
 
 FileEntry *Volume::find(std::string_view path) {
-  if (!indexed_)
-    buildIndex();
+  if (!indexed_) buildIndex();
   auto it = index_.find(path);
   return it == index_.end() ? nullptr : it->second;
 }
 
 FileEntry &Volume::findOrAdd(std::string_view path) {
-  if (FileEntry *e = find(path))
-    return *e;
+  if (FileEntry *e = find(path)) return *e;
   files.emplace_back();
   FileEntry &e = files.back();
   e.path = std::string(path);
@@ -175,7 +170,8 @@ void Volume::setTrustee(std::string_view path, const Trustee &t) {
   for (Trustee &old : e.trustees) {
     // AD trustees are one per SID; Arbor trustees one per name (and identifier, which only
     // unresolved ones carry).
-    bool same = t.ad ? (old.ad && old.id == t.id) : (!old.ad && old.name == t.name && old.id == t.id);
+    bool same =
+        t.ad ? (old.ad && old.id == t.id) : (!old.ad && old.name == t.name && old.id == t.id);
     if (same) {
       old = t;
       return;
@@ -186,20 +182,16 @@ void Volume::setTrustee(std::string_view path, const Trustee &t) {
 
 int Volume::removeTrustees(std::string_view path, std::string_view id, bool adOnly) {
   FileEntry *e = find(path);
-  if (!e)
-    return 0;
+  if (!e) return 0;
   // One request removes one trustee: the first that the identifier names. The plain form names
   // a trustee by its identifier; an empty identifier can only stand for a trustee whose user the
   // directory no longer resolves.
   auto it = std::find_if(e->trustees.begin(), e->trustees.end(), [&](const Trustee &t) {
-    if (adOnly)
-      return t.ad && t.id == id;
-    if (id.empty())
-      return t.id.empty() && t.name == "Unknown(21350)";
+    if (adOnly) return t.ad && t.id == id;
+    if (id.empty()) return t.id.empty() && t.name == "Unknown(21350)";
     return t.id == id;
   });
-  if (it == e->trustees.end())
-    return 0;
+  if (it == e->trustees.end()) return 0;
   e->trustees.erase(it);
   dirty = true;
   return 1;
@@ -249,14 +241,13 @@ void appendCdata(std::string &out, std::string_view text) {
   out += text;
   out += "]]>";
 }
-} // namespace
+}  // namespace
 
 std::string Volume::trusteeInfo() const {
   std::vector<const FileEntry *> order;
   order.reserve(files.size());
   for (const FileEntry &e : files)
-    if (!e.trustees.empty() || e.irf >= 0)
-      order.push_back(&e);
+    if (!e.trustees.empty() || e.irf >= 0) order.push_back(&e);
   if (!std::is_sorted(order.begin(), order.end(),
                       [](const FileEntry *a, const FileEntry *b) { return a->path < b->path; }))
     std::sort(order.begin(), order.end(),
@@ -342,15 +333,13 @@ bool Users::knowsArbor(std::string_view name) const {
 
 const std::string *Users::adNameOfSid(std::string_view sid) const {
   for (const auto &[s, n] : ad)
-    if (s == sid)
-      return &n;
+    if (s == sid) return &n;
   return nullptr;
 }
 
 const std::string *Users::adSidOfName(std::string_view name) const {
   for (const auto &[s, n] : ad)
-    if (n == name)
-      return &s;
+    if (n == name) return &s;
   return nullptr;
 }
 
@@ -358,8 +347,7 @@ bool Users::load(const std::string &file) {
   arbor.clear();
   ad.clear();
   std::string text;
-  if (!readFile(file, text))
-    return false;
+  if (!readFile(file, text)) return false;
   forEachStateLine(text, [&](std::string_view line) {
     Fields f(line);
     std::string_view kind = f.next();
@@ -400,8 +388,7 @@ std::string infoDir(const std::string &root, std::string_view volume) {
 std::vector<VolumeInfo> loadVolumes(const std::string &root) {
   std::vector<VolumeInfo> vols;
   std::string text;
-  if (!readFile(root + "/sim/volumes", text))
-    return vols;
+  if (!readFile(root + "/sim/volumes", text)) return vols;
   forEachStateLine(text, [&](std::string_view line) {
     Fields f(line);
     VolumeInfo v;
@@ -453,8 +440,7 @@ void invalidateInfo(const std::string &root, std::string_view volume) {
 
 void ensureInfoFile(const std::string &root, const Volume &v, std::string_view file) {
   std::string path = infoDir(root, v.name) + "/" + std::string(file);
-  if (::access(path.c_str(), F_OK) == 0)
-    return;
+  if (::access(path.c_str(), F_OK) == 0) return;
   if (file == "TrusteeInfo.xml")
     writeFileAtomic(path, v.trusteeInfo());
   else if (file == "UserInfo.xml")
@@ -463,4 +449,4 @@ void ensureInfoFile(const std::string &root, const Volume &v, std::string_view f
     writeFileAtomic(path, v.dirInfo());
 }
 
-} // namespace qs
+}  // namespace qs

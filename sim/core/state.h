@@ -27,16 +27,16 @@ namespace qs {
 std::string_view intern(std::string_view text);
 
 struct Trustee {
-  std::string_view name; // interned, decoded text; for AD trustees the directory's name
-  std::string_view id;   // interned SID of an AD trustee; usually empty for Arbor trustees
+  std::string_view name;  // interned, decoded text; for AD trustees the directory's name
+  std::string_view id;    // interned SID of an AD trustee; usually empty for Arbor trustees
   Rights rights = 0;
   bool ad = false;
 };
 
 struct FileEntry {
-  std::string path; // relative to the volume root, starting with '/'
+  std::string path;  // relative to the volume root, starting with '/'
   std::vector<Trustee> trustees;
-  int irf = -1; // -1: no filter set
+  int irf = -1;  // -1: no filter set
 };
 
 struct UserQuota {
@@ -48,7 +48,7 @@ struct UserQuota {
 };
 
 struct DirQuota {
-  std::string path; // relative, '/' separators
+  std::string path;  // relative, '/' separators
   std::string amount;
   std::string used;
 };
@@ -95,8 +95,8 @@ private:
 };
 
 struct Users {
-  std::vector<std::string> arbor;                  // in order added
-  std::vector<std::pair<std::string, std::string>> ad; // (SID, name) in order added
+  std::vector<std::string> arbor;                       // in order added
+  std::vector<std::pair<std::string, std::string>> ad;  // (SID, name) in order added
   bool knowsArbor(std::string_view name) const;
   const std::string *adNameOfSid(std::string_view sid) const;
   const std::string *adSidOfName(std::string_view name) const;
@@ -120,4 +120,4 @@ void invalidateInfo(const std::string &root, std::string_view volume);
 /// Writes the named info file ("TrusteeInfo.xml", ...) from the state if it is missing.
 void ensureInfoFile(const std::string &root, const Volume &v, std::string_view file);
 
-} // namespace qs
+}  // namespace qs

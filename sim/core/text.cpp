@@ -32,8 +32,7 @@ void appendUtf8(std::string &out, unsigned long code) {
 // Decodes the reference starting at text[0] == '&'; returns its length or 0.
 size_t decodeOne(std::string_view text, std::string &out) {
   size_t semi = text.find(';');
-  if (semi == std::string_view::npos || semi > 12)
-    return 0;
+  if (semi == std::string_view::npos || semi > 12) return 0;
   std::string_view ref = text.substr(1, semi - 1);
   static constexpr struct {
     std::string_view name;
@@ -48,19 +47,17 @@ size_t decodeOne(std::string_view text, std::string &out) {
   if (ref.size() >= 2 && ref[0] == '#') {
     bool hex = ref[1] == 'x' || ref[1] == 'X';
     std::string digits(ref.substr(hex ? 2 : 1));
-    if (digits.empty())
-      return 0;
+    if (digits.empty()) return 0;
     char *end = nullptr;
     unsigned long code = std::strtoul(digits.c_str(), &end, hex ? 16 : 10);
-    if (*end != '\0' || code == 0 || code > 0x10FFFF)
-      return 0;
+    if (*end != '\0' || code == 0 || code > 0x10FFFF) return 0;
     appendUtf8(out, code);
     return semi + 1;
   }
   return 0;
 }
 
-} // namespace
+}  // namespace
 
 std::string xmlDecode(std::string_view text) {
   std::string out;
@@ -107,8 +104,7 @@ std::string fieldEscape(std::string_view text) {
 }
 
 std::string fieldUnescape(std::string_view text) {
-  if (text.find('\\') == std::string_view::npos)
-    return std::string(text);
+  if (text.find('\\') == std::string_view::npos) return std::string(text);
   std::string out;
   out.reserve(text.size());
   for (size_t i = 0; i < text.size(); ++i) {
@@ -144,29 +140,23 @@ uint32_t zidOf(std::string_view path) {
 }
 
 bool isDigits(std::string_view text) {
-  if (text.empty())
-    return false;
+  if (text.empty()) return false;
   for (char c : text)
-    if (c < '0' || c > '9')
-      return false;
+    if (c < '0' || c > '9') return false;
   return true;
 }
 
 bool readFile(const std::string &path, std::string &out) {
   int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0)
-    return false;
+  if (fd < 0) return false;
   out.clear();
   struct stat st;
-  if (::fstat(fd, &st) == 0 && st.st_size > 0)
-    out.reserve(static_cast<size_t>(st.st_size) + 1);
+  if (::fstat(fd, &st) == 0 && st.st_size > 0) out.reserve(static_cast<size_t>(st.st_size) + 1);
   char buf[65536];
   for (;;) {
     ssize_t n = ::read(fd, buf, sizeof buf);
-    if (n < 0 && errno == EINTR)
-      continue;
-    if (n <= 0)
-      break;
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) break;
     out.append(buf, static_cast<size_t>(n));
   }
   ::close(fd);
@@ -176,13 +166,11 @@ bool readFile(const std::string &path, std::string &out) {
 bool writeFileAtomic(const std::string &path, std::string_view data) {
   std::string tmp = path + ".tmp" + std::to_string(::getpid());
   int fd = ::open(tmp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-  if (fd < 0)
-    return false;
+  if (fd < 0) return false;
   size_t done = 0;
   while (done < data.size()) {
     ssize_t n = ::write(fd, data.data() + done, data.size() - done);
-    if (n < 0 && errno == EINTR)
-      continue;
+    if (n < 0 && errno == EINTR) continue;
     if (n <= 0) {
       ::close(fd);
       ::unlink(tmp.c_str());
@@ -200,25 +188,22 @@ bool writeFileAtomic(const std::string &path, std::string_view data) {
 
 void appendFile(const std::string &path, std::string_view data) {
   int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
-  if (fd < 0)
-    return;
+  if (fd < 0) return;
   ssize_t n = ::write(fd, data.data(), data.size());
   (void)n;
   ::close(fd);
 }
 
 bool makeDirs(const std::string &path) {
-  if (path.empty())
-    return false;
+  if (path.empty()) return false;
   for (size_t i = 1; i <= path.size(); ++i) {
     if (i == path.size() || path[i] == '/') {
       std::string part = path.substr(0, i);
-      if (::mkdir(part.c_str(), 0755) != 0 && errno != EEXIST)
-        return false;
+      if (::mkdir(part.c_str(), 0755) != 0 && errno != EEXIST) return false;
     }
   }
   struct stat st;
   return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
-} // namespace qs
+}  // namespace qs

@@ -34,8 +34,7 @@ template <class Fn> void forEachStateLine(std::string_view text, Fn fn) {
     const size_t nl = text.find('\n');
     const std::string_view line = text.substr(0, nl);
     text = nl == std::string_view::npos ? std::string_view() : text.substr(nl + 1);
-    if (!line.empty() && line[0] != '#')
-      fn(line);
+    if (!line.empty() && line[0] != '#') fn(line);
   }
 }
 
@@ -51,4 +50,4 @@ void appendFile(const std::string &path, std::string_view data);
 /// Creates a directory and its parents (like mkdir -p); false on failure.
 bool makeDirs(const std::string &path);
 
-} // namespace qs
+}  // namespace qs

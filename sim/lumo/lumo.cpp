@@ -20,24 +20,19 @@ static_assert(sizeof(Sid) == 68);
 
 bool parseSid(const char *text, Sid &sid) {
   std::memset(&sid, 0, sizeof sid);
-  if (!text || text[0] != 'S' || text[1] != '-')
-    return false;
+  if (!text || text[0] != 'S' || text[1] != '-') return false;
   const char *p = text + 2;
   char *end;
   unsigned long parts[17];
   int n = 0;
   for (;;) {
-    if (*p < '0' || *p > '9' || n == 17)
-      return false;
+    if (*p < '0' || *p > '9' || n == 17) return false;
     parts[n++] = std::strtoul(p, &end, 10);
-    if (*end == '\0')
-      break;
-    if (*end != '-')
-      return false;
+    if (*end == '\0') break;
+    if (*end != '-') return false;
     p = end + 1;
   }
-  if (n < 2 || parts[0] != 1 || n - 2 > 15)
-    return false;
+  if (n < 2 || parts[0] != 1 || n - 2 > 15) return false;
   sid.revision = 1;
   sid.count = static_cast<uint8_t>(n - 2);
   for (int i = 0; i < 6; ++i)
@@ -57,31 +52,27 @@ std::string sidText(const Sid &sid) {
   return s;
 }
 
-} // namespace
+}  // namespace
 
 extern "C" __attribute__((visibility("default"))) int lumolib_string_to_sid(const char *text,
-                                                                              void *sid) {
+                                                                            void *sid) {
   Sid s;
-  if (!sid || !parseSid(text, s))
-    return -1;
+  if (!sid || !parseSid(text, s)) return -1;
   std::memcpy(sid, &s, sizeof s);
   return 0;
 }
 
 extern "C" __attribute__((visibility("default"))) int
 lumolib_get_userinfo_from_sid(const void *sid, void *userinfo) {
-  if (!sid || !userinfo)
-    return -1;
+  if (!sid || !userinfo) return -1;
   Sid s;
   std::memcpy(&s, sid, sizeof s);
   std::string root = qs::envRoot();
-  if (root.empty() || s.revision != 1 || s.count > 15)
-    return -1;
+  if (root.empty() || s.revision != 1 || s.count > 15) return -1;
   qs::Users users;
   users.load(root + "/sim/users");
   const std::string *name = users.adNameOfSid(sidText(s));
-  if (!name)
-    return -1;
+  if (!name) return -1;
   std::memset(userinfo, 0, 4096);
   std::snprintf(static_cast<char *>(userinfo), 4096, "%s", name->c_str());
   return 0;

@@ -50,8 +50,7 @@ qs::Server &server() {
 
 void debugLog(const char *what, std::string_view detail) {
   static const char *file = std::getenv("QUILLSIM_DEBUG");
-  if (!file || !*file)
-    return;
+  if (!file || !*file) return;
   std::string line = std::string(what) + ' ' + std::string(detail) + '\n';
   qs::appendFile(file, line);
 }
@@ -61,32 +60,27 @@ constexpr std::string_view kMtab = "/etc/mtab";
 constexpr std::string_view kVolumeDir = "/_admin/Manage_QUILL/Volume/";
 
 bool isRedirected(std::string_view p) {
-  if (p.starts_with(kAdmin))
-    return p.size() == kAdmin.size() || p[kAdmin.size()] == '/';
+  if (p.starts_with(kAdmin)) return p.size() == kAdmin.size() || p[kAdmin.size()] == '/';
   return p == kMtab;
 }
 
 // An info file is generated from the volume's state when it is first looked at after a change.
 void prepareInfo(std::string_view p) {
-  if (!p.starts_with(kVolumeDir))
-    return;
+  if (!p.starts_with(kVolumeDir)) return;
   std::string_view rest = p.substr(kVolumeDir.size());
   size_t slash = rest.find('/');
-  if (slash == std::string_view::npos)
-    return;
+  if (slash == std::string_view::npos) return;
   std::string_view vol = rest.substr(0, slash), file = rest.substr(slash + 1);
   if (file == "TrusteeInfo.xml" || file == "UserInfo.xml" || file == "DirInfo.xml") {
     const unsigned long loads = server().stateLoads();
     server().prepareInfoFile(vol, file);
-    if (server().stateLoads() != loads)
-      debugLog("load", vol);
+    if (server().stateLoads() != loads) debugLog("load", vol);
   }
 }
 
 // Runs a request that was written but not yet answered.
 void answer(Channel &c) {
-  if (!c.pending)
-    return;
+  if (!c.pending) return;
   c.pending = false;
   ErrnoGuard keep;
   c.reply = server().handle(c.file, c.request);
@@ -96,14 +90,12 @@ void release(int fd) {
   Channel *c = channels[fd];
   channels[fd] = nullptr;
   qs_fd_kind[fd] = 0;
-  if (!c)
-    return;
+  if (!c) return;
   answer(*c);
   if (--c->refs == 0) {
     delete c;
     ErrnoGuard keep;
-    if (!server().fast())
-      server().flush();
+    if (!server().fast()) server().flush();
   }
 }
 
@@ -120,56 +112,45 @@ std::string processLabel() {
 // through their descriptors.
 void recordOpenDescriptors() {
   char resolved[PATH_MAX];
-  if (!realpath(root().c_str(), resolved))
-    return;
+  if (!realpath(root().c_str(), resolved)) return;
   const std::string_view base(resolved);
   DIR *dir = opendir("/proc/self/fd");
-  if (!dir)
-    return;
+  if (!dir) return;
   std::string lines;
   while (const dirent *entry = readdir(dir)) {
     char *end = nullptr;
     const long fd = std::strtol(entry->d_name, &end, 10);
-    if (end == entry->d_name || *end || fd <= 0 || fd == dirfd(dir))
-      continue;
+    if (end == entry->d_name || *end || fd <= 0 || fd == dirfd(dir)) continue;
     const std::string link = std::string("/proc/self/fd/") + entry->d_name;
     char target[PATH_MAX];
     const ssize_t n = readlink(link.c_str(), target, sizeof target);
-    if (n <= 0 || static_cast<size_t>(n) >= sizeof target)
-      continue;
+    if (n <= 0 || static_cast<size_t>(n) >= sizeof target) continue;
     std::string_view path(target, static_cast<size_t>(n));
-    if (!path.starts_with(base) || !isRedirected(path.substr(base.size())))
-      continue;
+    if (!path.starts_with(base) || !isRedirected(path.substr(base.size()))) continue;
     lines += processLabel() + ": descriptor " + std::to_string(fd) + " left open on " +
              std::string(path.substr(base.size())) + '\n';
   }
   closedir(dir);
-  if (!lines.empty())
-    qs::appendFile(root() + "/sim/leaks.log", lines);
+  if (!lines.empty()) qs::appendFile(root() + "/sim/leaks.log", lines);
 }
 
 __attribute__((destructor)) void writeBack() {
-  if (root().empty())
-    return;
+  if (root().empty()) return;
   ErrnoGuard keep;
   recordOpenDescriptors();
   for (int fd = 0; fd < QS_MAX_FD; ++fd)
-    if (channels[fd])
-      answer(*channels[fd]);
+    if (channels[fd]) answer(*channels[fd]);
   server().flush();
 }
 
-} // namespace
+}  // namespace
 
 extern "C" const char *qs_redirect(const char *path, char *buf, size_t size) {
-  if (!path || path[0] != '/')
-    return path;
+  if (!path || path[0] != '/') return path;
   std::string_view p(path);
-  if (!isRedirected(p))
-    return path;
+  if (!isRedirected(p)) return path;
   const std::string &r = root();
-  if (r.empty())
-    return path;
+  if (r.empty()) return path;
   if (r.size() + p.size() + 1 > size) {
     errno = ENAMETOOLONG;
     return nullptr;
@@ -193,10 +174,8 @@ extern "C" void qs_opened(int fd, const char *path) {
     file = CmdFile::manage;
   else
     return;
-  if (fd >= QS_MAX_FD)
-    return;
-  if (channels[fd])
-    release(fd);
+  if (fd >= QS_MAX_FD) return;
+  if (channels[fd]) release(fd);
   channels[fd] = new Channel{file, {}, {}, 0, false, 1};
   qs_fd_kind[fd] = 1;
 }
@@ -207,8 +186,7 @@ extern "C" ssize_t qs_write(int fd, const void *buf, size_t count) {
   if (!server().fast()) {
     ErrnoGuard keep;
     keep.saved = server().writeFault(data);
-    if (keep.saved)
-      return -1;
+    if (keep.saved) return -1;
     keep.saved = errno;
   }
   if (c.pos == 0 || !c.pending)
@@ -237,8 +215,7 @@ extern "C" ssize_t qs_pread(int fd, void *buf, size_t count, off_t offset) {
   if (!server().fast()) {
     ErrnoGuard keep;
     keep.saved = server().readFault(c.request);
-    if (keep.saved)
-      return -1;
+    if (keep.saved) return -1;
     keep.saved = errno;
   }
   if (offset < 0) {
@@ -246,8 +223,7 @@ extern "C" ssize_t qs_pread(int fd, void *buf, size_t count, off_t offset) {
     return -1;
   }
   size_t at = static_cast<size_t>(offset);
-  if (at >= c.reply.size())
-    return 0;
+  if (at >= c.reply.size()) return 0;
   size_t n = std::min(count, c.reply.size() - at);
   std::memcpy(buf, c.reply.data() + at, n);
   return static_cast<ssize_t>(n);
@@ -256,8 +232,7 @@ extern "C" ssize_t qs_pread(int fd, void *buf, size_t count, off_t offset) {
 extern "C" ssize_t qs_read(int fd, void *buf, size_t count) {
   Channel &c = *channels[fd];
   ssize_t n = qs_pread(fd, buf, count, c.pos);
-  if (n > 0)
-    c.pos += n;
+  if (n > 0) c.pos += n;
   return n;
 }
 
@@ -280,9 +255,8 @@ extern "C" void qs_closing(int fd) { release(fd); }
 
 extern "C" void qs_created(const char *path) {
   constexpr std::string_view kTmp = "/tmp/";
-  static bool busy = false; // the record is written through the library's own open
-  if (busy || !path)
-    return;
+  static bool busy = false;  // the record is written through the library's own open
+  if (busy || !path) return;
   std::string_view p(path);
   if (!p.starts_with(kTmp) || p.size() == kTmp.size() ||
       p.find('/', kTmp.size()) != std::string_view::npos || root().empty())
@@ -294,10 +268,8 @@ extern "C" void qs_created(const char *path) {
 }
 
 extern "C" void qs_duped(int oldfd, int newfd) {
-  if (newfd < 0 || newfd >= QS_MAX_FD || !channels[oldfd])
-    return;
-  if (channels[newfd])
-    release(newfd);
+  if (newfd < 0 || newfd >= QS_MAX_FD || !channels[oldfd]) return;
+  if (channels[newfd]) release(newfd);
   channels[newfd] = channels[oldfd];
   channels[newfd]->refs++;
   qs_fd_kind[newfd] = 1;

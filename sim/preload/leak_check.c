@@ -18,8 +18,7 @@
 /* Non-zero when the dynamic symbol table of the running executable names __asan_init. */
 static int instrumented(void) {
   int fd = open("/proc/self/exe", O_RDONLY | O_CLOEXEC);
-  if (fd < 0)
-    return 1;
+  if (fd < 0) return 1;
   struct stat st;
   int found = 1; /* when in doubt, check */
   if (fstat(fd, &st) != 0 || (size_t)st.st_size < sizeof(Elf64_Ehdr)) {
@@ -29,8 +28,7 @@ static int instrumented(void) {
   size_t size = (size_t)st.st_size;
   const unsigned char *image = mmap(NULL, size, PROT_READ, MAP_PRIVATE, fd, 0);
   close(fd);
-  if (image == MAP_FAILED)
-    return found;
+  if (image == MAP_FAILED) return found;
   const Elf64_Ehdr *header = (const Elf64_Ehdr *)image;
   if (memcmp(header->e_ident, ELFMAG, SELFMAG) != 0 || header->e_ident[EI_CLASS] != ELFCLASS64 ||
       header->e_shentsize != sizeof(Elf64_Shdr) || header->e_shoff > size ||
@@ -39,8 +37,7 @@ static int instrumented(void) {
   const Elf64_Shdr *sections = (const Elf64_Shdr *)(image + header->e_shoff);
   found = 0;
   for (unsigned i = 0; i < header->e_shnum && !found; ++i) {
-    if (sections[i].sh_type != SHT_DYNSYM || sections[i].sh_link >= header->e_shnum)
-      continue;
+    if (sections[i].sh_type != SHT_DYNSYM || sections[i].sh_link >= header->e_shnum) continue;
     const Elf64_Shdr *symbols = &sections[i], *names = &sections[symbols->sh_link];
     if (symbols->sh_offset > size || symbols->sh_size > size - symbols->sh_offset ||
         names->sh_offset > size || names->sh_size > size - names->sh_offset)

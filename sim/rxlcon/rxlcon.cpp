@@ -17,20 +17,17 @@ namespace {
 
 const qs::VolumeInfo *findVolume(const std::vector<qs::VolumeInfo> &vols, std::string_view n) {
   for (const auto &v : vols)
-    if (v.name == n)
-      return &v;
+    if (v.name == n) return &v;
   return nullptr;
 }
 
 // "rwf" -> "RWF"; "none" -> ""; false for letters the RXL server has no right for.
 bool rxlRights(const std::string &text, std::string &out) {
   out.clear();
-  if (text == "none")
-    return true;
+  if (text == "none") return true;
   for (char c : text) {
     char u = static_cast<char>(c >= 'a' && c <= 'z' ? c - 32 : c);
-    if (std::string_view("ACEFMRSW").find(u) == std::string_view::npos)
-      return false;
+    if (std::string_view("ACEFMRSW").find(u) == std::string_view::npos) return false;
     out += u;
   }
   return true;
@@ -73,7 +70,7 @@ int edit(const std::string &root, const std::vector<std::string> &a) {
   return 0;
 }
 
-} // namespace
+}  // namespace
 
 int main(int argc, char **argv) {
   std::vector<std::string> a(argv + 1, argv + argc);
@@ -88,12 +85,9 @@ int main(int argc, char **argv) {
   qs::appendFile(root + "/sim/rxlcon.log", line + '\n');
 
   for (const qs::Fault &f : qs::loadFaults(root)) {
-    if (f.kind != "rxlcon")
-      continue;
-    if (f.value == "silent")
-      return 0;
-    if (f.value == "exit")
-      return std::atoi(f.description.c_str());
+    if (f.kind != "rxlcon") continue;
+    if (f.value == "silent") return 0;
+    if (f.value == "exit") return std::atoi(f.description.c_str());
     if (f.value == "signal") {
       int sig = std::atoi(f.description.c_str());
       std::signal(sig, SIG_DFL);
@@ -103,8 +97,7 @@ int main(int argc, char **argv) {
   }
 
   if (a.size() == 2 && a[0] == "volume") {
-    if (findVolume(qs::loadVolumes(root), a[1]))
-      return 0;
+    if (findVolume(qs::loadVolumes(root), a[1])) return 0;
     std::fprintf(stderr, "rxlcon: volume %s not found\n", a[1].c_str());
     return 2;
   }

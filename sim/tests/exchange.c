@@ -31,8 +31,8 @@ int main(int argc, char **argv) {
     printf("open failed: %s\n", strerror(errno));
     return 1;
   }
-  ssize_t n = usePread ? pwrite(fd, request, len, 0)
-                       : (lseek(fd, 0, SEEK_SET), write(fd, request, len));
+  ssize_t n =
+      usePread ? pwrite(fd, request, len, 0) : (lseek(fd, 0, SEEK_SET), write(fd, request, len));
   if (n < 0) {
     printf("write failed: %s\n", strerror(errno));
     close(fd);
@@ -52,8 +52,7 @@ int main(int argc, char **argv) {
       close(fd);
       return 1;
     }
-    if (n == 0)
-      break;
+    if (n == 0) break;
     fwrite(buf, 1, (size_t)n, stdout);
     at += n;
   }

@@ -9,7 +9,8 @@ int main(int argc, char **argv) {
     printf("cannot load: %s\n", dlerror());
     return 1;
   }
-  int (*toSid)(const char *, void *) = (int (*)(const char *, void *))dlsym(lib, "lumolib_string_to_sid");
+  int (*toSid)(const char *, void *) =
+      (int (*)(const char *, void *))dlsym(lib, "lumolib_string_to_sid");
   int (*info)(const void *, void *) =
       (int (*)(const void *, void *))dlsym(lib, "lumolib_get_userinfo_from_sid");
   if (!toSid || !info) {

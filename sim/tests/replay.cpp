@@ -18,8 +18,7 @@ int refused = 0;
 std::string slurp(const std::string &path) {
   std::string out;
   int fd = open(path.c_str(), O_RDONLY);
-  if (fd < 0)
-    return out;
+  if (fd < 0) return out;
   char buf[65536];
   ssize_t n;
   while ((n = read(fd, buf, sizeof buf)) > 0)
@@ -35,12 +34,10 @@ std::string sections(const std::string &vol) {
     std::string t = slurp("/_admin/Manage_QUILL/Volume/" + vol + "/" + f);
     for (const char *w : {"<quillReply>", "</quillReply>"}) {
       size_t p = t.find(w);
-      if (p != std::string::npos)
-        t.erase(p, std::string(w).size() + 1);
+      if (p != std::string::npos) t.erase(p, std::string(w).size() + 1);
     }
     size_t a = t.find("<result value="), b = t.find("</result>", a);
-    if (a != std::string::npos && b != std::string::npos)
-      t.erase(a, b + 10 - a);
+    if (a != std::string::npos && b != std::string::npos) t.erase(a, b + 10 - a);
     out += t;
   }
   return out;
@@ -52,15 +49,13 @@ std::string mountOf(const std::string &vol) {
   while (mntent *e = m ? getmntent(m) : nullptr)
     if (std::string(e->mnt_type) == "quillvol" && std::string(e->mnt_fsname) == vol)
       dir = e->mnt_dir;
-  if (m)
-    endmntent(m);
+  if (m) endmntent(m);
   return dir;
 }
 
 void send(int fd, const std::string &request) {
   lseek(fd, 0, SEEK_SET);
-  if (write(fd, request.data(), request.size()) < 0)
-    return;
+  if (write(fd, request.data(), request.size()) < 0) return;
   lseek(fd, 0, SEEK_SET);
   std::string reply;
   char buf[4096];
@@ -83,8 +78,7 @@ void restore(const std::string &doc, const std::string &vol, const std::string &
   for (std::sregex_iterator f(doc.begin(), doc.end(), file), end; f != end; ++f) {
     std::string body = (*f)[1], full;
     std::smatch pm;
-    if (std::regex_search(body, pm, path))
-      full = mount + pm[1].str();
+    if (std::regex_search(body, pm, path)) full = mount + pm[1].str();
     for (std::sregex_iterator t(body.begin(), body.end(), trustee); t != end; ++t) {
       bool ad = (*t)[1].matched;
       send(fd, kFile + "<trustees><addTrustee" +
@@ -96,14 +90,14 @@ void restore(const std::string &doc, const std::string &vol, const std::string &
     }
     std::smatch im;
     if (std::regex_search(body, im, irf))
-      send(fd, kFile + "<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>" +
-                   im[1].str() + "</inheritedRightsFilter><fileName>" + full +
-                   "</fileName><gemelPath/></modifyInheritedRightsFilter></trustees></fileRequest>");
+      send(fd,
+           kFile + "<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>" + im[1].str() +
+               "</inheritedRightsFilter><fileName>" + full +
+               "</fileName><gemelPath/></modifyInheritedRightsFilter></trustees></fileRequest>");
   }
   std::regex dir("<directory>.*?<path>(.*?)</path>.*?<quotaAmount>(.*?)</quotaAmount></directory>");
   for (std::sregex_iterator d(doc.begin(), doc.end(), dir), end; d != end; ++d) {
-    if ((*d)[2].str() == kNoQuota)
-      continue;
+    if ((*d)[2].str() == kNoQuota) continue;
     std::string name = mount + (*d)[1].str();
     for (char &c : name)
       c = c == '\\' ? '/' : c;
@@ -113,10 +107,10 @@ void restore(const std::string &doc, const std::string &vol, const std::string &
   }
   close(fd);
   fd = open("/_admin/Manage_QUILL/manage.cmd", O_RDWR);
-  std::regex user("<user( type=\"adID\")?>.*?<quotaAmount>(.*?)</quotaAmount><name>(.*?)</name></user>");
+  std::regex user(
+      "<user( type=\"adID\")?>.*?<quotaAmount>(.*?)</quotaAmount><name>(.*?)</name></user>");
   for (std::sregex_iterator u(doc.begin(), doc.end(), user), end; u != end; ++u) {
-    if ((*u)[2].str() == kNoQuota)
-      continue;
+    if ((*u)[2].str() == kNoQuota) continue;
     send(fd, kVol + "<userSpaceRestrictions><set" + ((*u)[1].matched ? " type=\"adID\"" : "") +
                  "><volumeName>" + vol + "</volumeName><userName>" + (*u)[3].str() +
                  "</userName><quota>" + (*u)[2].str() +
@@ -125,7 +119,7 @@ void restore(const std::string &doc, const std::string &vol, const std::string &
   close(fd);
 }
 
-} // namespace
+}  // namespace
 
 int main(int argc, char **argv) {
   if (argc != 3) {

@@ -31,28 +31,24 @@ static void check(const char *what, int landedInSandbox) {
 }
 
 static int fdOk(int fd) {
-  if (fd < 0)
-    return 0;
+  if (fd < 0) return 0;
   close(fd);
   return 1;
 }
 
 static int fileOk(FILE *f) {
-  if (!f)
-    return 0;
+  if (!f) return 0;
   fclose(f);
   return 1;
 }
 
 /* The mount table read through a stream: does it list a quillvol entry? */
 static int streamHasQuill(FILE *f) {
-  if (!f)
-    return 0;
+  if (!f) return 0;
   char line[4096];
   int found = 0;
   while (fgets(line, sizeof line, f))
-    if (strstr(line, " quillvol "))
-      found = 1;
+    if (strstr(line, " quillvol ")) found = 1;
   fclose(f);
   return found;
 }
@@ -103,8 +99,7 @@ int main(int argc, char **argv) {
   check("eaccess", eaccess(kMarker, F_OK) == 0);
   DIR *d = opendir("/_admin");
   check("opendir", d != NULL);
-  if (d)
-    closedir(d);
+  if (d) closedir(d);
 
   /* The stat family of older programs, where this libc still has it. */
   xstat_fn xs = (xstat_fn)dlsym(RTLD_DEFAULT, "__xstat");
@@ -130,10 +125,8 @@ int main(int argc, char **argv) {
           struct mntent ent;
           char buf[4096];
           while (m && getmntent_r(m, &ent, buf, sizeof buf))
-            if (strcmp(ent.mnt_type, "quillvol") == 0)
-              found = 1;
-          if (m)
-            endmntent(m);
+            if (strcmp(ent.mnt_type, "quillvol") == 0) found = 1;
+          if (m) endmntent(m);
           found;
         }));
   int fd = open("/etc/mtab", O_RDONLY);
@@ -152,7 +145,6 @@ int main(int argc, char **argv) {
     failures++;
   }
 
-  if (failures == 0)
-    printf("ok\n");
+  if (failures == 0) printf("ok\n");
   return failures ? 1 : 0;
 }

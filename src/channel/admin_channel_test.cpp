@@ -16,7 +16,7 @@ namespace {
 using savetest::TempDir;
 
 class AdminChannel : public testing::Test {
- protected:
+protected:
   void SetUp() override {
     resetAdminChannel();
     freeReplyBuffer();
@@ -295,7 +295,7 @@ namespace {
 
 // An exchange over a command file that keeps its reply first: the request is appended to it.
 class AdminExchange : public AdminChannel {
- protected:
+protected:
   void useReplyKeptFirst(const std::string &text) {
     dir_.write("files.cmd", text);
     adminFd = open(dir_.file("files.cmd").c_str(), O_RDWR | O_APPEND);

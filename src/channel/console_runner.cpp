@@ -28,7 +28,7 @@ void discardStream(FILE *stream) {
   static_cast<void>(reopened);
 }
 
-} // namespace
+}  // namespace
 
 int runCommand(const char *file, char *const argv[], char *tempName) {
   if (tempName != nullptr)

@@ -196,4 +196,4 @@ TEST_F(ConsoleRunner, PlantedLinkMakesTheChildContinueWithMinusTwo) {
   EXPECT_FALSE(exists(target));
 }
 
-} // namespace
+}  // namespace

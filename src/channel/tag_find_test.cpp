@@ -12,14 +12,14 @@ namespace {
 // A text copied to the end of a buffer of its own size, so that a read past its end is caught
 // by the address sanitizer.
 class ExactText {
- public:
+public:
   explicit ExactText(const std::string &text)
       : bytes_(std::make_unique<char[]>(text.size() + 1)), size_(text.size()) {
     text.copy(bytes_.get(), text.size());
   }
   std::string_view view() const { return {bytes_.get(), size_}; }
 
- private:
+private:
   std::unique_ptr<char[]> bytes_;
   std::size_t size_;
 };
@@ -50,9 +50,16 @@ TEST(FindTag, ShortTagsAndStartsPastTheEndAreAnswered) {
 
 TEST(FindTag, AgreesWithAPlainSearchOnRandomTexts) {
   std::mt19937 random(20261121);
-  const std::vector<std::string> tags = {"<name>", "</name>", "<result value=\"", "<n",
-                                         "<description>", "</description>", "<addTrustee>",
-                                         "<a", "<<", "<name>x<name>y"};
+  const std::vector<std::string> tags = {"<name>",
+                                         "</name>",
+                                         "<result value=\"",
+                                         "<n",
+                                         "<description>",
+                                         "</description>",
+                                         "<addTrustee>",
+                                         "<a",
+                                         "<<",
+                                         "<name>x<name>y"};
   const std::string alphabet = "<<<<nname>/aed\"xy";
   int differences = 0;
   for (int round = 0; round < 20000; ++round) {

@@ -15,14 +15,12 @@ int parseMask(const char *mask, int *trustees, int *userQuotas, int *dirQuotas,
   }
   for (const char *letter = mask; *letter != '\0'; ++letter) {
     switch (*letter) {
-      case 't': *trustees = 1; break;
-      case 'u': *userQuotas = 1; break;
-      case 'd': *dirQuotas = 1; break;
-      case 'r': *removeInvalid = 1; break;
-      case 'a': *trustees = *userQuotas = *dirQuotas = *removeInvalid = 1; break;
-      default:
-        std::fprintf(stderr, "Unknown metadata type in the mask: %c\n", *letter);
-        return -1;
+    case 't': *trustees = 1; break;
+    case 'u': *userQuotas = 1; break;
+    case 'd': *dirQuotas = 1; break;
+    case 'r': *removeInvalid = 1; break;
+    case 'a': *trustees = *userQuotas = *dirQuotas = *removeInvalid = 1; break;
+    default: std::fprintf(stderr, "Unknown metadata type in the mask: %c\n", *letter); return -1;
     }
   }
   return 0;

@@ -11,7 +11,7 @@
 namespace {
 
 class Options : public testing::Test {
- protected:
+protected:
   void SetUp() override { resetRunSettings(); }
 };
 
@@ -97,7 +97,8 @@ TEST_F(Options, UpperCaseUserTypesAreUnknown) {
   for (const char *type : {"AD", "Arbor", "ARBOR", "", "ad "}) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(parseUserType(1, type, false), -1);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), std::string("Unknown user type : ") + type + "\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              std::string("Unknown user type : ") + type + "\n");
   }
 }
 

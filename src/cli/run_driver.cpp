@@ -113,54 +113,54 @@ constexpr struct option kLongOptions[] = {
 // Applies one option. Returns kKeepParsing, kDoneSuccessfully (help, version) or an exit status.
 int applyOption(int option, RunOptions &run) {
   switch (option) {
-    case 'a': showActions = 1; return kKeepParsing;
-    case 'd': debug = 1; return kKeepParsing;
-    case 'k': reflectOnGemel = 0; return kKeepParsing;
-    case 'n': run.rxl = 1; return kKeepParsing;
-    case 'w': run.fromKestrel = 1; return kKeepParsing;
-    case 'h': printUsage(run.programName); return kDoneSuccessfully;
-    case 'v': printVersion(); return kDoneSuccessfully;
-    case 'm': __strcpy_chk(run.mask, optarg, sizeof run.mask); return kKeepParsing;
-    case 'p':
-      std::free(run.path);
-      run.path = normalisePathOption(optarg);
-      if (run.path == nullptr) {
-        std::fprintf(stderr, "Unable to allocate memory.\n");
-        return kStatusNoMemory;
-      }
-      return kKeepParsing;
-    case 'u':
-      if (run.userTypeGiven) {
-        std::fprintf(stderr, "Multiple user type option is not allowed.\n");
-        return kStatusUsage;
-      }
-      run.userTypeGiven = 1;
-      run.userType = optarg;
-      // Only checked when -n came first; "-u ad -n" passes here.
-      if (run.rxl && std::strcmp(optarg, "ad") == 0) {
-        std::fprintf(stderr, "Option '-u ad' cannot be used with the option '-n' \n");
-        return kStatusUsage;
-      }
-      return kKeepParsing;
-    case 'f':
-      if (run.filterCompiled) regfree(&run.filter);
-      run.filterCompiled = 0;
-      if (regcomp(&run.filter, optarg, REG_NOSUB) != 0) {
-        std::fprintf(stderr, "Error parsing the regular expression.\n");
-        return kStatusNoMemory;
-      }
-      run.filterCompiled = 1;
-      return kKeepParsing;
-    case 'r': return keepCopy(run.prefix, optarg);
-    case 't': return keepCopy(run.tree, optarg);
-    case ':':
-    case '?':
-      std::fprintf(stderr, "Try '%s --help' for more information.\n", run.programName);
+  case 'a': showActions = 1; return kKeepParsing;
+  case 'd': debug = 1; return kKeepParsing;
+  case 'k': reflectOnGemel = 0; return kKeepParsing;
+  case 'n': run.rxl = 1; return kKeepParsing;
+  case 'w': run.fromKestrel = 1; return kKeepParsing;
+  case 'h': printUsage(run.programName); return kDoneSuccessfully;
+  case 'v': printVersion(); return kDoneSuccessfully;
+  case 'm': __strcpy_chk(run.mask, optarg, sizeof run.mask); return kKeepParsing;
+  case 'p':
+    std::free(run.path);
+    run.path = normalisePathOption(optarg);
+    if (run.path == nullptr) {
+      std::fprintf(stderr, "Unable to allocate memory.\n");
+      return kStatusNoMemory;
+    }
+    return kKeepParsing;
+  case 'u':
+    if (run.userTypeGiven) {
+      std::fprintf(stderr, "Multiple user type option is not allowed.\n");
       return kStatusUsage;
-    default:
-      std::fprintf(stderr, "Invalid option \"%c\".\nTry '%s --help' for more information.\n",
-                   option, run.programName);
+    }
+    run.userTypeGiven = 1;
+    run.userType = optarg;
+    // Only checked when -n came first; "-u ad -n" passes here.
+    if (run.rxl && std::strcmp(optarg, "ad") == 0) {
+      std::fprintf(stderr, "Option '-u ad' cannot be used with the option '-n' \n");
       return kStatusUsage;
+    }
+    return kKeepParsing;
+  case 'f':
+    if (run.filterCompiled) regfree(&run.filter);
+    run.filterCompiled = 0;
+    if (regcomp(&run.filter, optarg, REG_NOSUB) != 0) {
+      std::fprintf(stderr, "Error parsing the regular expression.\n");
+      return kStatusNoMemory;
+    }
+    run.filterCompiled = 1;
+    return kKeepParsing;
+  case 'r': return keepCopy(run.prefix, optarg);
+  case 't': return keepCopy(run.tree, optarg);
+  case ':':
+  case '?':
+    std::fprintf(stderr, "Try '%s --help' for more information.\n", run.programName);
+    return kStatusUsage;
+  default:
+    std::fprintf(stderr, "Invalid option \"%c\".\nTry '%s --help' for more information.\n", option,
+                 run.programName);
+    return kStatusUsage;
   }
 }
 
@@ -196,9 +196,8 @@ int runSave(RunOptions &run) {
   std::snprintf(run.infoDir, infoDirSize, "%s%s/", kInfoDirectoryBase, run.volume);
   struct stat info;
   if (stat(run.infoDir, &info) != 0) {
-    std::fprintf(stderr,
-                 "Unable to find the info file for this volume.\n"
-                 "The volume may not be found or QUILL may not be running\n");
+    std::fprintf(stderr, "Unable to find the info file for this volume.\n"
+                         "The volume may not be found or QUILL may not be running\n");
     return kStatusUsage;
   }
   if (run.rxl) {

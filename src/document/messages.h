@@ -7,13 +7,13 @@
 #include <cstdio>
 
 class MessageQueue {
- public:
+public:
   // Takes the text of one message for `stream` (stdout or stderr).
   virtual void addMessage(std::FILE *stream, const char *text, std::size_t length) = 0;
   // Hands everything queued so far over at once: the thread may now wait, for input for example.
   virtual void handOver() = 0;
 
- protected:
+protected:
   ~MessageQueue() = default;
 };
 

@@ -10,7 +10,7 @@
 namespace {
 
 class CollectedMessages final : public MessageQueue {
- public:
+public:
   void addMessage(std::FILE *stream, const char *text, std::size_t length) override {
     messages.emplace_back(stream, std::string(text, length));
   }
@@ -21,7 +21,7 @@ class CollectedMessages final : public MessageQueue {
 };
 
 class Messages : public testing::Test {
- protected:
+protected:
   void TearDown() override { queueMessagesOfThisThread(nullptr); }
 };
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 
 class OpenIndex {
- public:
+public:
   static constexpr std::size_t kNone = ~std::size_t{0};
 
   // The first '<' of data at or after `from`, looking no further than `loaded` (and reading
@@ -32,7 +32,7 @@ class OpenIndex {
   // The buffer's contents have moved: forget everything.
   void forget() { next_ = count_ = indexedTo_ = 0; }
 
- private:
+private:
   bool indexMore(const char *data, std::size_t loaded, std::size_t from);
 
   static constexpr std::size_t kCapacity = 2048;

@@ -26,7 +26,8 @@ std::string expectedOpens(const std::string &text, std::size_t from, std::size_t
 
 TEST(OpenIndex, GivesEveryOpenOfTheWholeBlocksInOrder) {
   std::string text(1000, 'x');
-  for (std::size_t at : {0, 5, 63, 64, 65, 127, 128, 500, 959, 960, 999}) text[at] = '<';
+  for (std::size_t at : {0, 5, 63, 64, 65, 127, 128, 500, 959, 960, 999})
+    text[at] = '<';
   OpenIndex index;
   // The last 40 bytes do not make a whole block: they are left until more is loaded.
   EXPECT_EQ(opensOf(index, text), expectedOpens(text, 0, 960));
@@ -34,7 +35,8 @@ TEST(OpenIndex, GivesEveryOpenOfTheWholeBlocksInOrder) {
 
 TEST(OpenIndex, StartsFromWhereItIsAsked) {
   std::string text(640, 'a');
-  for (std::size_t at = 3; at < 640; at += 7) text[at] = '<';
+  for (std::size_t at = 3; at < 640; at += 7)
+    text[at] = '<';
   OpenIndex index;
   // Whole blocks from there: 300 + 5 * 64 = 620.
   EXPECT_EQ(opensOf(index, text, 300), expectedOpens(text, 300, 620));

@@ -18,7 +18,8 @@ const Right *rightNamed(const char *name, std::size_t length) {
 
 const Right *rightForUpperLetter(char letter) {
   for (const Right &right : kRights)
-    if (right.element != nullptr && std::toupper(static_cast<unsigned char>(right.letter)) == letter)
+    if (right.element != nullptr &&
+        std::toupper(static_cast<unsigned char>(right.letter)) == letter)
       return &right;
   return nullptr;
 }
@@ -37,7 +38,8 @@ int rightsToLetters(const char *elements, char *letters, std::size_t lettersSize
     // The name runs from after '<' to the next '/', whatever lies between.
     const std::size_t nameStart = i + 1;
     std::size_t slash = nameStart;
-    while (elements[slash] != '\0' && elements[slash] != '/') ++slash;
+    while (elements[slash] != '\0' && elements[slash] != '/')
+      ++slash;
     if (elements[slash] == '\0') break;
     const std::size_t nameLength = slash - nameStart;
     if (nameLength <= kLongestRightName) {
@@ -70,7 +72,8 @@ void convertRxlRights(const char *text, int length, char *letters, char *element
   std::size_t elementsLength = 0;
   for (int i = 0; i < length; ++i) {
     const char c = text[i];
-    const Right *right = std::isupper(static_cast<unsigned char>(c)) ? rightForUpperLetter(c) : nullptr;
+    const Right *right =
+        std::isupper(static_cast<unsigned char>(c)) ? rightForUpperLetter(c) : nullptr;
     if (right == nullptr) {
       std::fprintf(stderr, "Ignoring \"%c\" during rights conversion\n", c);
       continue;

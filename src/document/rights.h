@@ -28,7 +28,8 @@ inline constexpr std::size_t kRxlElementsSize = 256;
 
 // Letters of the right elements in `elements`, in input order, into `letters` (at most
 // lettersSize - 1 letters, NUL-terminated). Returns the count written.
-int rightsToLetters(const char *elements, char *letters, std::size_t lettersSize = kRightsLettersSize);
+int rightsToLetters(const char *elements, char *letters,
+                    std::size_t lettersSize = kRightsLettersSize);
 
 // The element text for a report letter (either case), or null after "Invalid access right : %c".
 const char *rightLetterToElement(char letter);

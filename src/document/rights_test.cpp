@@ -20,14 +20,18 @@ TEST(RightsToLetters, ReadWriteFileScanGivesRwfAndThree) {
 
 TEST(RightsToLetters, LettersComeInInputOrder) { EXPECT_EQ(letters("<fileScan/><read/>"), "fr"); }
 
-TEST(RightsToLetters, RepeatedRightGivesRepeatedLetter) { EXPECT_EQ(letters("<read/><read/>"), "rr"); }
+TEST(RightsToLetters, RepeatedRightGivesRepeatedLetter) {
+  EXPECT_EQ(letters("<read/><read/>"), "rr");
+}
 
 TEST(RightsToLetters, ElementNamesAreCaseSensitive) {
   EXPECT_EQ(letters("<READ/>"), "");
   EXPECT_EQ(letters("<Read/>"), "");
 }
 
-TEST(RightsToLetters, SalvageAndSecureHaveLetters) { EXPECT_EQ(letters("<salvage/><secure/>"), "vx"); }
+TEST(RightsToLetters, SalvageAndSecureHaveLetters) {
+  EXPECT_EQ(letters("<salvage/><secure/>"), "vx");
+}
 
 TEST(RightsToLetters, EmptyRunGivesEmptyStringAndZero) {
   char out[kRightsLettersSize] = "junk";
@@ -64,7 +68,8 @@ TEST(RightsToLetters, OverlongNameMatchesNothing) {
 
 TEST(RightsToLetters, OutputIsCutAtTheBufferSize) {
   std::string many;
-  for (int i = 0; i < 100; ++i) many += "<read/>";
+  for (int i = 0; i < 100; ++i)
+    many += "<read/>";
   char out[kRightsLettersSize];
   EXPECT_EQ(rightsToLetters(many.c_str(), out), 63);
   EXPECT_EQ(std::string(out), std::string(63, 'r'));
@@ -112,8 +117,7 @@ Rxl rxl(const std::string &text) {
 TEST(ConvertRxlRights, AllSevenLettersInOrder) {
   Rxl r = rxl("RWCEMFA");
   EXPECT_EQ(r.letters, "rwcemfa");
-  EXPECT_EQ(r.elements,
-            "<read/><write/><create/><erase/><modify/><fileScan/><accessControl/>");
+  EXPECT_EQ(r.elements, "<read/><write/><create/><erase/><modify/><fileScan/><accessControl/>");
   EXPECT_EQ(r.messages, "");
 }
 
@@ -129,7 +133,8 @@ TEST(ConvertRxlRights, FortySupervisorsStopAt32LettersAnd19Elements) {
   Rxl r = rxl(std::string(40, 'S'));
   EXPECT_EQ(r.letters, std::string(32, 's'));
   std::string expected;
-  for (int i = 0; i < 19; ++i) expected += "<supervisor/>";
+  for (int i = 0; i < 19; ++i)
+    expected += "<supervisor/>";
   EXPECT_EQ(r.elements, expected);
   EXPECT_EQ(r.elements.size(), 247u);
 }

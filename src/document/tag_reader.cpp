@@ -198,8 +198,7 @@ constexpr std::size_t kStepReach = 256;
   // A target inside the window with a whole window and more loaded past it implies a whole
   // window now.
   const std::size_t open = input.opens.peek();
-  if (open < input.position || open >= end ||
-      input.loaded < open + kInputWindowSize + kStepReach)
+  if (open < input.position || open >= end || input.loaded < open + kInputWindowSize + kStepReach)
     return kNone;
   return open;
 }
@@ -298,9 +297,9 @@ inline std::size_t readAttributes(std::size_t at, char *name, std::size_t &lengt
   const std::size_t nameStart = open + 1 + endTag;
   // The name runs up to '>', '/', a blank or a NUL byte, all of them at most '>': look at those
   // bytes only. Names of more than 31 bytes go the general way.
-  std::uint32_t candidates =
-      bytes16::atMost(loadAt(nameStart), '>') |
-      bytes16::atMost(loadAt(nameStart + bytes16::kSize), '>') << bytes16::kSize;
+  std::uint32_t candidates = bytes16::atMost(loadAt(nameStart), '>') |
+                             bytes16::atMost(loadAt(nameStart + bytes16::kSize), '>')
+                                 << bytes16::kSize;
   std::size_t length = 0;
   for (;; candidates &= candidates - 1) {
     if (candidates == 0) return FastStep::general;
@@ -639,8 +638,7 @@ inline bool passEndTagFast(std::string_view name) {
   if (tag[1] != '/' || tag[2 + name.size()] != '>') return false;
   // The same bytes, none of them one that ends a name (the fast step would stop there).
   for (std::size_t at = 0; at < name.size(); ++at)
-    if (tag[2 + at] != name[at] ||
-        kNameClass[static_cast<unsigned char>(name[at])] != kNameByte)
+    if (tag[2 + at] != name[at] || kNameClass[static_cast<unsigned char>(name[at])] != kNameByte)
       return false;
   shiftTo(open);
   input.opens.pass();

@@ -58,7 +58,8 @@ void appendName(char *name, int &length, char c) {
 int readTagUntraced(char *name, unsigned long *isEndTag) {
   if (pendingEmptyEnd) {
     int length = 0;
-    for (int i = position; i < emptyEndPosition; ++i) appendName(name, length, buffer[i]);
+    for (int i = position; i < emptyEndPosition; ++i)
+      appendName(name, length, buffer[i]);
     name[length] = '\0';
     position = emptyEndPosition + 2 < count ? emptyEndPosition + 2 : count;
     pendingEmptyEnd = false;
@@ -108,7 +109,8 @@ int readTagUntraced(char *name, unsigned long *isEndTag) {
           if (std::isspace(static_cast<unsigned char>(buffer[position]))) {
             blankSeen = true;
             if (at(position + 1, "type=\"adID\"")) {
-              for (int i = 0; i < 12; ++i) appendName(name, length, buffer[position + i]);
+              for (int i = 0; i < 12; ++i)
+                appendName(name, length, buffer[position + i]);
               position += 12;
               continue;
             }

@@ -17,7 +17,7 @@ using namespace testing_support;
 namespace {
 
 class TagReaderTest : public testing::Test {
- public:
+public:
   void SetUp() override { resetProcessState(); }
   void TearDown() override {
     if (inputFd > 0) close(inputFd);
@@ -42,7 +42,8 @@ class TagReaderTest : public testing::Test {
   // The whole tag stream up to the end of input.
   std::string stream() {
     std::string all;
-    for (std::string tag; (tag = next())[0] != '#';) all += tag + " ";
+    for (std::string tag; (tag = next())[0] != '#';)
+      all += tag + " ";
     return all;
   }
 
@@ -227,7 +228,8 @@ TEST_F(TagReaderTest, ContentsThatFillTheFieldExactlyAreNotTooLong) {
 
 TEST_F(TagReaderTest, CdataTextRunsPastTheWindowUntilTheFieldStopsIt) {
   std::string inside;
-  for (int i = 0; i < 3000; ++i) inside += "<x>";
+  for (int i = 0; i < 3000; ++i)
+    inside += "<x>";
   input("<path><![CDATA[" + inside + "]]></path><after>");
   EXPECT_EQ(next(), "path");
   bool tooLong = false;
@@ -430,23 +432,22 @@ TEST_F(TagReaderTest, ReadErrorIsReportedWithErrno) {
   EXPECT_EQ(readContents(text, sizeof text), EISDIR);
   output.finish();
   EXPECT_STREQ(text, "");
-  EXPECT_EQ(output.err,
-            "Error Is a directory reading the input file.\n"
-            "Error Is a directory reading the input file.\n");
+  EXPECT_EQ(output.err, "Error Is a directory reading the input file.\n"
+                        "Error Is a directory reading the input file.\n");
 }
 
 TEST_F(TagReaderTest, DebugTraceShowsEveryResult) {
   input("<a/><b x='1'>");
   debug = 1;
   Output output;
-  for (int i = 0; i < 5; ++i) next();
+  for (int i = 0; i < 5; ++i)
+    next();
   output.finish();
-  EXPECT_EQ(output.out,
-            "**test** ccode=0  endtag=0  tag=a\n"
-            "**test** ccode=0  endtag=1  tag=a\n"
-            "**test** ccode=0  endtag=0  tag=b\n"
-            "**test** ccode=0  endtag=0  tag=b\n"
-            "**test** ccode=-99  endtag=0  tag=\n");
+  EXPECT_EQ(output.out, "**test** ccode=0  endtag=0  tag=a\n"
+                        "**test** ccode=0  endtag=1  tag=a\n"
+                        "**test** ccode=0  endtag=0  tag=b\n"
+                        "**test** ccode=0  endtag=0  tag=b\n"
+                        "**test** ccode=-99  endtag=0  tag=\n");
 }
 
 TEST_F(TagReaderTest, GoPastEndTagAndGetRightsTraceWithTheirOwnLabels) {
@@ -459,13 +460,12 @@ TEST_F(TagReaderTest, GoPastEndTagAndGetRightsTraceWithTheirOwnLabels) {
   next();
   goPastEndTag("s");
   output.finish();
-  EXPECT_EQ(output.out,
-            "**test** ccode=0  endtag=0  tag=r\n"
-            "**getRights** ccode=0  endtag=0  tag=read\n"
-            "**getRights** ccode=0  endtag=1  tag=read\n"
-            "**getRights** ccode=0  endtag=1  tag=r\n"
-            "**test** ccode=0  endtag=0  tag=s\n"
-            "**goPastEndTag** ccode=0  endtag=1  tag=s\n");
+  EXPECT_EQ(output.out, "**test** ccode=0  endtag=0  tag=r\n"
+                        "**getRights** ccode=0  endtag=0  tag=read\n"
+                        "**getRights** ccode=0  endtag=1  tag=read\n"
+                        "**getRights** ccode=0  endtag=1  tag=r\n"
+                        "**test** ccode=0  endtag=0  tag=s\n"
+                        "**goPastEndTag** ccode=0  endtag=1  tag=s\n");
 }
 
 TEST_F(TagReaderTest, ReadsFromAPipeDeliveringOneByteAtATime) {

@@ -18,7 +18,8 @@ constexpr Entity kEntities[] = {
 
 // The walk cannot step over an '&' that begins no known reference: it stays there for good.
 [[noreturn]] void staySteppingOnAmpersand() {
-  for (;;) pause();
+  for (;;)
+    pause();
 }
 
 }  // namespace
@@ -84,7 +85,8 @@ bool replaceTreeName(char *name, const char *tree, std::size_t capacity) {
   const std::size_t length = std::strlen(name);
   if (length < 3 || name[length - 1] != '.') return true;
   std::size_t dot = length - 2;
-  while (dot >= 1 && name[dot] != '.') --dot;
+  while (dot >= 1 && name[dot] != '.')
+    --dot;
   if (dot == 0) return true;
   const std::size_t treeLength = std::strlen(tree);
   if (dot + 1 + treeLength + 1 + 1 > capacity) return false;

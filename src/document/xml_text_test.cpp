@@ -99,9 +99,13 @@ TEST(ToTypelessName, TypedNameWithLeadingDot) {
   EXPECT_EQ(typeless(".cn=admin.ou=sales.o=corp"), "admin.sales.corp");
 }
 
-TEST(ToTypelessName, TypedNameWithoutLeadingDot) { EXPECT_EQ(typeless("cn=admin.corp"), "admin.corp"); }
+TEST(ToTypelessName, TypedNameWithoutLeadingDot) {
+  EXPECT_EQ(typeless("cn=admin.corp"), "admin.corp");
+}
 
-TEST(ToTypelessName, LeadingDotOfATypelessNameGoes) { EXPECT_EQ(typeless(".admin.corp"), "admin.corp"); }
+TEST(ToTypelessName, LeadingDotOfATypelessNameGoes) {
+  EXPECT_EQ(typeless(".admin.corp"), "admin.corp");
+}
 
 TEST(ToTypelessName, PlainNameIsUnchanged) { EXPECT_EQ(typeless("admin"), "admin"); }
 
@@ -134,7 +138,9 @@ TEST(ReplaceTreeName, NullTreeChangesNothing) { EXPECT_EQ(withTree("a.b.T.", nul
 
 TEST(ReplaceTreeName, NameOfOnlyTheTreeKeepsIt) { EXPECT_EQ(withTree("TREE.", "X"), "TREE."); }
 
-TEST(ReplaceTreeName, TwoDotsGiveTheTreeAfterTheFirst) { EXPECT_EQ(withTree("a..", "NEW"), "a.NEW."); }
+TEST(ReplaceTreeName, TwoDotsGiveTheTreeAfterTheFirst) {
+  EXPECT_EQ(withTree("a..", "NEW"), "a.NEW.");
+}
 
 TEST(ReplaceTreeName, ShortNamesAreUnchanged) {
   EXPECT_EQ(withTree("a.", "X"), "a.");

@@ -107,4 +107,4 @@ TEST(NextQuotedField, LineChangedInPlaceKeepsTheQuotedKeyword) {
   EXPECT_STREQ(line.c_str(), "\"TRUSTEE");
 }
 
-} // namespace
+}  // namespace

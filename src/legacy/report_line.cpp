@@ -12,7 +12,7 @@ namespace {
 // is the same as reading one byte per call, but the report is converted in linear time. Reading
 // ahead is safe: nothing but the conversion ever reads standard input.
 constexpr std::size_t kBlockSize = 64 * 1024;
-constexpr std::size_t kLineStep = 80; // a line buffer starts at 80 bytes and grows in steps of 80
+constexpr std::size_t kLineStep = 80;  // a line buffer starts at 80 bytes and grows in steps of 80
 
 char block[kBlockSize];
 std::size_t blockStart = 0;
@@ -42,7 +42,7 @@ char *noBuffer(char *line) {
   return nullptr;
 }
 
-} // namespace
+}  // namespace
 
 char *readReportLine() {
   for (;;) {
@@ -71,7 +71,7 @@ char *readReportLine() {
     length += count;
     blockStart = stop;
     if (stop < blockEnd) {
-      ++blockStart; // the line end is consumed, not stored
+      ++blockStart;  // the line end is consumed, not stored
       break;
     }
   } while (haveInput());

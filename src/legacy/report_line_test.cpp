@@ -101,7 +101,7 @@ TEST_F(ReadReportLine, NulByteEndsTheText) {
 
 TEST_F(ReadReportLine, ReadErrorIsTheEndOfInput) {
   const int savedStdin = dup(0);
-  close(0); // reads from descriptor 0 now fail with EBADF
+  close(0);  // reads from descriptor 0 now fail with EBADF
   char *line = readReportLine();
   dup2(savedStdin, 0);
   close(savedStdin);
@@ -109,4 +109,4 @@ TEST_F(ReadReportLine, ReadErrorIsTheEndOfInput) {
   std::free(line);
 }
 
-} // namespace
+}  // namespace

@@ -67,7 +67,7 @@ void writeWithSlashes(std::FILE *out, std::string_view piece) {
   }
 }
 
-} // namespace
+}  // namespace
 
 void RecordValue::writeTo(std::FILE *out) const {
   switch (kind_) {

@@ -145,7 +145,7 @@ private:
   std::size_t qualifiedCapacity_ = 0;
 };
 
-} // namespace
+}  // namespace
 
 int convertTrusteeReport(const char *tree, const char *outputPath, const char *prefix) {
   char *header = readReportLine();

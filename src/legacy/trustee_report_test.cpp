@@ -416,12 +416,12 @@ TEST_F(ConvertTrusteeReport, AllKindsInOneReport) {
                "<numberOfTimes>0</numberOfTimes></idNotFound></user>\n</userInfo>\n"));
 }
 
-} // namespace
+}  // namespace
 
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__)
-constexpr bool kAddressLimitWorks = false; // the sanitizer reserves far more address space
+constexpr bool kAddressLimitWorks = false;  // the sanitizer reserves far more address space
 #elif defined(__has_feature)
 #if __has_feature(address_sanitizer)
 constexpr bool kAddressLimitWorks = false;
@@ -483,4 +483,4 @@ TEST_F(ConvertTrusteeReport, LineWithoutBufferIsTheEndOfTheInput) {
                      "</file>\n</trusteeInfo>\n"));
 }
 
-} // namespace
+}  // namespace

@@ -34,7 +34,7 @@ std::string dirRequest(const std::string &fileName, const std::string &quota, bo
 }
 
 class QuotaRestoreTest : public testing::Test {
- protected:
+protected:
   void SetUp() override { resetProcessState(); }
   void TearDown() override {
     if (inputFd > 0) close(inputFd);
@@ -57,11 +57,13 @@ class QuotaRestoreTest : public testing::Test {
   }
   int users(const std::string &section, const char *tree = nullptr,
             const std::string &reply = replyWith(0)) {
-    return run(section, [tree] { return walkUserQuotaSection("VOL1", tree); }, reply);
+    return run(
+        section, [tree] { return walkUserQuotaSection("VOL1", tree); }, reply);
   }
   int dirs(const std::string &section, const std::string &reply = replyWith(0)) {
     const regex_t *used = filterCompiled ? &filter : nullptr;
-    return run(section, [used] { return walkDirQuotaSection("/srv/vol1", used); }, reply);
+    return run(
+        section, [used] { return walkDirQuotaSection("/srv/vol1", used); }, reply);
   }
 
   TempDir dir;
@@ -84,9 +86,8 @@ TEST_F(QuotaRestoreTest, BothUserKindsAreSentWithoutUserType) {
   ASSERT_EQ(requests.size(), 2u);
   EXPECT_EQ(requests[0], userRequest("jdoe.sales.T.", "100"));
   EXPECT_EQ(requests[1], userRequest("S-1-5-21-9", "200", true));
-  EXPECT_EQ(out,
-            "User jdoe.sales.T. assigned a quota of 100 on volume VOL1.\n"
-            "User S-1-5-21-9 assigned a quota of 200 on volume VOL1.\n");
+  EXPECT_EQ(out, "User jdoe.sales.T. assigned a quota of 100 on volume VOL1.\n"
+                 "User S-1-5-21-9 assigned a quota of 200 on volume VOL1.\n");
   EXPECT_EQ(err, "");
 }
 
@@ -170,21 +171,19 @@ TEST_F(QuotaRestoreTest, UserWithoutQuotaOrNameIsSkippedSilently) {
 TEST_F(QuotaRestoreTest, UserValuesTooLongAreSkippedWithAMessage) {
   EXPECT_EQ(users("<user><quotaAmount>" + std::string(64, '1') +
                   "</quotaAmount><name>a.T.</name></user>"
-                  "<user><quotaAmount>1</quotaAmount><name>" + std::string(1024, 'n') +
-                  "</name></user></userInfo>"),
+                  "<user><quotaAmount>1</quotaAmount><name>" +
+                  std::string(1024, 'n') + "</name></user></userInfo>"),
             0);
   EXPECT_TRUE(requests.empty());
-  EXPECT_EQ(err,
-            "Value too long in element quotaAmount; entry skipped.\n"
-            "Value too long in element name; entry skipped.\n");
+  EXPECT_EQ(err, "Value too long in element quotaAmount; entry skipped.\n"
+                 "Value too long in element name; entry skipped.\n");
 }
 
 TEST_F(QuotaRestoreTest, RefusedUserQuotaIsReportedAndTheNextRestored) {
   EXPECT_EQ(users(kTwoUsers, nullptr, replyWith(22, "Invalid user", "jdoe")), 0);
   EXPECT_EQ(requests.size(), 2u);
-  EXPECT_EQ(err,
-            "Error adding user quotas for jdoe.sales.T. to VOL1: Invalid user(jdoe)\n"
-            "Error adding user quotas for S-1-5-21-9 to VOL1: Invalid user(jdoe)\n");
+  EXPECT_EQ(err, "Error adding user quotas for jdoe.sales.T. to VOL1: Invalid user(jdoe)\n"
+                 "Error adding user quotas for S-1-5-21-9 to VOL1: Invalid user(jdoe)\n");
 }
 
 TEST_F(QuotaRestoreTest, UserSectionCutOffGivesMinus99) {

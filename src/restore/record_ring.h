@@ -12,7 +12,7 @@
 #include <mutex>
 
 class RecordRing {
- public:
+public:
   static constexpr std::size_t kCapacity = std::size_t{1} << 20;
   // The largest record that may be written: somewhat less than half the ring, so that a record
   // always finds room once the reader has caught up.
@@ -34,7 +34,7 @@ class RecordRing {
   const char *next(std::size_t &size);
   void release();
 
- private:
+private:
   // Apart enough that one side's writes never reach the other side's lines: processors fetch
   // lines in pairs, so 64 bytes apart is not enough.
   static constexpr std::size_t kLineSpan = 128;

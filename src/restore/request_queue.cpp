@@ -31,7 +31,7 @@ static_assert(sizeof(RecordHead) + kPathTextSize + kNameTextSize + kIdTextSize +
               RecordRing::kLargestRecord);
 
 class RequestQueue final : public MessageQueue {
- public:
+public:
   // The walk's side.
   void addMessage(std::FILE *stream, const char *text, std::size_t length) override;
   void addRequest(SendRequest send, const RequestTexts &texts);
@@ -41,7 +41,7 @@ class RequestQueue final : public MessageQueue {
   // This thread's side: carries out every record up to the walk's end; returns its result.
   int carryOutAll();
 
- private:
+private:
   RecordRing ring_;
 };
 

@@ -42,7 +42,7 @@ RequestTexts textsOf(const char *a, const char *b, const char *c, const char *d,
 }
 
 class RequestQueueTest : public testing::Test {
- protected:
+protected:
   void SetUp() override {
     sent.clear();
     sendThreads.clear();

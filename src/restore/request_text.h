@@ -9,7 +9,7 @@
 #include "channel/admin_channel.h"
 
 class RequestText {
- public:
+public:
   RequestText() { requestBuffer[0] = '\0'; }
 
   // Appends a NUL-terminated piece.
@@ -48,7 +48,7 @@ class RequestText {
 
   std::size_t length() const { return length_; }
 
- private:
+private:
   std::size_t length_ = 0;
 };
 

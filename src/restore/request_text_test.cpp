@@ -11,7 +11,7 @@
 namespace {
 
 class RequestTextTest : public testing::Test {
- protected:
+protected:
   void SetUp() override { resetAdminChannel(); }
 };
 
@@ -43,7 +43,8 @@ TEST_F(RequestTextTest, StartsEmpty) {
 
 TEST_F(RequestTextTest, PiecesFollowOneAnother) {
   RequestText request;
-  request << kFileRequestOpen << "<trustees><addTrustee><name>" << "bob.corp.TREE."
+  request << kFileRequestOpen << "<trustees><addTrustee><name>"
+          << "bob.corp.TREE."
           << "</name>" << kFileRequestClose;
   EXPECT_STREQ(requestBuffer,
                "<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest><trustees>"
@@ -54,7 +55,8 @@ TEST_F(RequestTextTest, PiecesFollowOneAnother) {
 TEST_F(RequestTextTest, AppendTakesTheGivenBytes) {
   RequestText request;
   request.append("abcdef", 3);
-  request << "" << "xy";
+  request << ""
+          << "xy";
   EXPECT_STREQ(requestBuffer, "abcxy");
   EXPECT_EQ(request.length(), 5u);
 }
@@ -72,7 +74,8 @@ TEST_F(RequestTextTest, ExactlyFullBufferKeepsEveryByte) {
   const std::string fill(kRequestBufferSize - 1 - 4, 'f');
   EXPECT_EQ(viaRequestText("<x>", fill, "y", "", ""), viaSnprintf("<x>", fill, "y", "", ""));
   RequestText request;
-  request << "<x>" << fill.c_str() << "y" << "lost";
+  request << "<x>" << fill.c_str() << "y"
+          << "lost";
   EXPECT_EQ(request.length(), kRequestBufferSize - 1);
   EXPECT_EQ(requestBuffer[kRequestBufferSize - 2], 'y');
   EXPECT_EQ(requestBuffer[kRequestBufferSize - 1], '\0');
@@ -84,14 +87,15 @@ TEST_F(RequestTextTest, SameBytesAsSnprintfForManyValues) {
   auto piece = [&random]() {
     std::size_t length = 0;
     switch (random() % 5) {
-      case 0: length = random() % 8; break;
-      case 1: length = random() % 300; break;
-      case 2: length = kRequestBufferSize - 8 + random() % 16; break;
-      case 3: length = (kRequestBufferSize - 1) / 2 - 4 + random() % 8; break;
-      default: length = random() % 70000; break;
+    case 0: length = random() % 8; break;
+    case 1: length = random() % 300; break;
+    case 2: length = kRequestBufferSize - 8 + random() % 16; break;
+    case 3: length = (kRequestBufferSize - 1) / 2 - 4 + random() % 8; break;
+    default: length = random() % 70000; break;
     }
     std::string text(length, 'a');
-    for (char &c : text) c = static_cast<char>(1 + random() % 255);
+    for (char &c : text)
+      c = static_cast<char>(1 + random() % 255);
     return text;
   };
   for (int i = 0; i < 400; ++i) {
@@ -109,7 +113,8 @@ TEST_F(RequestTextTest, BuildRequestGivesTheBytesOfRequestText) {
       const std::size_t length =
           random() % 4 == 0 ? kRequestBufferSize / 3 + random() % 300 : random() % 200;
       text.assign(length, 'a');
-      for (char &c : text) c = static_cast<char>(1 + random() % 255);
+      for (char &c : text)
+        c = static_cast<char>(1 + random() % 255);
     }
     reflectOnGemel = static_cast<int>(random() % 2);
     RequestText expected;
@@ -117,10 +122,9 @@ TEST_F(RequestTextTest, BuildRequestGivesTheBytesOfRequestText) {
              << texts[2] << kFileRequestClose;
     const std::string expectedBytes(requestBuffer, expected.length() + 1);
     std::memset(requestBuffer, 'z', sizeof requestBuffer);
-    const std::size_t length =
-        buildRequest(kFileRequestOpen, "<a>", std::string_view(texts[0]), "</a><b>",
-                     std::string_view(texts[1]), gemelPiece(), std::string_view(texts[2]),
-                     kFileRequestClose);
+    const std::size_t length = buildRequest(kFileRequestOpen, "<a>", std::string_view(texts[0]),
+                                            "</a><b>", std::string_view(texts[1]), gemelPiece(),
+                                            std::string_view(texts[2]), kFileRequestClose);
     ASSERT_EQ(length, expected.length()) << "case " << i;
     ASSERT_EQ(std::string(requestBuffer, length + 1), expectedBytes) << "case " << i;
   }

@@ -16,7 +16,7 @@ using namespace testing_support;
 namespace {
 
 class RestoreDriverTest : public testing::Test {
- protected:
+protected:
   void SetUp() override { resetProcessState(); }
   void TearDown() override {
     if (inputFd > 0) close(inputFd);
@@ -120,11 +120,10 @@ TEST_F(RestoreDriverTest, UnknownMaskLetterIsReturnedAsItStands) {
 TEST_F(RestoreDriverTest, DebugTraceLabelsTheFirstTagAndTheDriver) {
   debug = 1;
   EXPECT_EQ(run("<metadata><dirInfo></dirInfo></metadata>", "t"), 0);
-  EXPECT_EQ(out,
-            "**restoreMetadata(1)** ccode=0  endtag=0  tag=metadata\n"
-            "**restoreMetadata** ccode=0  endtag=0  tag=dirInfo\n"
-            "**goPastEndTag** ccode=0  endtag=1  tag=dirInfo\n"
-            "**restoreMetadata** ccode=0  endtag=1  tag=metadata\n");
+  EXPECT_EQ(out, "**restoreMetadata(1)** ccode=0  endtag=0  tag=metadata\n"
+                 "**restoreMetadata** ccode=0  endtag=0  tag=dirInfo\n"
+                 "**goPastEndTag** ccode=0  endtag=1  tag=dirInfo\n"
+                 "**restoreMetadata** ccode=0  endtag=1  tag=metadata\n");
 }
 
 TEST_F(RestoreDriverTest, RxlTrusteeSectionWithAnUnknownVolumeEndsTheRestore) {

@@ -59,7 +59,7 @@ int judgeReport(const char *tempName, NoMemory noMemory, NotConfirmed notConfirm
   return result;
 }
 
-} // namespace
+}  // namespace
 
 int addRxlInheritedRightsFilter(const char *path, const char *rightsElements) {
   char letters[kRightsLettersSize] = "";

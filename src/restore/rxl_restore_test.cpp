@@ -193,7 +193,7 @@ TEST_F(RxlRestore, SignalledCommandReturnsMinusOne) {
 TEST_F(RxlRestore, MissingConsoleCommandGives255) {
   // No fake rxlcon, and nothing else on the search path.
   PathGuard only{dir_.path()};
-  setenv("PATH", dir_.path().c_str(), 1); // put back by the guards
+  setenv("PATH", dir_.path().c_str(), 1);  // put back by the guards
   EXPECT_EQ(filter("VOL:a", "<read/>"), 255);
   EXPECT_EQ(err_, "Error adding inherited right filter \"r\" to VOL:a.\n");
 }
@@ -223,4 +223,4 @@ TEST_F(RxlRestore, UnreadableTempFileIsAReadErrorAndReturnsMinusOne) {
   EXPECT_EQ(out_, "");
 }
 
-} // namespace
+}  // namespace

@@ -41,7 +41,7 @@ std::string irfRequest(const std::string &irf, const std::string &path, bool gem
 }
 
 class TrusteeRestoreTest : public testing::Test {
- protected:
+protected:
   void SetUp() override { resetProcessState(); }
   void TearDown() override {
     if (inputFd > 0) close(inputFd);
@@ -343,8 +343,11 @@ TEST_F(TrusteeRestoreTest, FullPathOf4095BytesIsRestoredAndOf4096IsSkipped) {
   // The mount point /srv/vol1 has 9 bytes.
   const std::string fits = "/" + std::string(4085, 'p');
   const std::string over = "/" + std::string(4086, 'q');
-  EXPECT_EQ(run("<file><path>" + fits + "</path><trustee><name>u.T.</name></trustee></file>"
-                "<file><path>" + over + "</path><trustee><name>v.T.</name></trustee></file>"
+  EXPECT_EQ(run("<file><path>" + fits +
+                "</path><trustee><name>u.T.</name></trustee></file>"
+                "<file><path>" +
+                over +
+                "</path><trustee><name>v.T.</name></trustee></file>"
                 "</trusteeInfo>"),
             0);
   ASSERT_EQ(requests.size(), 1u);

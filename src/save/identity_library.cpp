@@ -51,7 +51,7 @@ bool loadIdentityLibrary() {
   return true;
 }
 
-} // namespace
+}  // namespace
 
 bool sidNamesExistingUser(const char *sidText) {
   if (!loadIdentityLibrary()) return true;

@@ -80,4 +80,4 @@ TEST_F(IdentityLibraryTest, ResetTriesTheLibraryAgain) {
   EXPECT_FALSE(sidNamesExistingUser("S-1-5-21-1-2-3-9999"));
 }
 
-} // namespace
+}  // namespace

@@ -33,7 +33,7 @@ void reportNoMemory(const char *where) {
 // The text of an info file, in memory mapped straight from the system so that it can grow
 // without a copy and be backed by large pages (an info file can hold hundreds of megabytes).
 class TextBuffer {
- public:
+public:
   TextBuffer() = default;
   TextBuffer(const TextBuffer &) = delete;
   TextBuffer &operator=(const TextBuffer &) = delete;
@@ -46,10 +46,9 @@ class TextBuffer {
   // Makes room for `capacity` bytes, keeping the bytes held so far. False when memory runs out.
   bool reserve(std::size_t capacity) {
     capacity = (capacity + kPage - 1) / kPage * kPage;
-    void *area = data_ == nullptr
-                     ? mmap(nullptr, capacity, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS,
-                            -1, 0)
-                     : mremap(data_, capacity_, capacity, MREMAP_MAYMOVE);
+    void *area = data_ == nullptr ? mmap(nullptr, capacity, PROT_READ | PROT_WRITE,
+                                         MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)
+                                  : mremap(data_, capacity_, capacity, MREMAP_MAYMOVE);
     if (area == MAP_FAILED) return false;
     data_ = static_cast<char *>(area);
     capacity_ = capacity;
@@ -57,7 +56,7 @@ class TextBuffer {
     return true;
   }
 
- private:
+private:
   static constexpr std::size_t kPage = 2 << 20;
   char *data_ = nullptr;
   std::size_t capacity_ = 0;
@@ -142,7 +141,8 @@ UserTypeRemoval userTypeRemoval(const char *fileName) {
   } else if (adUsers) {
     if (trustees) return {"trustee", "trustee"};
     if (users)
-      return {"user", "user", "Failed to remove given object from infile -> admin_user_quota_file.\n"};
+      return {"user", "user",
+              "Failed to remove given object from infile -> admin_user_quota_file.\n"};
   }
   return {};
 }

@@ -24,10 +24,15 @@ const std::string kWrapperEnd = "</quillReply>\n";
 std::string file(const std::string &path, const std::string &body = "") {
   return "<file>\n<zid>1</zid><path><![CDATA[" + path + "]]></path>\n" + body + "</file>\n";
 }
-const std::string kArbor = "<trustee><name>.a.o.t</name><id></id><rights value=\"R\"><read/></rights></trustee>\n";
-const std::string kAd = "<trustee type=\"adID\"><name>b</name><id>S-1-5-1</id><rights value=\"R\"><read/></rights></trustee>\n";
-const std::string kArborUser = "<user><id></id><spaceUsed>1</spaceUsed><quotaAmount>5</quotaAmount>\n<name>.a.o.t</name>\n</user>\n";
-const std::string kAdUser = "<user type=\"adID\"><id>S-1-5-1</id><spaceUsed>1</spaceUsed><quotaAmount>6</quotaAmount>\n<name>b</name>\n</user>\n";
+const std::string kArbor =
+    "<trustee><name>.a.o.t</name><id></id><rights value=\"R\"><read/></rights></trustee>\n";
+const std::string kAd = "<trustee type=\"adID\"><name>b</name><id>S-1-5-1</id><rights "
+                        "value=\"R\"><read/></rights></trustee>\n";
+const std::string kArborUser = "<user><id></id><spaceUsed>1</spaceUsed><quotaAmount>5</"
+                               "quotaAmount>\n<name>.a.o.t</name>\n</user>\n";
+const std::string kAdUser = "<user "
+                            "type=\"adID\"><id>S-1-5-1</id><spaceUsed>1</spaceUsed><quotaAmount>6</"
+                            "quotaAmount>\n<name>b</name>\n</user>\n";
 
 struct Outcome {
   int status;
@@ -36,7 +41,7 @@ struct Outcome {
 };
 
 class ExtractInfoFile : public testing::Test {
- protected:
+protected:
   void SetUp() override {
     resetRunSettings();
     ASSERT_FALSE(dir_.path().empty());
@@ -104,7 +109,8 @@ TEST_F(ExtractInfoFile, UserQuotasAreFilteredByUserType) {
 }
 
 TEST_F(ExtractInfoFile, DirectoryQuotasAreNeverFilteredByUserType) {
-  const std::string dirs = "<dirInfo>\n<directory><path>\\a</path><user></user></directory>\n</dirInfo>\n";
+  const std::string dirs =
+      "<dirInfo>\n<directory><path>\\a</path><user></user></directory>\n</dirInfo>\n";
   dir_.write("DirInfo.xml", dirs);
   adUsers = 1;
   EXPECT_EQ(extract("DirInfo.xml", nullptr, "directory").out, dirs);
@@ -133,9 +139,8 @@ TEST_F(ExtractInfoFile, AdOnlyUserQuotaWithoutEndTagAddsTheUserQuotaMessage) {
   const Outcome r = extract("UserInfo.xml", nullptr, nullptr);
   EXPECT_EQ(r.status, -1);
   EXPECT_EQ(r.out, "");
-  EXPECT_EQ(r.err,
-            "Missing end tag : </user>\n"
-            "Failed to remove given object from infile -> admin_user_quota_file.\n");
+  EXPECT_EQ(r.err, "Missing end tag : </user>\n"
+                   "Failed to remove given object from infile -> admin_user_quota_file.\n");
 }
 
 TEST_F(ExtractInfoFile, ArborOnlyUserQuotaWithoutEndTagHasOnlyTheEndTagMessage) {
@@ -177,7 +182,8 @@ TEST_F(ExtractInfoFile, FileThatCannotBeOpenedIsReported) {
   const Outcome r = extract("Missing.xml", nullptr, nullptr);
   EXPECT_EQ(r.status, -1);
   EXPECT_EQ(r.out, "");
-  EXPECT_EQ(r.err, "Unable to open " + dir_.dir() + "Missing.xml.  err=No such file or directory\n");
+  EXPECT_EQ(r.err,
+            "Unable to open " + dir_.dir() + "Missing.xml.  err=No such file or directory\n");
 }
 
 TEST_F(ExtractInfoFile, ReadFailureIsReportedWithItsErrno) {
@@ -206,7 +212,8 @@ TEST_F(ExtractInfoFile, WriteFailureIsReportedWithItsErrno) {
 
 TEST_F(ExtractInfoFile, LargeFileIsCopiedWhole) {
   std::string body = "<trusteeInfo>\n";
-  for (int i = 0; body.size() < 1'000'000; ++i) body += file("/d" + std::to_string(i), kArbor);
+  for (int i = 0; body.size() < 1'000'000; ++i)
+    body += file("/d" + std::to_string(i), kArbor);
   body += "</trusteeInfo>\n";
   dir_.write("TrusteeInfo.xml", kWrapperStart + body + kWrapperEnd);
   const Outcome r = extract("TrusteeInfo.xml", nullptr, "file");
@@ -218,13 +225,15 @@ TEST_F(ExtractInfoFile, FileWhoseSizeIsNotKnownIsReadToItsEnd) {
   // A pipe reports a size of 0, as the file system's virtual files may.
   ASSERT_EQ(mkfifo(dir_.file("TrusteeInfo.xml").c_str(), 0600), 0);
   std::string body = "<trusteeInfo>\n";
-  for (int i = 0; body.size() < 300'000; ++i) body += file("/d" + std::to_string(i), kAd);
+  for (int i = 0; body.size() < 300'000; ++i)
+    body += file("/d" + std::to_string(i), kAd);
   body += "</trusteeInfo>\n";
   const std::string content = kWrapperStart + body + kWrapperEnd;
   std::thread writer([&] {
     const int fd = open(dir_.file("TrusteeInfo.xml").c_str(), O_WRONLY);
     for (std::size_t at = 0; at < content.size();) {
-      const ssize_t count = write(fd, content.data() + at, std::min<std::size_t>(5000, content.size() - at));
+      const ssize_t count =
+          write(fd, content.data() + at, std::min<std::size_t>(5000, content.size() - at));
       if (count <= 0) break;
       at += static_cast<std::size_t>(count);
     }
@@ -246,9 +255,11 @@ TEST_F(ExtractInfoFile, TextEndsAtItsFirstNul) {
 TEST_F(ExtractInfoFile, NulFarIntoALargeFileEndsTheTextThere) {
   // The NUL lies past the first megabyte read; the end of the reply wrapper lies after it.
   std::string body = "<trusteeInfo>\n";
-  for (int i = 0; body.size() < 1'500'000; ++i) body += file("/d" + std::to_string(i), kArbor);
+  for (int i = 0; body.size() < 1'500'000; ++i)
+    body += file("/d" + std::to_string(i), kArbor);
   std::string tail = "</trusteeInfo>\n";
-  for (int i = 0; tail.size() < 700'000; ++i) tail += file("/e" + std::to_string(i), kArbor);
+  for (int i = 0; tail.size() < 700'000; ++i)
+    tail += file("/e" + std::to_string(i), kArbor);
   dir_.write("TrusteeInfo.xml", kWrapperStart + body + std::string(1, '\0') + tail + kWrapperEnd);
   const Outcome r = extract("TrusteeInfo.xml", nullptr, "file");
   EXPECT_EQ(r.status, 0);
@@ -305,7 +316,8 @@ TEST_F(ExtractInfoFile, FileLargeEnoughForPagesFaultedAheadIsCopiedWhole) {
   // Past 32 MB the buffer's pages are made ready on a second thread while the file is read.
   std::string body = "<trusteeInfo>\n";
   body.reserve(41 << 20);
-  for (int i = 0; body.size() < (40 << 20); ++i) body += file("/d" + std::to_string(i), kArbor);
+  for (int i = 0; body.size() < (40 << 20); ++i)
+    body += file("/d" + std::to_string(i), kArbor);
   body += "</trusteeInfo>\n";
   dir_.write("TrusteeInfo.xml", kWrapperStart + body + kWrapperEnd);
   const Outcome r = extract("TrusteeInfo.xml", nullptr, "file");

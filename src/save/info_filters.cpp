@@ -71,8 +71,8 @@ int removeElementsWhole(char *text, int *length, const char *startName, const ch
   if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr) return -1;
   text[*length] = '\0';
   std::size_t sizeLeft = 0;
-  return removeElementsOfSize(text, length, static_cast<std::size_t>(*length), startName,
-                              endName, &sizeLeft);
+  return removeElementsOfSize(text, length, static_cast<std::size_t>(*length), startName, endName,
+                              &sizeLeft);
 }
 
 namespace {

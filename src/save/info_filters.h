@@ -36,5 +36,5 @@ inline constexpr int kRemoveStartTagMax = 24;
 inline constexpr int kRemoveEndTagMax = 10;
 inline constexpr int kFilterStartTagMax = 11;
 inline constexpr int kFilterEndTagMax = 12;
-inline constexpr int kFilePathValueOffset = 15;       // "<path>" + "<![CDATA["
+inline constexpr int kFilePathValueOffset = 15;      // "<path>" + "<![CDATA["
 inline constexpr int kDirectoryPathValueOffset = 6;  // "<path>"

@@ -58,9 +58,8 @@ TEST(RemoveRange, LeavesOtherCharactersAfterTheRemovedOnes) {
 }
 
 TEST(RemoveElements, ArborOnlyDropsEveryAdTrusteeAndKeepsUntypedOnes) {
-  const std::string input =
-      "<trusteeInfo>\n" + file("/a", kArborTrustee + kAdTrustee) + file("/b", kAdTrustee) +
-      "</trusteeInfo>\n";
+  const std::string input = "<trusteeInfo>\n" + file("/a", kArborTrustee + kAdTrustee) +
+                            file("/b", kAdTrustee) + "</trusteeInfo>\n";
   const Filtered out = removed(input, "trustee type=\"adID\"", "trustee");
   const std::string expected =
       "<trusteeInfo>\n" + file("/a", kArborTrustee) + file("/b") + "</trusteeInfo>\n";
@@ -117,7 +116,8 @@ TEST(RemoveElements, LongerEndTagIsCutToTenCharacters) {
 
 TEST(RemoveElements, StartTagIsCutToTwentyFourCharacters) {
   // "<" + 23 characters: the closing ">" no longer fits, so a longer name matches too.
-  const Filtered out = removed("<abcdefghijklmnopqrstuvwXYZ>1</e>2", "abcdefghijklmnopqrstuvw", "e");
+  const Filtered out =
+      removed("<abcdefghijklmnopqrstuvwXYZ>1</e>2", "abcdefghijklmnopqrstuvw", "e");
   EXPECT_EQ(out.text, "2");
 }
 
@@ -146,8 +146,8 @@ TEST(FilterByPath, DirectoryPathsAreComparedInBackslashForm) {
   const std::string input = "<dirInfo>\n" + directory("\\test1\\a") + directory("\\test2") +
                             directory("\\test10") + "</dirInfo>\n";
   const Filtered out = byPath(input, "\\test1", "directory");
-  EXPECT_EQ(out.text, "<dirInfo>\n" + directory("\\test1\\a") + directory("\\test10") +
-                          "</dirInfo>\n");
+  EXPECT_EQ(out.text,
+            "<dirInfo>\n" + directory("\\test1\\a") + directory("\\test10") + "</dirInfo>\n");
 }
 
 TEST(FilterByPath, FilePathValueStartsFifteenCharactersAfterThePathTag) {
@@ -216,8 +216,9 @@ TEST(FilterByPath, NothingHappensWithoutAnArgumentOrText) {
 TEST(FilterByPath, TagsAreCutToElevenAndTwelveCharacters) {
   // "<directoryX>" loses its ">" (so "<directoryXY>" matches it) and "</directoryX>" its ">"
   // (which stays behind when the element goes).
-  const Filtered out = byPath("<directoryXY><path>/b</path></directoryX>\n<directoryXZ><path>/a</path></directoryX>\n",
-                              "/a", "directoryX");
+  const Filtered out = byPath(
+      "<directoryXY><path>/b</path></directoryX>\n<directoryXZ><path>/a</path></directoryX>\n",
+      "/a", "directoryX");
   EXPECT_EQ(out.text, ">\n<directoryXZ><path>/a</path></directoryX>\n");
 }
 
@@ -312,7 +313,8 @@ TEST(InfoFiltersDifferential, LongWellFormedFilesGiveTheSameBytesAsElementByElem
   std::mt19937 random(99);
   for (int round = 0; round < 200; ++round) {
     std::string input;
-    for (int part = 0; part < 6; ++part) input += mutate(random, wellFormed(random));
+    for (int part = 0; part < 6; ++part)
+      input += mutate(random, wellFormed(random));
     expectSameForAllFilters(input);
     if (HasFatalFailure()) return;
   }
@@ -329,13 +331,15 @@ TEST(InfoFiltersDifferential, TrickyTextsGiveTheSameBytesAsElementByElement) {
       "<file><path>123456789</path></file>",
       "<file><path>123456789/test1</path>",
       "<file></file><path><![CDATA[/test1]]></path>",
-      "<file><path><![CDATA[/test2]]></path></file><file></file><file><path><![CDATA[/test1]]></path></file>",
+      "<file><path><![CDATA[/test2]]></path></file><file></file><file><path><![CDATA[/test1]]></"
+      "path></file>",
       "<trustee type=\"adID\"></trustee></trustee>\n<trustee type=\"adID\">",
       "<trustee><trustee></trustee></trustee>\n",
       "<file><file><path><![CDATA[/test2]]></path></file></file>\n",
       "<directory><path>\\test1</path></directory>\n<directory><path>\\test2</path>",
   };
-  for (const char *input : inputs) expectSameForAllFilters(input);
+  for (const char *input : inputs)
+    expectSameForAllFilters(input);
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ constexpr std::size_t kUnknown = kNone - 1;
 // The text left while the wrapper is cut out: pieces of the text as given, in order. Nothing
 // moves until the cutting is done, so positions in the text as given stay valid for the hints.
 class Pieces {
- public:
+public:
   Pieces(const char *text, std::size_t size) : text_(text) {
     if (size > 0) pieces_[count_++] = {0, size};
   }
@@ -103,7 +103,7 @@ class Pieces {
     return text + begin;
   }
 
- private:
+private:
   // One piece at the start; each of the three cuts splits at most one piece in two.
   static constexpr int kMaxPieces = 8;
   struct Piece {

@@ -16,7 +16,7 @@ struct WrapperTags {
 // time, each piece searched while it is still in the cache. A tag cut across two pieces is found
 // when its second part arrives.
 class WrapperTagFinder {
- public:
+public:
   // The text now holds `size` bytes, the ones from `previous` on new, with no NUL before them.
   // Searches what is new; returns the position of the first NUL in it, or WrapperTags::kNotFound.
   // Once a NUL is found the text ends there: scan is not called again.
@@ -24,10 +24,9 @@ class WrapperTagFinder {
   // The first occurrences that lie whole within the text's first `length` bytes.
   WrapperTags found(std::size_t length) const;
 
- private:
+private:
   std::size_t next_[3] = {0, 0, 0};  // where the next search for each tag starts
-  std::size_t first_[3] = {WrapperTags::kNotFound, WrapperTags::kNotFound,
-                           WrapperTags::kNotFound};
+  std::size_t first_[3] = {WrapperTags::kNotFound, WrapperTags::kNotFound, WrapperTags::kNotFound};
 };
 
 // Cuts the reply wrapper out of text[0, *length) and gives the same text as

@@ -80,8 +80,7 @@ TEST(StripInfoWrapper, ClosingTagMadeByTheFirstCutIsCutToo) {
 }
 
 TEST(StripInfoWrapper, ResultTagMadeByTwoCutsIsCutWithItsEnd) {
-  const std::string input =
-      "<res<quillReply>\nult va</quillReply>\nlue=\"0\">x</result>\nbody";
+  const std::string input = "<res<quillReply>\nult va</quillReply>\nlue=\"0\">x</result>\nbody";
   EXPECT_EQ(stripped(input, plainTags(input)), "body");
   EXPECT_EQ(reference(input), "body");
 }
@@ -101,13 +100,28 @@ TEST(StripInfoWrapper, CutsThatRunPastTheEndStopThere) {
 
 TEST(StripInfoWrapper, RandomTextsGiveTheSameBytesAsTheReplyCut) {
   std::mt19937 random(2024);
-  const char *const pieces[] = {"<quillReply>", "</quillReply>", "<result value=", "</result>",
-                                "<quill", "Reply>", "</quill", "<res", "ult value=", "</res",
-                                "ult>", "\n", "x", "<", "/", "\"0\">", "body"};
+  const char *const pieces[] = {"<quillReply>",
+                                "</quillReply>",
+                                "<result value=",
+                                "</result>",
+                                "<quill",
+                                "Reply>",
+                                "</quill",
+                                "<res",
+                                "ult value=",
+                                "</res",
+                                "ult>",
+                                "\n",
+                                "x",
+                                "<",
+                                "/",
+                                "\"0\">",
+                                "body"};
   for (int round = 0; round < 20000; ++round) {
     std::string input;
     const int count = static_cast<int>(random() % 14);
-    for (int i = 0; i < count; ++i) input += pieces[random() % std::size(pieces)];
+    for (int i = 0; i < count; ++i)
+      input += pieces[random() % std::size(pieces)];
     ASSERT_EQ(stripped(input, plainTags(input)), reference(input)) << input;
   }
 }
@@ -133,8 +147,16 @@ TEST(WrapperTagFinder, TextEndsAtTheFirstNul) {
 
 TEST(WrapperTagFinder, RandomTextsInRandomPiecesAgreeWithAPlainSearch) {
   std::mt19937 random(8);
-  const char *const pieces[] = {"<quillReply>", "</quillReply>", "<result value=", "<quill",
-                                "Reply>", "</q", "<", "x", "q", "\n"};
+  const char *const pieces[] = {"<quillReply>",
+                                "</quillReply>",
+                                "<result value=",
+                                "<quill",
+                                "Reply>",
+                                "</q",
+                                "<",
+                                "x",
+                                "q",
+                                "\n"};
   for (const int width : {64, 32, 16}) {
     setTagSearchWidth(width);
     for (int round = 0; round < 5000; ++round) {

@@ -16,7 +16,7 @@ namespace {
 
 // The name the file system gives a trustee whose user it can no longer resolve.
 constexpr char kUnknownName[] = "Unknown(21350)";
-constexpr std::size_t kFileNameSize = 4096; // "<volume>:<path>"
+constexpr std::size_t kFileNameSize = 4096;  // "<volume>:<path>"
 constexpr char kReaderLabel[] = "copyTrustees";
 constexpr char kPlainRemoval[] = "removeTrustee";
 constexpr char kAdRemoval[] = "removeTrustee type=\"adID\"";
@@ -29,7 +29,7 @@ struct RemovalResources {
   char *infoFileName = nullptr;
   int infoFd = -1;
   ~RemovalResources() {
-    if (infoFd > 0) close(infoFd); // 0 is standard input itself when it was closed before
+    if (infoFd > 0) close(infoFd);  // 0 is standard input itself when it was closed before
     if (adminFd > 0) close(adminFd);
     adminFd = 0;
     std::free(infoFileName);
@@ -41,9 +41,9 @@ struct TrusteeScan {
   const char *pathFilter = nullptr;
   bool inFile = false;
   bool unknownName = false;
-  bool pathTooLong = false; // the current path did not fit: nothing is sent for its file
+  bool pathTooLong = false;  // the current path did not fit: nothing is sent for its file
   char fileName[kFileNameSize] = {};
-  std::size_t pathOffset = 0; // where the path goes, right after "<volume>:"
+  std::size_t pathOffset = 0;  // where the path goes, right after "<volume>:"
 };
 
 bool startsWith(const char *text, const char *prefix) {
@@ -147,7 +147,7 @@ int scanTrustees(const char *volume, const char *pathFilter) {
   for (;;) {
     const int status = readTag(tag, &isEndTag, kReaderLabel);
     if (status == kEndOfInput) return 1;
-    if (status != 0) return 0; // a read error: the reader has reported it
+    if (status != 0) return 0;  // a read error: the reader has reported it
     if (isEndTag != 0) {
       if (std::strcmp(tag, "file") == 0) scan.inFile = false;
       if (std::strcmp(tag, "name") == 0) scan.unknownName = false;
@@ -167,7 +167,7 @@ int scanTrustees(const char *volume, const char *pathFilter) {
   }
 }
 
-} // namespace
+}  // namespace
 
 int removeInvalidTrustees(const char *volume, const char *infoDirectory, const char *infoFileName,
                           const char *pathFilter) {

@@ -498,4 +498,4 @@ TEST_F(RemoveWithoutIdentityLibraryTest, OnlyMarkerNamesAreRemovedAndTheLoadFail
             "object file: No such file or directory\n");
 }
 
-} // namespace
+}  // namespace

@@ -18,7 +18,7 @@
 namespace {
 
 constexpr std::size_t kChunkSize = 8192;
-constexpr std::size_t kCarrySize = 32768; // longest run of bytes without a line end
+constexpr std::size_t kCarrySize = 32768;  // longest run of bytes without a line end
 constexpr std::size_t kRecordSize = 8192;
 
 constexpr std::size_t kMaxPath = 4096;
@@ -192,7 +192,7 @@ bool scanStep(std::string_view text, std::size_t &pos, const char *pathFilter, c
   }
 }
 
-} // namespace
+}  // namespace
 
 void resetRxlImportScanner() { scanner = Scanner{}; }
 

@@ -17,7 +17,7 @@ using console_test::ScratchDir;
 using console_test::writeFile;
 
 constexpr char kOpen[] = "<trusteeInfo>\n";
-constexpr char kClose[] = "</trusteeInfo>"; // written without its line end
+constexpr char kClose[] = "</trusteeInfo>";  // written without its line end
 
 constexpr char kAdminEntry[] =
     "<trustee path=\"/dir/a\"><name>admin.org</name><rights>RWF</rights>"
@@ -84,7 +84,7 @@ protected:
     testing::internal::CaptureStderr();
     for (const std::string &text : blocks) {
       std::vector<char> block(text.begin(), text.end());
-      block.push_back('#'); // the scanner puts its terminator here
+      block.push_back('#');  // the scanner puts its terminator here
       parseRxlTrusteeBlock(block.data(), static_cast<int>(text.size()), pathFilter);
     }
     err_ = testing::internal::GetCapturedStderr();
@@ -412,4 +412,4 @@ TEST_F(RxlImport, BlockTextEndsAtANulByte) {
   EXPECT_EQ(out_, trusteeRecord("/a", "a", "1", "r", "<read/>"));
 }
 
-} // namespace
+}  // namespace

@@ -38,23 +38,22 @@ bool writeTrusteeSection(TrusteeSource source, const char *volume, const char *i
                          const char *rxlTrusteeFile, const char *path, int *code) {
   *code = 0;
   switch (source) {
-    case TrusteeSource::none:
-      return true;
-    case TrusteeSource::rxlFile:
-      *code = importRxlTrusteeFile(rxlTrusteeFile, path);
-      return *code == 0;
-    case TrusteeSource::removalThenInfoFile:
-      // The removal reports success as 1; anything else ends the save with that code, so a
-      // removal that reports 0 ends it with code 0.
-      if (int removed = removeInvalidTrustees(volume, infoDir, kTrusteeInfoFile, path);
-          removed != 1) {
-        *code = removed;
-        return false;
-      }
-      [[fallthrough]];
-    case TrusteeSource::infoFile:
-      *code = extractInfoFile(infoDir, kTrusteeInfoFile, path, "file");
-      return *code == 0;
+  case TrusteeSource::none: return true;
+  case TrusteeSource::rxlFile:
+    *code = importRxlTrusteeFile(rxlTrusteeFile, path);
+    return *code == 0;
+  case TrusteeSource::removalThenInfoFile:
+    // The removal reports success as 1; anything else ends the save with that code, so a
+    // removal that reports 0 ends it with code 0.
+    if (int removed = removeInvalidTrustees(volume, infoDir, kTrusteeInfoFile, path);
+        removed != 1) {
+      *code = removed;
+      return false;
+    }
+    [[fallthrough]];
+  case TrusteeSource::infoFile:
+    *code = extractInfoFile(infoDir, kTrusteeInfoFile, path, "file");
+    return *code == 0;
   }
   return true;
 }

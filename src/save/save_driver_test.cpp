@@ -31,20 +31,32 @@ constexpr TrusteeSource kRxl = TrusteeSource::rxlFile;
 constexpr TrusteeSource kRemove = TrusteeSource::removalThenInfoFile;
 
 const PlanCase kPlans[] = {
-    {"", false, kInfo, true, true},     {"", true, kRxl, true, true},
-    {"t", false, kInfo, false, false},  {"t", true, kRxl, false, false},
-    {"u", false, kNone, true, false},   {"u", true, kNone, true, false},
-    {"d", false, kNone, false, true},   {"d", true, kNone, false, true},
-    {"ud", false, kNone, true, true},   {"ud", true, kNone, true, true},
-    {"td", false, kInfo, false, true},  {"tu", true, kRxl, true, false},
+    {"", false, kInfo, true, true},
+    {"", true, kRxl, true, true},
+    {"t", false, kInfo, false, false},
+    {"t", true, kRxl, false, false},
+    {"u", false, kNone, true, false},
+    {"u", true, kNone, true, false},
+    {"d", false, kNone, false, true},
+    {"d", true, kNone, false, true},
+    {"ud", false, kNone, true, true},
+    {"ud", true, kNone, true, true},
+    {"td", false, kInfo, false, true},
+    {"tu", true, kRxl, true, false},
     // The remove-invalid letter: removal only with trustees from the info file.
-    {"r", false, kRemove, false, false}, {"r", true, kRemove, false, false},
-    {"a", false, kRemove, true, true},  {"a", true, kRxl, true, true},
-    {"rt", false, kRemove, false, false}, {"rt", true, kRxl, false, false},
+    {"r", false, kRemove, false, false},
+    {"r", true, kRemove, false, false},
+    {"a", false, kRemove, true, true},
+    {"a", true, kRxl, true, true},
+    {"rt", false, kRemove, false, false},
+    {"rt", true, kRxl, false, false},
     {"tr", false, kRemove, false, false},
-    {"ru", false, kNone, true, false},  {"ru", true, kNone, true, false},
-    {"rd", false, kNone, false, true},  {"rd", true, kNone, false, true},
-    {"rud", false, kNone, true, true},  {"rtud", false, kRemove, true, true},
+    {"ru", false, kNone, true, false},
+    {"ru", true, kNone, true, false},
+    {"rd", false, kNone, false, true},
+    {"rd", true, kNone, false, true},
+    {"rud", false, kNone, true, true},
+    {"rtud", false, kRemove, true, true},
     {"rrr", false, kRemove, false, false},
 };
 
@@ -88,7 +100,7 @@ struct Outcome {
 };
 
 class SaveMetadata : public testing::Test {
- protected:
+protected:
   void SetUp() override {
     resetRunSettings();
     ASSERT_FALSE(dir_.path().empty());
@@ -218,9 +230,8 @@ TEST_F(SaveMetadata, FailedDocumentWriteIsReportedWithItsErrno) {
   close(saved);
   close(readOnly);
   EXPECT_EQ(status, EBADF);
-  EXPECT_EQ(errText,
-            "Error Bad file descriptor writing to output file\n"
-            "An error has caused early termination. ccode=9\n");
+  EXPECT_EQ(errText, "Error Bad file descriptor writing to output file\n"
+                     "An error has caused early termination. ccode=9\n");
 }
 
 TEST_F(SaveMetadata, EmptyInfoFilesGiveOnlyTheDocumentElement) {

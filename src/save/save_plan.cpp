@@ -8,7 +8,8 @@ SavePlan planSave(const MaskFlags &mask, bool haveRxlTrusteeFile) {
   plan.dirQuotas = mask.dirQuotas != 0;
   if (mask.removeInvalid) {
     if (mask.trustees)
-      plan.trustees = haveRxlTrusteeFile ? TrusteeSource::rxlFile : TrusteeSource::removalThenInfoFile;
+      plan.trustees =
+          haveRxlTrusteeFile ? TrusteeSource::rxlFile : TrusteeSource::removalThenInfoFile;
     else if (!mask.userQuotas && !mask.dirQuotas)
       plan.trustees = TrusteeSource::removalThenInfoFile;
   } else if (mask.trustees) {

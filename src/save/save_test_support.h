@@ -15,11 +15,11 @@
 namespace savetest {
 
 class TempDir {
- public:
+public:
   TempDir() {
     const char *base = std::getenv("TMPDIR");
-    std::string pattern = std::string(base != nullptr && *base != '\0' ? base : "/tmp") +
-                          "/trovan-save-XXXXXX";
+    std::string pattern =
+        std::string(base != nullptr && *base != '\0' ? base : "/tmp") + "/trovan-save-XXXXXX";
     path_ = mkdtemp(pattern.data()) != nullptr ? pattern : std::string();
   }
   ~TempDir() {
@@ -38,7 +38,7 @@ class TempDir {
     out << bytes;
   }
 
- private:
+private:
   std::string path_;
 };
 
@@ -51,7 +51,7 @@ inline std::string readFile(const std::string &name) {
 
 // Sends one descriptor to a temporary file until take() is called (or the object ends).
 class CapturedFd {
- public:
+public:
   explicit CapturedFd(int fd) : fd_(fd) {
     std::fflush(nullptr);
     char name[] = "/tmp/trovan-capture-XXXXXX";
@@ -77,7 +77,7 @@ class CapturedFd {
     return bytes;
   }
 
- private:
+private:
   void restore() {
     if (saved_ < 0) return;
     std::fflush(nullptr);

@@ -43,8 +43,7 @@ inline bool tagAt(const PreparedTag &tag, const char *p, const char *end) {
 // a time, and the survivors compared whole; returns the place where the vector loop stopped in
 // *rest when nothing was found before it.
 template <class Ops>
-const char *findTagWith(const PreparedTag &tag, const char *p, const char *end,
-                        const char **rest) {
+const char *findTagWith(const PreparedTag &tag, const char *p, const char *end, const char **rest) {
   using V = typename Ops::V;
   const std::size_t size = tag.size;
   const std::size_t middle = tag.data[1] == '/' ? 2 : 1;
@@ -99,9 +98,10 @@ NulAndTag findNulAndTagWith(const PreparedTag &tag, const char *tagFrom, const c
     p += Ops::kWidth;
   }
   const char *rest = p + middle > nulFrom ? p + middle : nulFrom;
-  const char *nul = rest < end ? static_cast<const char *>(std::memchr(
-                                     rest, '\0', static_cast<std::size_t>(end - rest)))
-                               : nullptr;
+  const char *nul =
+      rest < end
+          ? static_cast<const char *>(std::memchr(rest, '\0', static_cast<std::size_t>(end - rest)))
+          : nullptr;
   return {nul, findPreparedTag(tag, p, nul != nullptr ? nul : end)};
 }
 
@@ -109,8 +109,8 @@ NulAndTag findNulAndTagWith(const PreparedTag &tag, const char *tagFrom, const c
 // tag is still to be found, places are screened for all three tags, each on its two bytes;
 // after that the plain loop goes on for the stop tag alone.
 template <class Ops>
-const char *findTagNotingWith(const PreparedTag &stop, const PreparedTag (&notes)[2],
-                              const char *p, const char *end, const char *(&noted)[2]) {
+const char *findTagNotingWith(const PreparedTag &stop, const PreparedTag (&notes)[2], const char *p,
+                              const char *end, const char *(&noted)[2]) {
   using V = typename Ops::V;
   noted[0] = noted[1] = nullptr;
   const PreparedTag *tags[3] = {&notes[0], &notes[1], &stop};
@@ -213,8 +213,8 @@ std::size_t findElementsWith(const ElementSearch &search, const char *text, std:
     const auto first = Ops::eq(Ops::load(p), open);
     const auto second = Ops::load(p + 1);
     const auto third = Ops::load(p + 2);
-    const auto starts = Ops::bits(Ops::both(
-        Ops::both(first, Ops::eq(second, startSecond)), Ops::eq(Ops::load(p + startLast), startEnd)));
+    const auto starts = Ops::bits(Ops::both(Ops::both(first, Ops::eq(second, startSecond)),
+                                            Ops::eq(Ops::load(p + startLast), startEnd)));
     const auto paths = Ops::bits(Ops::both(Ops::both(first, Ops::eq(second, pathSecond)),
                                            Ops::eq(Ops::load(p + pathLast), pathEnd_)));
     const auto ends = Ops::bits(

@@ -120,8 +120,8 @@ NulAndTag findNulAndTag(const PreparedTag &tag, const char *tagFrom, const char 
 #endif
 }
 
-const char *findTagNoting(const PreparedTag &stop, const PreparedTag (&notes)[2],
-                          const char *begin, const char *end, const char *(&noted)[2]) {
+const char *findTagNoting(const PreparedTag &stop, const PreparedTag (&notes)[2], const char *begin,
+                          const char *end, const char *(&noted)[2]) {
 #if defined(__x86_64__)
   if (width == 64) return findTagNotingAvx512(stop, notes, begin, end, noted);
   if (width == 32) return findTagNotingAvx2(stop, notes, begin, end, noted);

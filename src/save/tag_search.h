@@ -43,8 +43,8 @@ NulAndTag findNulAndTag(const PreparedTag &tag, const char *tagFrom, const char 
 // two other tags first starts: noted[i] is that place, or nullptr when the tag does not start at
 // or before the stop tag's place (before end when there is none). All three tags have at least
 // three bytes. One pass over the text for all three.
-const char *findTagNoting(const PreparedTag &stop, const PreparedTag (&notes)[2],
-                          const char *begin, const char *end, const char *(&noted)[2]);
+const char *findTagNoting(const PreparedTag &stop, const PreparedTag (&notes)[2], const char *begin,
+                          const char *end, const char *(&noted)[2]);
 
 // The places of one element of a text: its start tag, its end tag (the first from its start
 // on), and the first "<path>" and "</path>" from its start on when they start no later than its

@@ -15,9 +15,7 @@ namespace {
 struct Avx2 {
   using V = __m256i;
   static constexpr int kWidth = 32;
-  static V load(const char *p) {
-    return _mm256_loadu_si256(reinterpret_cast<const __m256i *>(p));
-  }
+  static V load(const char *p) { return _mm256_loadu_si256(reinterpret_cast<const __m256i *>(p)); }
   static V splat(char c) { return _mm256_set1_epi8(c); }
   static V eq(V a, V b) { return _mm256_cmpeq_epi8(a, b); }
   static V both(V a, V b) { return _mm256_and_si256(a, b); }
@@ -27,8 +25,7 @@ struct Avx2 {
 
 }  // namespace
 
-const char *findTagAvx2(const PreparedTag &tag, const char *p, const char *end,
-                        const char **rest) {
+const char *findTagAvx2(const PreparedTag &tag, const char *p, const char *end, const char **rest) {
   return findTagWith<Avx2>(tag, p, end, rest);
 }
 

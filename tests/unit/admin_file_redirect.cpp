@@ -39,7 +39,7 @@ mode_t modeArgument(int flags, va_list arguments) {
   return (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE ? va_arg(arguments, mode_t) : 0;
 }
 
-} // namespace
+}  // namespace
 
 void redirectFilesCommandFile(const char *path) {
   redirectSet = path != nullptr;

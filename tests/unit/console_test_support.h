@@ -99,4 +99,4 @@ inline bool exists(const std::string &name) {
   return lstat(name.c_str(), &info) == 0;
 }
 
-} // namespace console_test
+}  // namespace console_test

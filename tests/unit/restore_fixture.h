@@ -26,12 +26,13 @@ inline std::string readWhole(int fd) {
   std::string out;
   char chunk[65536];
   lseek(fd, 0, SEEK_SET);
-  for (ssize_t n; (n = read(fd, chunk, sizeof chunk)) > 0;) out.append(chunk, n);
+  for (ssize_t n; (n = read(fd, chunk, sizeof chunk)) > 0;)
+    out.append(chunk, n);
   return out;
 }
 
 class TempDir {
- public:
+public:
   TempDir() {
     char pattern[] = "/tmp/trovan-test-XXXXXX";
     path_ = mkdtemp(pattern);
@@ -43,7 +44,7 @@ class TempDir {
   const std::string &path() const { return path_; }
   std::string file(const std::string &name) const { return path_ + "/" + name; }
 
- private:
+private:
   std::string path_;
 };
 
@@ -70,7 +71,7 @@ inline std::string replyWith(int result, const std::string &description = "ok",
 }
 
 class FakeAdminFile {
- public:
+public:
   FakeAdminFile(const TempDir &dir, const std::string &reply) : reply_(reply) {
     const std::string path = dir.file("files.cmd");
     const int out = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
@@ -97,7 +98,7 @@ class FakeAdminFile {
     return out;
   }
 
- private:
+private:
   std::string reply_;
   int fd_ = -1;
 };
@@ -114,7 +115,7 @@ inline void resetProcessState() {
 
 // Captures what the code writes on descriptors 1 and 2 (stdio included).
 class Output {
- public:
+public:
   Output() {
     std::fflush(stdout);
     std::fflush(stderr);
