@@ -5,9 +5,9 @@
 #include <cstring>
 #include <string_view>
 
+#include "document/completion_codes.h"
 #include "document/records.h"
 
-inline constexpr int kEndOfInput = -99;
 inline constexpr std::size_t kInputWindowSize = 8192;
 
 // Reads the next tag into name (kTagNameSize bytes, cut to 63). Returns 0 when a tag was read
