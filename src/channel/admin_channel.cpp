@@ -47,9 +47,17 @@ int rewindAdminFile() {
   return 0;
 }
 
+}  // namespace
+
 bool growReplyBuffer() {
-  replyBufferSize += kReplyBufferStep;
-  char *grown = static_cast<char *>(std::realloc(replyBuffer, replyBufferSize));
+  // The size is a signed 32-bit count: past its range the buffer cannot grow, as if memory had
+  // run out.
+  const bool fits = replyBufferSize <= INT_MAX - kReplyBufferStep;
+  char *grown = nullptr;
+  if (fits) {
+    replyBufferSize += kReplyBufferStep;
+    grown = static_cast<char *>(std::realloc(replyBuffer, replyBufferSize));
+  }
   if (grown == nullptr) {
     std::free(replyBuffer);
     replyBuffer = nullptr;
@@ -59,6 +67,8 @@ bool growReplyBuffer() {
   replyBuffer = grown;
   return true;
 }
+
+namespace {
 
 // Copies reply[from, end) (to the text's end when end is npos) into out, cut to size - 1.
 void copyUpTo(std::string_view reply, std::size_t from, std::size_t end, std::size_t size,

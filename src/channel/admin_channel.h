@@ -37,6 +37,10 @@ extern int replyBufferSize;
 // Allocates the 64 KiB reply buffer kept for the whole run; false when memory is exhausted.
 bool allocateReplyBuffer();
 void freeReplyBuffer();
+// Grows the reply buffer by one step of 64 KiB, never past the signed 32-bit range. False, with
+// the buffer freed and forgotten after "Error getting big enough buffer for trustees", when it
+// cannot.
+bool growReplyBuffer();
 
 // Writes requestBuffer at offset 0 of adminFd. Returns 0 or the errno of the failing call.
 int sendRequest();

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <string>
 
@@ -86,6 +87,32 @@ TEST_F(AdminChannel, ReplyOneByteShorterDoesNotGrow) {
                          name_),
             0);
   EXPECT_EQ(replyBufferSize, kReplyBufferStep);
+}
+
+TEST_F(AdminChannel, ReplyBufferGrowsByOneStep) {
+  EXPECT_TRUE(growReplyBuffer());
+  EXPECT_EQ(replyBufferSize, 2 * kReplyBufferStep);
+  ASSERT_NE(replyBuffer, nullptr);
+}
+
+// The size is injected, not allocated: at the last size whose next step would pass the signed
+// 32-bit range (2 GiB less 64 KiB) the buffer is not grown but given up, with the allocation
+// message, as a reply of 2.2 GB would end.
+TEST_F(AdminChannel, ReplyBufferStopsGrowingBeforeTheSigned32BitRange) {
+  replyBufferSize = INT_MAX - kReplyBufferStep + 1;
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE(growReplyBuffer());
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Error getting big enough buffer for trustees\n");
+  EXPECT_EQ(replyBuffer, nullptr);
+  // Every later reply fails the same way, without reading.
+  useReply(reply("<result value=\"0\"><description>ok</description></result>"));
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
+                         name_),
+            -1);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Error getting big enough buffer for trustees\n");
 }
 
 TEST_F(AdminChannel, LongReplyIsReadWhole) {

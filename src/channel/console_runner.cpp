@@ -8,12 +8,18 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "channel/temp_files.h"
+
 namespace {
 
-// Points descriptor 2 of the child at the caller's temporary file, created or truncated. The
-// name is opened without following a link, so a link planted under it makes this fail.
+// Points descriptor 2 of the child at a new file under the caller's temporary name. Whatever
+// stands under the name (an earlier report, or a link, a FIFO or a file planted there) is
+// removed first, and the file is made afresh, only for this user: nothing planted can stand in
+// for it. When something under the name cannot be removed, the file cannot be made and this
+// fails.
 bool catchErrorStream(const char *tempName) {
-  const int fd = open(tempName, O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW, 0666);
+  unlink(tempName);
+  const int fd = open(tempName, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
   if (fd < 0) return false;
   if (fd != STDERR_FILENO) {
     dup2(fd, STDERR_FILENO);
@@ -31,8 +37,10 @@ void discardStream(FILE *stream) {
 }  // namespace
 
 int runCommand(const char *file, char *const argv[], char *tempName) {
-  if (tempName != nullptr)
+  if (tempName != nullptr) {
     std::snprintf(tempName, kConsoleTempNameSize, "/tmp/trovan%d", static_cast<int>(getpid()));
+    rememberTempFile(TempFile::kConsoleReport, tempName);
+  }
 
   // A line still buffered here would otherwise be written by the child as well.
   std::fflush(stdout);

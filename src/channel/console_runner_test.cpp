@@ -8,6 +8,7 @@
 #include <string>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -156,11 +157,34 @@ TEST_F(ConsoleRunner, CheckRxlVolumeClearsErrno) {
 // without a line end and returns -2 to its own caller, while the parent collects the child
 // whenever it ends. Run inside a helper process so that the continuing child cannot reach the
 // test runner; the helper's output goes to files.
-TEST_F(ConsoleRunner, PlantedLinkMakesTheChildContinueWithMinusTwo) {
+TEST_F(ConsoleRunner, PlantedLinkIsReplacedByANewFileAndItsTargetIsUntouched) {
+  writeScript(dir_, "fake-report", "echo report >&2");
+  const std::string target = dir_.file("link-target");
+  writeFile(target, "someone else's\n");
+  ASSERT_EQ(symlink(target.c_str(), consoleTempName().c_str()), 0);
+  char tempName[kConsoleTempNameSize];
+  EXPECT_EQ(run("fake-report", tempName), 0);
+  struct stat info;
+  ASSERT_EQ(lstat(tempName, &info), 0);
+  EXPECT_TRUE(S_ISREG(info.st_mode));
+  EXPECT_EQ(info.st_mode & 07777, 0600u);
+  EXPECT_EQ(info.st_uid, geteuid());
+  EXPECT_EQ(readFile(tempName), "report\n");
+  EXPECT_EQ(readFile(target), "someone else's\n");
+}
+
+TEST_F(ConsoleRunner, PlantedFifoIsReplacedWithoutWaitingOnIt) {
+  writeScript(dir_, "fake-report", "echo report >&2");
+  ASSERT_EQ(mkfifo(consoleTempName().c_str(), 0600), 0);
+  char tempName[kConsoleTempNameSize];
+  EXPECT_EQ(run("fake-report", tempName), 0);
+  EXPECT_EQ(readFile(tempName), "report\n");
+}
+
+TEST_F(ConsoleRunner, ANameThatCannotBeClearedMakesTheChildContinueWithMinusTwo) {
   writeScript(dir_, "fake-ok", "exit 0");
   const std::string out = dir_.file("out");
   const std::string err = dir_.file("err");
-  const std::string target = dir_.file("link-target");
   std::fflush(stdout);
   std::fflush(stderr);
   const pid_t helper = fork();
@@ -170,7 +194,8 @@ TEST_F(ConsoleRunner, PlantedLinkMakesTheChildContinueWithMinusTwo) {
     const int errFd = open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     dup2(outFd, 1);
     dup2(errFd, 2);
-    if (symlink(target.c_str(), consoleTempName().c_str()) != 0) _exit(3);
+    // A directory is not removed by unlink(), and the file cannot be made in its place.
+    if (mkdir(consoleTempName().c_str(), 0700) != 0) _exit(3);
     // Buffered when the fork comes: it must be written once, not once more by the child.
     std::printf("pending;");
     char tempName[kConsoleTempNameSize];
@@ -181,7 +206,6 @@ TEST_F(ConsoleRunner, PlantedLinkMakesTheChildContinueWithMinusTwo) {
       std::fflush(stdout);
       _exit(42);
     }
-    unlink(tempName);
     std::printf("parent:%d;", result);
     std::fflush(stdout);
     _exit(0);
@@ -192,8 +216,7 @@ TEST_F(ConsoleRunner, PlantedLinkMakesTheChildContinueWithMinusTwo) {
   ASSERT_TRUE(WIFEXITED(status));
   EXPECT_EQ(WEXITSTATUS(status), 0);
   EXPECT_EQ(readFile(out), "pending;child:-2;parent:42;");
-  EXPECT_EQ(readFile(err), "Error 40(Too many levels of symbolic links)opening temp file");
-  EXPECT_FALSE(exists(target));
+  EXPECT_EQ(readFile(err), "Error 17(File exists)opening temp file");
 }
 
 }  // namespace

@@ -1,5 +1,9 @@
 #include <cstdlib>
 
+#include "cli/process_start.h"
 #include "cli/run_driver.h"
 
-int main(int argc, char **argv) { std::exit(runTrovan(argc, argv)); }
+int main(int argc, char **argv) {
+  prepareProcess();
+  std::exit(runTrovan(argc, argv));
+}

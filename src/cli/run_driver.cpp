@@ -14,6 +14,7 @@
 #include <strings.h>
 
 #include "channel/admin_channel.h"
+#include "channel/temp_files.h"
 #include "cli/help_text.h"
 #include "cli/options.h"
 #include "cli/volume.h"
@@ -234,17 +235,18 @@ int prepareLegacyInput(RunOptions &run) {
   }
   char *temporaryName = run.temporaryName;
   std::strcpy(temporaryName, "/tmp/tmp.XXXXXX");
-  const int temporaryFd = mkstemp(temporaryName);
+  const int temporaryFd = mkostemp(temporaryName, O_CLOEXEC);
   if (temporaryFd < 0) {
     std::fprintf(stderr, "Unable to create a temporary file from /tmp/tmp.XXXXXX.  err=%m\n");
     return kStatusUsage;
   }
+  rememberTempFile(TempFile::kLegacyDocument, temporaryName);
   close(temporaryFd);
   if (convertTrusteeReport(run.tree, temporaryName, run.prefix) != 0) {
     std::fprintf(stderr, "Unable to read input file.\n");
     return kStatusUsage;
   }
-  inputFd = open(temporaryName, O_RDONLY);
+  inputFd = open(temporaryName, O_RDONLY | O_CLOEXEC);
   if (inputFd < 0) {
     inputFd = 0;
     std::fprintf(stderr, "Unable to open temporary input file : %s\n", temporaryName);
@@ -270,6 +272,7 @@ int runRestore(RunOptions &run) {
     close(inputFd);
     inputFd = 0;
     unlink(run.temporaryName);
+    forgetTempFile(TempFile::kLegacyDocument);
   }
   return status;
 }

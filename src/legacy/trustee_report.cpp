@@ -31,6 +31,14 @@ Kind kindOf(const char *keyword) {
   return Kind::kOther;
 }
 
+// "Invalid entry for %s in input file at line %d.\n". The text can be longer than a printf
+// count can hold, so it is written as it stands, between the message's two halves.
+void reportInvalidEntry(const char *text, long long lineNumber) {
+  std::fputs("Invalid entry for ", stderr);
+  std::fwrite(text, 1, std::strlen(text), stderr);
+  std::fprintf(stderr, " in input file at line %lld.\n", lineNumber);
+}
+
 // Owns the output file, the -t/-r settings and the buffer of tree-qualified names for one pass.
 class Conversion {
 public:
@@ -43,14 +51,14 @@ public:
   Conversion &operator=(const Conversion &) = delete;
 
   bool open(const char *outputPath) {
-    out_ = std::fopen(outputPath, "w");
+    out_ = std::fopen(outputPath, "we");
     if (out_ == nullptr) return false;
     std::setvbuf(out_, nullptr, _IOFBF, kOutputBufferSize);
     return true;
   }
 
   // Writes the records of one line. False when the conversion must stop.
-  bool convertLine(char *line, int lineNumber) {
+  bool convertLine(char *line, long long lineNumber) {
     char *cursor = nullptr;
     const char *keyword = nextQuotedField(line, kSeparator, &cursor);
     if (keyword == nullptr) return true;
@@ -61,7 +69,7 @@ public:
       field[i] = nextQuotedField(nullptr, kSeparator, &cursor);
       if (field[i] == nullptr) {
         // The line now ends where field 0's closing quotation mark was: '"' and the keyword.
-        std::fprintf(stderr, "Invalid entry for %s in input file at line %d.\n", line, lineNumber);
+        reportInvalidEntry(line, lineNumber);
         return true;
       }
     }
@@ -163,7 +171,7 @@ int convertTrusteeReport(const char *tree, const char *outputPath, const char *p
   std::fprintf(stderr, "Tokens ATTR and OWNER are not supported.\n");
   std::fprintf(stderr, "Skipping tokens ATTR and OWNER.\n");
   std::fputs(kDocumentOpen, conversion.out());
-  int lineNumber = 0;
+  long long lineNumber = 0;
   while (char *line = readReportLine()) {
     const bool goOn = conversion.convertLine(line, ++lineNumber);
     std::free(line);

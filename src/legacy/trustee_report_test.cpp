@@ -211,6 +211,17 @@ TEST_F(ConvertTrusteeReport, ThreeValueFieldsIsAnInvalidEntry) {
             std::string(kNotices) + "Invalid entry for \"TRUSTEE in input file at line 1.\n");
 }
 
+// The keyword field is the whole line when no separator follows it: the message holds it whole,
+// however long (the text is written as it stands, never through a printf count).
+TEST_F(ConvertTrusteeReport, AnInvalidEntryOfALongLineIsReportedWhole) {
+  const std::string keyword = "TRUSTEE" + std::string(300000, 'x');
+  const Conversion got = convert(std::string(kHeader) + "\"" + keyword + "\"\n");
+  EXPECT_EQ(got.result, 0);
+  EXPECT_EQ(got.document, document(""));
+  EXPECT_EQ(got.errors, std::string(kNotices) + "Invalid entry for \"" + keyword +
+                            " in input file at line 1.\n");
+}
+
 TEST_F(ConvertTrusteeReport, InvalidEntriesCountOnlyNonEmptyLinesAfterTheHeader) {
   const Conversion got = convert(std::string(kHeader) + "\r\n"
                                                         R"("TRUSTEE","V:\A","x","N","R")"

@@ -25,7 +25,7 @@ void toForwardSlashes(char *text) {
 
 int restoreDirQuotas(const char *mountPoint, const regex_t *filter) {
   adminFd = 0;
-  adminFd = open(kFilesCommandFile, O_RDWR);
+  adminFd = open(kFilesCommandFile, O_RDWR | O_CLOEXEC);
   if (adminFd < 0) {
     const int error = errno;
     std::fprintf(stderr, "Unable to open the admin file for administration of files.  err=%m\n");

@@ -23,11 +23,18 @@ constexpr std::string_view kConfirmation = "completed OK";
 
 char *arg(const char *text) { return const_cast<char *>(text); }
 
+// The report file the child made: a regular file of this user's, under one name. Anything else
+// found under the name (put there after the child made its file) is no report of the command.
+bool isOwnReport(const struct stat &info) {
+  return S_ISREG(info.st_mode) && info.st_nlink == 1 && info.st_uid == geteuid();
+}
+
 // The console's report for one change: 0 when it holds the confirmation, -1 otherwise (after the
-// message). The temporary file is removed unless it could not be opened.
+// message). The temporary file is removed unless it could not be opened. It is opened without
+// following a link and without waiting on a FIFO.
 template <typename NoMemory, typename NotConfirmed>
 int judgeReport(const char *tempName, NoMemory noMemory, NotConfirmed notConfirmed) {
-  const int fd = open(tempName, O_RDONLY);
+  const int fd = open(tempName, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
   if (fd < 0) {
     std::fprintf(stderr, "Error reading tmp file: %m\n");
     return -1;
@@ -37,6 +44,8 @@ int judgeReport(const char *tempName, NoMemory noMemory, NotConfirmed notConfirm
   struct stat info;
   if (fstat(fd, &info) != 0) {
     std::fprintf(stderr, "Error stating tmp file: %m\n");
+  } else if (!isOwnReport(info)) {
+    notConfirmed();
   } else if ((text = static_cast<char *>(
                   std::malloc(static_cast<std::size_t>(info.st_size) + 1))) == nullptr) {
     noMemory();

@@ -215,11 +215,39 @@ TEST_F(RxlRestore, VanishedTempFileIsAReadErrorAndReturnsMinusOne) {
   EXPECT_EQ(err_, "Error reading tmp file: No such file or directory\n");
 }
 
-TEST_F(RxlRestore, UnreadableTempFileIsAReadErrorAndReturnsMinusOne) {
-  // A directory opens for reading but cannot be read.
+// What the parent finds under the name, should it no longer be the file the child made, is no
+// report of the command: the entry fails as one that did not say "completed OK".
+TEST_F(RxlRestore, ADirectoryUnderTheNameIsNoConfirmation) {
   fakeRxlcon("rm -f /tmp/trovan$PPID; mkdir /tmp/trovan$PPID");
   EXPECT_EQ(trustee("VOL:a", "admin.org", "<read/>"), -1);
-  EXPECT_EQ(err_, "Error reading tmp file: Is a directory\n");
+  EXPECT_EQ(err_, "Error adding trustee admin.org to VOL:a with rights [r].\n");
+  EXPECT_EQ(out_, "");
+}
+
+TEST_F(RxlRestore, AFifoUnderTheNameIsNoConfirmationAndIsNotWaitedOn) {
+  showActions = 1;
+  fakeRxlcon("rm -f /tmp/trovan$PPID; mkfifo /tmp/trovan$PPID");
+  EXPECT_EQ(filter("VOL:a", "<read/>"), -1);
+  EXPECT_EQ(err_, "Error adding IRF VOL:a with rights [r].\n");
+  EXPECT_EQ(out_, "");
+  EXPECT_FALSE(exists(consoleTempName()));
+}
+
+TEST_F(RxlRestore, ASecondLinkToTheReportIsNoConfirmation) {
+  showActions = 1;
+  fakeRxlcon(std::string(kConfirm) + "; ln /tmp/trovan$PPID " + dir_.file("kept"));
+  EXPECT_EQ(trustee("VOL:a", "admin.org", "<read/>"), -1);
+  EXPECT_EQ(err_, "Error adding trustee admin.org to VOL:a with rights [r].\n");
+  EXPECT_EQ(out_, "");
+  EXPECT_FALSE(exists(consoleTempName()));
+}
+
+TEST_F(RxlRestore, ASymbolicLinkUnderTheNameIsNotFollowed) {
+  showActions = 1;
+  writeFile(dir_.file("forged"), "Command completed OK.\n");
+  fakeRxlcon("rm -f /tmp/trovan$PPID; ln -s " + dir_.file("forged") + " /tmp/trovan$PPID");
+  EXPECT_EQ(trustee("VOL:a", "admin.org", "<read/>"), -1);
+  EXPECT_EQ(err_, "Error reading tmp file: Too many levels of symbolic links\n");
   EXPECT_EQ(out_, "");
 }
 

@@ -51,7 +51,7 @@ int restoreTrustees(char *basePath, const regex_t *filter, const char *tree, int
       basePath[length + 1] = '\0';
     }
   } else {
-    adminFd = open(kFilesCommandFile, O_RDWR);
+    adminFd = open(kFilesCommandFile, O_RDWR | O_CLOEXEC);
     if (adminFd < 0) {
       const int error = errno;
       std::fprintf(

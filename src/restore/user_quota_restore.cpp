@@ -30,7 +30,7 @@ bool isIgnoredUserChild(const Tag &tag) {
 
 int restoreUserQuotas(const char *volume, const char *tree) {
   adminFd = 0;
-  adminFd = open(kManageCommandFile, O_RDWR);
+  adminFd = open(kManageCommandFile, O_RDWR | O_CLOEXEC);
   if (adminFd < 0) {
     const int error = errno;
     std::fprintf(stderr, "Unable to open the admin file for administration of volumes.  err=%m\n");

@@ -182,7 +182,7 @@ int removeInvalidTrustees(const char *volume, const char *infoDirectory, const c
   std::memcpy(resources.infoFileName, infoDirectory, directoryLength);
   std::memcpy(resources.infoFileName + directoryLength, infoFileName, fileLength + 1);
 
-  resources.infoFd = open(resources.infoFileName, O_RDONLY);
+  resources.infoFd = open(resources.infoFileName, O_RDONLY | O_CLOEXEC);
   if (resources.infoFd < 0) {
     std::fprintf(stderr, " %s Failed to open file %s:%m\n", "util/trovan/trovan[3210]",
                  resources.infoFileName);
@@ -195,7 +195,7 @@ int removeInvalidTrustees(const char *volume, const char *infoDirectory, const c
     return 0;
   }
   adminFd = 0;
-  adminFd = open(kFilesCommandFile, O_RDWR);
+  adminFd = open(kFilesCommandFile, O_RDWR | O_CLOEXEC);
   if (adminFd < 0) {
     std::fprintf(stderr,
                  "Unable to open the admin file for administration ofthe file system.  err=%m\n");

@@ -213,7 +213,7 @@ void parseRxlTrusteeBlock(char *block, int length, const char *pathFilter) {
 }
 
 int importRxlTrusteeFile(const char *fileName, const char *pathFilter) {
-  const int fd = open(fileName, O_RDONLY);
+  const int fd = open(fileName, O_RDONLY | O_CLOEXEC);
   if (fd < 0) {
     std::fprintf(stderr, "Unable to open %s.  err=%m\n", fileName);
     return -1;
