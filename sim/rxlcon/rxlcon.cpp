@@ -6,9 +6,11 @@
 #include "../core/state.h"
 #include "../core/text.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <dirent.h>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -70,9 +72,31 @@ int edit(const std::string &root, const std::vector<std::string> &a) {
   return 0;
 }
 
+// With QUILLSIM_RXLCON_FDS=FILE, appends to FILE one line naming the descriptors this command
+// found open as it started (those its parent let it inherit), for tests of descriptor hygiene.
+void reportInheritedDescriptors() {
+  const char *file = std::getenv("QUILLSIM_RXLCON_FDS");
+  if (!file || !*file) return;
+  std::vector<int> open;
+  if (DIR *dir = opendir("/proc/self/fd")) {
+    while (const dirent *entry = readdir(dir)) {
+      char *end = nullptr;
+      const long fd = std::strtol(entry->d_name, &end, 10);
+      if (end != entry->d_name && !*end && fd != dirfd(dir)) open.push_back(static_cast<int>(fd));
+    }
+    closedir(dir);
+  }
+  std::sort(open.begin(), open.end());
+  std::string line = "descriptors:";
+  for (int fd : open)
+    line += ' ' + std::to_string(fd);
+  qs::appendFile(file, line + '\n');
+}
+
 }  // namespace
 
 int main(int argc, char **argv) {
+  reportInheritedDescriptors();
   std::vector<std::string> a(argv + 1, argv + argc);
   std::string root = qs::envRoot();
   if (root.empty()) {
