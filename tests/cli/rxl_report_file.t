@@ -12,7 +12,7 @@ command below removes what it planted.
 
     $ quillsim volume add VOL1 && quillsim file add VOL1 '/docs/a&b.txt'
     ? 0
-    $ printf '%s\n' '#!/bin/sh' 'name=/tmp/trovan$$' 'echo $$ > trovan.pid' 'case $1 in' '  fifo) mkfifo $name ;;' '  link) ln -s $PWD/forged $name ;;' '  dangling) ln -s $PWD/nowhere $name ;;' '  hardlink) ln $PWD/victim $name ;;' 'esac' 'shift' 'exec trovan "$@"' > plant && chmod +x plant
+    $ printf '%s\n' '#!/bin/sh' 'name=/tmp/trovan$$' 'echo $$ > trovan.pid' 'case $1 in' '  fifo) mkfifo $name ;;' '  link) ln -s $PWD/forged $name ;;' '  dangling) ln -s $PWD/nowhere $name ;;' '  hardlink) ln $PWD/victim $name ;;' '  directory) mkdir $name ;;' 'esac' 'shift' 'exec trovan "$@"' > plant && chmod +x plant
     ? 0
 
 A FIFO: the restore neither waits on it nor reads it; it is replaced by the report file.
@@ -101,6 +101,44 @@ reports through it.
     > not for trovan
     > nobody 1
     ? 0
-    $ quillsim log --rxl | grep -c ' VOL1:'
+    $ quillsim log --rxl | grep -c ' VOL1:'; quillsim log --rxl --clear
     > 4
+    ? 0
+
+A name that cannot be cleared (a directory, which unlink does not remove): the report file
+cannot be made, and the run takes its long-standing path for that case. The child reports
+"Error 17(File exists)opening temp file" (without a line end) and, instead of running rxlcon,
+goes on with the rest of the document as a copy of trovan, whose own commands use its own
+report file; the parent then takes the entry as failed, since what it finds under the name is
+no report, and goes on with what it had read of the document. So the first entry is never
+applied and later ones may be applied more than once, each change still made by rxlcon and
+reported by the run that made it. Nothing is confirmed that rxlcon did not report.
+
+    $ timeout 60 ./plant directory restore VOL1 -n -a < $DATA/data/rxl_document.xml; status=$?; rmdir /tmp/trovan$(cat trovan.pid); exit $status
+    > Restoring trustees
+    > Trustee admin.corp.TREE. added to VOL1:/docs with rights [rwf].
+    > Trustee bob.corp.TREE. added to VOL1:/docs/a&b.txt with rights [].
+    > Inherited rights filter added to VOL1:/docs/a&b.txt with rights [].
+    > Restoring trustees - completed
+    > Trustee bob.corp.TREE. added to VOL1:/docs/a&b.txt with rights [].
+    > Inherited rights filter added to VOL1:/docs/a&b.txt with rights [].
+    > Restoring trustees - completed
+    > Inherited rights filter added to VOL1:/docs/a&b.txt with rights [].
+    > Restoring trustees - completed
+    > Restoring trustees - completed
+    > Restoring trustees - completed
+    2> Error 17(File exists)opening temp fileError adding inherited right filter "rf" to VOL1:/docs.
+    2> Error adding IRF VOL1:/docs with rights [rf].
+    2> Error 17(File exists)opening temp fileError adding trustee admin.corp.TREE. to VOL1:/docs with rights [rwf].
+    2> Error adding trustee admin.corp.TREE. to VOL1:/docs with rights [rwf].
+    2> Error 17(File exists)opening temp fileError adding trustee bob.corp.TREE. to VOL1:/docs/a&b.txt with rights [].
+    2> Error adding trustee bob.corp.TREE. to VOL1:/docs/a&b.txt with rights [].
+    2> Error 17(File exists)opening temp fileError adding inherited right filter "" to VOL1:/docs/a&b.txt.
+    2> Error adding IRF VOL1:/docs/a&b.txt with rights [].
+    ? 0
+    $ quillsim log --rxl | sort | uniq -c
+    >       3 rxlcon irm set VOL1:/docs/a&b.txt none
+    >       1 rxlcon rights add VOL1:/docs admin.corp.TREE. rwf
+    >       2 rxlcon rights add VOL1:/docs/a&b.txt bob.corp.TREE. none
+    >       1 rxlcon volume VOL1
     ? 0
