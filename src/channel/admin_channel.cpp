@@ -9,7 +9,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "channel/tag_find.h"
+#include "document/tag_search.h"
 
 int reflectOnGemel = 1;
 int adminFd = 0;
