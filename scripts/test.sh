@@ -21,6 +21,8 @@ run_suite() {
 }
 
 run_suite build/release -DCMAKE_BUILD_TYPE=Release
+echo "== cross build for aarch64: trovan and its core library compile for a processor that is not x86"
+scripts/cross_check.sh
 ASAN_OPTIONS=detect_leaks=1 run_suite build/sanitize -DCMAKE_BUILD_TYPE=Debug -DTROVAN_SANITIZE=ON
 
 echo "== fuzz smoke run: every target, a fixed number of inputs, under both sanitizers"

@@ -60,7 +60,9 @@ template <typename Ready, typename Awake>
 void RecordRing::waitUntil(Ready ready, std::atomic<bool> &asleep, Awake awake) {
   for (int spin = 0; !ready(); ++spin) {
     if (spin < kSpins) {
+#if defined(__x86_64__) || defined(__i386__)
       __builtin_ia32_pause();
+#endif
     } else {
       std::unique_lock<std::mutex> lock(sleep_);
       asleep.store(true, std::memory_order_seq_cst);
