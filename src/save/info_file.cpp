@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "document/completion_codes.h"
 #include "document/run_settings.h"
 #include "save/info_filters.h"
 #include "save/info_wrapper.h"
@@ -73,7 +74,8 @@ struct Buffers {
 // Reads the open file until a read returns 0. Its stat size is only a first guess at the room
 // needed (the file system reports 0 for its virtual files); the buffer grows geometrically. The
 // text ends at its first NUL, so *size is that position (or all that was read).
-// Returns 0 with the text terminated where the data ends, 12, or the errno of a failed read.
+// Returns 0 with the text terminated where the data ends, kOutOfMemory, or the errno of a
+// failed read.
 int readWhole(int fd, TextBuffer &text, std::size_t *size) {
   std::size_t capacity = kReadStep + 1;
   struct stat info;
@@ -82,7 +84,7 @@ int readWhole(int fd, TextBuffer &text, std::size_t *size) {
     capacity = static_cast<std::size_t>(info.st_size) + kReadStep + 1;
   if (!text.reserve(capacity)) {
     reportNoMemory("util/trovan/trovan[3043]");
-    return 12;
+    return kOutOfMemory;
   }
   std::size_t used = 0;
   for (;;) {
@@ -91,7 +93,7 @@ int readWhole(int fd, TextBuffer &text, std::size_t *size) {
       if (grown > kLargestText + 1) grown = kLargestText + 1;
       if (grown <= text.capacity() || !text.reserve(grown)) {
         reportNoMemory("util/trovan/trovan[3056]");
-        return 12;
+        return kOutOfMemory;
       }
     }
     std::size_t room = text.capacity() - 1 - used;
@@ -136,11 +138,11 @@ UserTypeRemoval userTypeRemoval(const char *fileName) {
   return {};
 }
 
-// 0, or -1 after a failed removal (with the removal's extra message).
+// 0, or kOwnFailure after a failed removal (with the removal's extra message).
 int removalStatus(const UserTypeRemoval &removal, int status) {
   if (status == 0) return 0;
   if (removal.failure != nullptr) std::fputs(removal.failure, stderr);
-  return -1;
+  return kOwnFailure;
 }
 
 }  // namespace
@@ -153,7 +155,7 @@ int extractInfoFile(const char *infoDir, const char *fileName, const char *path,
   buffers.name = static_cast<char *>(std::calloc(dirLength + fileLength + 1, 1));
   if (buffers.name == nullptr) {
     reportNoMemory("util/trovan/trovan[3028]");
-    return 12;
+    return kOutOfMemory;
   }
   std::memcpy(buffers.name, infoDir, dirLength);
   std::memcpy(buffers.name + dirLength, fileName, fileLength);
@@ -161,7 +163,7 @@ int extractInfoFile(const char *infoDir, const char *fileName, const char *path,
   buffers.fd = open(buffers.name, O_RDONLY | O_CLOEXEC);
   if (buffers.fd < 0) {
     std::fprintf(stderr, "Unable to open %s.  err=%m\n", buffers.name);
-    return -1;
+    return kOwnFailure;
   }
   std::size_t size = 0;
   if (int status = readWhole(buffers.fd, buffers.text, &size); status != 0) return status;
@@ -174,7 +176,7 @@ int extractInfoFile(const char *infoDir, const char *fileName, const char *path,
   const UserTypeRemoval removal = userTypeRemoval(fileName);
   if (removal.startName != nullptr) {
     const int status = removeElementsWhole(text, &length, removal.startName, removal.endName);
-    if (removalStatus(removal, status) != 0) return -1;
+    if (removalStatus(removal, status) != 0) return kOwnFailure;
     size = static_cast<std::size_t>(length);
   }
   if (path != nullptr) {
@@ -183,7 +185,7 @@ int extractInfoFile(const char *infoDir, const char *fileName, const char *path,
     buffers.scratch = static_cast<char *>(std::malloc(static_cast<std::size_t>(length) + 2));
     if (buffers.scratch == nullptr) {
       std::fprintf(stderr, "%s: Failed to realloc memory.\n", "util/trovan/trovan[3128]");
-      return 12;
+      return kOutOfMemory;
     }
     size = filterByPathWhole(text, &length, path, buffers.scratch, elementName);
   }

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "document/completion_codes.h"
 #include "document/tag_search.h"
 
 // Both filters decide what to drop in one forward pass and close the gaps as they go. Every
@@ -107,7 +108,7 @@ int removeElementsOfSize(char *text, int *length, std::size_t size, const char *
     const std::size_t e = ends.from(p);
     if (e == kNone) {
       std::fprintf(stderr, "Missing end tag : %s\n", endTag);
-      status = -1;
+      status = kOwnFailure;
       break;
     }
     const std::size_t next = removalEnd(text, size, e + endTagLength);
@@ -123,14 +124,16 @@ int removeElementsOfSize(char *text, int *length, std::size_t size, const char *
 }  // namespace
 
 int removeElements(char *text, int *length, const char *startName, const char *endName) {
-  if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr) return -1;
+  if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr)
+    return kOwnFailure;
   text[*length] = '\0';
   std::size_t sizeLeft = 0;
   return removeElementsOfSize(text, length, std::strlen(text), startName, endName, &sizeLeft);
 }
 
 int removeElementsWhole(char *text, int *length, const char *startName, const char *endName) {
-  if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr) return -1;
+  if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr)
+    return kOwnFailure;
   text[*length] = '\0';
   std::size_t sizeLeft = 0;
   return removeElementsOfSize(text, length, static_cast<std::size_t>(*length), startName, endName,
