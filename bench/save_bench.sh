@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Save benchmark: info files for FILES files (default 1,000,000; about 320 MB of TrusteeInfo.xml)
-# read by cat and by the save, side by side in one run. Each command runs as its own process
-# under /usr/bin/time; processor time is user + system of that whole process. ROUNDS rounds
+# read by cat and by the save, side by side in one run. Each command runs as its own process,
+# timed by `save_bench time`; processor time is user + system of that whole process. ROUNDS rounds
 # (default 5) each run cat, the save and the save with -p -u in turn; the medians are compared.
 # Then peak memory, and the one-pass filters against the element-by-element ones at ORACLE_FILES
 # files (default 100,000; 0 skips them). When the simulator is built (TROVAN_SIM_BUILD, default

@@ -10,7 +10,7 @@
 
 #include "channel/admin_channel.h"
 #include "save/info_filters.h"
-#include "save/info_filters_oracle.h"
+#include "info_filters_oracle.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include <thread>
 
 #include "document/run_settings.h"
-#include "save/save_test_support.h"
+#include "save_test_support.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "save/info_filters_oracle.h"
-#include "save/info_text_samples.h"
+#include "info_filters_oracle.h"
+#include "info_text_samples.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "save/info_filters_oracle.h"
+#include "info_filters_oracle.h"
 
 #include <cstdio>
 #include <cstring>
