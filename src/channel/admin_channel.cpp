@@ -17,6 +17,20 @@ char requestBuffer[kRequestBufferSize];
 char *replyBuffer = nullptr;
 int replyBufferSize = 0;
 
+namespace {
+
+RequestStandIn requestStandIn = nullptr;
+void *requestStandInContext = nullptr;
+
+}  // namespace
+
+void setRequestStandIn(RequestStandIn standIn, void *context) {
+  requestStandIn = standIn;
+  requestStandInContext = standIn != nullptr ? context : nullptr;
+}
+
+bool requestStandInSet() { return requestStandIn != nullptr; }
+
 bool allocateReplyBuffer() {
   replyBuffer = static_cast<char *>(std::malloc(kReplyBufferStep));
   if (replyBuffer == nullptr) return false;
@@ -34,6 +48,7 @@ void resetAdminChannel() {
   reflectOnGemel = 1;
   adminFd = 0;
   requestBuffer[0] = '\0';
+  setRequestStandIn(nullptr, nullptr);
 }
 
 namespace {
@@ -95,6 +110,15 @@ void cutOut(char *text, int *length, char *at, int count) {
 int sendRequest() { return sendRequest(std::strlen(requestBuffer)); }
 
 int sendRequest(std::size_t length) {
+  if (requestStandIn != nullptr) {
+    if (replyBuffer != nullptr) replyBuffer[0] = '\0';
+    const int error = requestStandIn(requestBuffer, length, requestStandInContext);
+    if (replyBuffer != nullptr) replyBuffer[replyBufferSize - 1] = '\0';
+    if (error == 0) return 0;
+    errno = error;
+    std::fprintf(stderr, "Error sending the request to the admin file system.  err=%m\n");
+    return error;
+  }
   if (int error = rewindAdminFile(); error != 0) return error;
   if (write(adminFd, requestBuffer, length) < 0) {
     const int error = errno;
@@ -108,14 +132,10 @@ namespace {
 
 // receiveReply; with `detailsWhenRefusedOnly`, the description and the name are looked for only
 // when the result is not 0 (they are left empty otherwise).
-int receiveReplyParts(std::string_view replyElement, int *result, std::size_t descriptionSize,
-                      char *description, std::size_t nameSize, char *name,
-                      bool detailsWhenRefusedOnly) {
-  if (int error = rewindAdminFile(); error != 0) return error;
-  if (replyBuffer == nullptr) {
-    std::fprintf(stderr, "Error getting big enough buffer for trustees\n");
-    return -1;
-  }
+// Reads the whole reply from offset 0 of adminFd into replyBuffer, NUL-terminated. Returns 0, -1
+// for a buffer failure, or an errno value, after its message.
+int readReplyText() {
+  if (requestStandIn != nullptr) return replyBuffer != nullptr ? 0 : -1;  // the reply is there
   int used = 0;
   int room = replyBufferSize - 1;
   for (;;) {
@@ -134,6 +154,20 @@ int receiveReplyParts(std::string_view replyElement, int *result, std::size_t de
     }
   }
   replyBuffer[used] = '\0';
+  return 0;
+}
+
+int receiveReplyParts(std::string_view replyElement, int *result, std::size_t descriptionSize,
+                      char *description, std::size_t nameSize, char *name,
+                      bool detailsWhenRefusedOnly) {
+  if (requestStandIn == nullptr) {
+    if (int error = rewindAdminFile(); error != 0) return error;
+  }
+  if (replyBuffer == nullptr) {
+    std::fprintf(stderr, "Error getting big enough buffer for trustees\n");
+    return -1;
+  }
+  if (const int error = readReplyText(); error != 0) return error;
 
   // The reply as a string: up to its first NUL byte. Every search below looks forward in it
   // from where the previous one stopped, as searches of the string would.

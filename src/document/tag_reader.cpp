@@ -28,7 +28,6 @@
 #include <cstring>
 
 #include "document/byte_vectors.h"
-#include "document/messages.h"
 #include "document/open_index.h"
 #include "document/records.h"
 #include "document/run_settings.h"
@@ -112,14 +111,13 @@ void compact() {
 int readAhead() {
   if (kReadAheadSize - input.loaded < kCompactBelow) compact();
   const std::size_t before = input.loaded;
-  handOverQueuedMessages();  // a read may wait for input
   while (input.loaded < input.windowStart + kInputWindowSize) {
     const ssize_t count = read(inputFd, input.data + input.loaded, kReadAheadSize - input.loaded);
     if (count == 0) break;
     if (count < 0) {
       if (input.loaded > before) break;  // use what came; the next refill meets the error again
       const int error = errno;
-      printMessage(stderr, "Error %m reading the input file.\n");
+      std::fprintf(stderr, "Error %m reading the input file.\n");
       return error;
     }
     input.loaded += static_cast<std::size_t>(count);
@@ -651,7 +649,7 @@ inline bool passEndTagFast(std::string_view name) {
   Tag tag;
   for (;;) {
     if (readTagMeasured(tag.name, &tag.isEndTag, "goPastEndTag", tag.length) != 0) {
-      printMessage(stderr, "Unable to find end tag: %.*s\n", static_cast<int>(name.size()),
+      std::fprintf(stderr, "Unable to find end tag: %.*s\n", static_cast<int>(name.size()),
                    name.data());
       return -1;
     }
