@@ -90,6 +90,9 @@ int restoreDocument(const char *volumeName, const char *mountPoint, const regex_
   MaskFlags flags;
   if (const int result = parseMask(mask, flags); result != kSuccess) return result;
 
+  // With -n, a failed console command leaves a copy of this process going on; it shares the rest
+  // of the input with this one through the file offset, so nothing is read ahead of the window.
+  readOnlyWithinWindow(rxlMode != 0);
   Tag tag;
   if (readTag(tag, "restoreMetadata(1)") != kSuccess || !tag.is("metadata")) {
     std::fprintf(stderr, "Unrecognized file contents.  Unable to start the restore\n");
