@@ -5,6 +5,7 @@
 
 #include "channel/admin_channel.h"
 #include "channel/request_builder.h"
+#include "document/completion_codes.h"
 #include "document/records.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
@@ -95,11 +96,11 @@ int addDirQuota(const char *fileName, const char *quota) {
                     "</fileName>", gemelPiece(), "<quotaAmount>", quota,
                     "</quotaAmount></addQuota></directoryQuota>", kFileRequestClose});
   Reply reply;
-  if (exchangeRequest("<addQuota>", reply, length) != 0) return -1;
+  if (exchangeRequest("<addQuota>", reply, length) != 0) return kOwnFailure;
   if (reply.result != 0) {
     std::fprintf(stderr, "Error adding directory quota of %s to %s: %s(%s)\n", quota, fileName,
                  reply.description, reply.name);
-    return -1;
+    return kOwnFailure;
   }
   if (showActions) std::printf("Directory quota of %s added to %s.\n", quota, fileName);
   return 0;

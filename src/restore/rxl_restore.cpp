@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include "channel/console_runner.h"
+#include "document/completion_codes.h"
 #include "document/rights.h"
 #include "document/run_settings.h"
 #include "document/xml_text.h"
@@ -30,9 +31,9 @@ int judgeReport(const char *tempName, NoMemory noMemory, NotConfirmed notConfirm
   const int fd = open(tempName, O_RDONLY);
   if (fd < 0) {
     std::fprintf(stderr, "Error reading tmp file: %m\n");
-    return -1;
+    return kOwnFailure;
   }
-  int result = -1;
+  int result = kOwnFailure;
   char *text = nullptr;
   struct stat info;
   if (fstat(fd, &info) != 0) {

@@ -6,6 +6,7 @@
 
 #include "channel/admin_channel.h"
 #include "channel/request_builder.h"
+#include "document/completion_codes.h"
 #include "document/records.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
@@ -95,11 +96,11 @@ int addUserQuota(const char *volume, const char *userName, const char *quota, in
        "<volumeName>", volume, "</volumeName><userName>", userName, "</userName><quota>", quota,
        "</quota>", gemelPiece(), "</set></userSpaceRestrictions>", kVolumeRequestClose});
   Reply reply;
-  if (exchangeRequest("<userSpaceRestrictions>", reply, length) != 0) return -1;
+  if (exchangeRequest("<userSpaceRestrictions>", reply, length) != 0) return kOwnFailure;
   if (reply.result != 0) {
     std::fprintf(stderr, "Error adding user quotas for %s to %s: %s(%s)\n", userName, volume,
                  reply.description, reply.name);
-    return -1;
+    return kOwnFailure;
   }
   if (showActions)
     std::printf("User %s assigned a quota of %s on volume %s.\n", userName, quota, volume);
