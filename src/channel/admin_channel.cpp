@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "channel/tag_find.h"
+#include "document/completion_codes.h"
 
 int reflectOnGemel = 1;
 int adminFd = 0;
@@ -48,6 +49,7 @@ void resetAdminChannel() {
   reflectOnGemel = 1;
   adminFd = 0;
   requestBuffer[0] = '\0';
+  freeReplyBuffer();
   setRequestStandIn(nullptr, nullptr);
 }
 
@@ -135,7 +137,8 @@ namespace {
 // Reads the whole reply from offset 0 of adminFd into replyBuffer, NUL-terminated. Returns 0, -1
 // for a buffer failure, or an errno value, after its message.
 int readReplyText() {
-  if (requestStandIn != nullptr) return replyBuffer != nullptr ? 0 : -1;  // the reply is there
+  if (requestStandIn != nullptr)
+    return replyBuffer != nullptr ? kSuccess : kOwnFailure;  // the reply is there
   int used = 0;
   int room = replyBufferSize - 1;
   for (;;) {
@@ -149,7 +152,7 @@ int readReplyText() {
     used += static_cast<int>(count);
     room -= static_cast<int>(count);
     if (room == 0) {
-      if (!growReplyBuffer()) return -1;
+      if (!growReplyBuffer()) return kOwnFailure;
       room = kReplyBufferStep;
     }
   }
@@ -165,7 +168,7 @@ int receiveReplyParts(std::string_view replyElement, int *result, std::size_t de
   }
   if (replyBuffer == nullptr) {
     std::fprintf(stderr, "Error getting big enough buffer for trustees\n");
-    return -1;
+    return kOwnFailure;
   }
   if (const int error = readReplyText(); error != 0) return error;
 
@@ -178,14 +181,14 @@ int receiveReplyParts(std::string_view replyElement, int *result, std::size_t de
   const std::size_t element = find(replyElement, 0);
   if (element == std::string_view::npos) {
     std::fprintf(stderr, "Unrecognized response to request.  response=%s\n", replyBuffer);
-    return -1;
+    return kOwnFailure;
   }
   static constexpr std::string_view kResultTag = "<result value=\"";
   const std::size_t resultTag = find(kResultTag, element);
   if (resultTag == std::string_view::npos) {
     std::fprintf(stderr, "Unable to find return value for the request.  response=%s\n",
                  replyBuffer);
-    return -1;
+    return kOwnFailure;
   }
   const std::size_t digits = resultTag + kResultTag.size();
   *result = parseResultValue(replyBuffer + digits);

@@ -77,5 +77,6 @@ void setRequestStandIn(RequestStandIn standIn, void *context);  // nullptr: the 
 // Whether a stand-in answers the requests.
 bool requestStandInSet();
 
-// Puts the channel back to its start-of-run state (the stand-in included). For tests.
+// Puts the channel back to its start-of-run state: reflectOnGemel, adminFd (not closed), the
+// request buffer, the reply buffer (freed) and the stand-in. For tests.
 void resetAdminChannel();

@@ -41,9 +41,8 @@ TEST_F(RequestBuilderTest, NoPiecesGiveAnEmptyRequest) {
 }
 
 TEST_F(RequestBuilderTest, PiecesFollowOneAnother) {
-  const std::size_t length = buildRequest(
-      {kFileRequestOpen, "<trustees><addTrustee><name>", "bob.corp.TREE.", "</name>",
-       kFileRequestClose});
+  const std::size_t length = buildRequest({kFileRequestOpen, "<trustees><addTrustee><name>",
+                                           "bob.corp.TREE.", "</name>", kFileRequestClose});
   EXPECT_STREQ(requestBuffer,
                "<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest><trustees>"
                "<addTrustee><name>bob.corp.TREE.</name></fileRequest>");
