@@ -45,7 +45,7 @@ int sendRequest(std::size_t length);
 
 // Reads the reply from offset 0 of adminFd, finds replyElement, then <result value="N">,
 // <description> and (when name is given) the <name> after it. Returns 0 when a result was
-// found, -1 for an unrecognised reply or a buffer failure, or an errno value.
+// found, kOwnFailure for an unrecognised reply or a buffer failure, or an errno value.
 int receiveReply(const char *replyElement, int *result, std::size_t descriptionSize,
                  char *description, std::size_t nameSize, char *name);
 

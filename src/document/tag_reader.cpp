@@ -215,18 +215,21 @@ inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength
   return 0;
 }
 
+// The end tag of the empty element just read: its name again, from the same bytes.
+int readEmptyElementEnd(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
+  std::size_t length = 0;
+  appendName(name, length, input.data + input.position, input.emptyEndPosition - input.position);
+  name[length] = '\0';
+  nameLength = std::strlen(name);  // the name may hold a NUL byte
+  input.position = std::min(input.emptyEndPosition + 2, input.windowEnd);
+  input.pendingEmptyEnd = false;
+  *isEndTag = 1;
+  return 0;
+}
+
 // readTag without the -d trace; also gives the name's length.
 int readTagGeneral(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
-  if (input.pendingEmptyEnd) {
-    std::size_t length = 0;
-    appendName(name, length, input.data + input.position, input.emptyEndPosition - input.position);
-    name[length] = '\0';
-    nameLength = std::strlen(name);  // the name may hold a NUL byte
-    input.position = std::min(input.emptyEndPosition + 2, input.windowEnd);
-    input.pendingEmptyEnd = false;
-    *isEndTag = 1;
-    return 0;
-  }
+  if (input.pendingEmptyEnd) return readEmptyElementEnd(name, isEndTag, nameLength);
   for (;;) {
     if (const int error = refill(); error != 0) [[unlikely]]
       return error;

@@ -24,8 +24,8 @@ constexpr std::string_view kConfirmation = "completed OK";
 
 char *arg(const char *text) { return const_cast<char *>(text); }
 
-// The console's report for one change: 0 when it holds the confirmation, -1 otherwise (after the
-// message). The temporary file is removed unless it could not be opened.
+// The console's report for one change: 0 when it holds the confirmation, kOwnFailure otherwise
+// (after the message). The temporary file is removed unless it could not be opened.
 template <typename NoMemory, typename NotConfirmed>
 int judgeReport(const char *tempName, NoMemory noMemory, NotConfirmed notConfirmed) {
   const int fd = open(tempName, O_RDONLY);
