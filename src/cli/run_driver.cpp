@@ -17,6 +17,7 @@
 #include "cli/help_text.h"
 #include "cli/options.h"
 #include "cli/volume.h"
+#include "document/completion_codes.h"
 #include "document/run_settings.h"
 #include "legacy/trustee_report.h"
 #include "restore/restore_driver.h"
@@ -27,8 +28,6 @@ extern "C" char *__strcpy_chk(char *destination, const char *source, std::size_t
 
 namespace {
 
-constexpr int kStatusNoMemory = 12;
-constexpr int kStatusUsage = 22;
 constexpr std::size_t kMaskSize = 16;
 constexpr const char *kInfoDirectoryBase = "/_admin/Manage_QUILL/Volume/";
 constexpr const char *kRxlTrusteeFileSuffix = "/._KESTREL/.trustee_database.xml";
@@ -88,7 +87,7 @@ int keepCopy(char *&slot, const char *argument) {
   slot = copyText(argument);
   if (slot == nullptr) {
     std::fprintf(stderr, "Unable to allocate memory.\n");
-    return kStatusNoMemory;
+    return kOutOfMemory;
   }
   return kKeepParsing;
 }
@@ -126,20 +125,20 @@ int applyOption(int option, RunOptions &run) {
     run.path = normalisePathOption(optarg);
     if (run.path == nullptr) {
       std::fprintf(stderr, "Unable to allocate memory.\n");
-      return kStatusNoMemory;
+      return kOutOfMemory;
     }
     return kKeepParsing;
   case 'u':
     if (run.userTypeGiven) {
       std::fprintf(stderr, "Multiple user type option is not allowed.\n");
-      return kStatusUsage;
+      return kUsageError;
     }
     run.userTypeGiven = 1;
     run.userType = optarg;
     // Only checked when -n came first; "-u ad -n" passes here.
     if (run.rxl && std::strcmp(optarg, "ad") == 0) {
       std::fprintf(stderr, "Option '-u ad' cannot be used with the option '-n' \n");
-      return kStatusUsage;
+      return kUsageError;
     }
     return kKeepParsing;
   case 'f':
@@ -147,7 +146,7 @@ int applyOption(int option, RunOptions &run) {
     run.filterCompiled = 0;
     if (regcomp(&run.filter, optarg, REG_NOSUB) != 0) {
       std::fprintf(stderr, "Error parsing the regular expression.\n");
-      return kStatusNoMemory;
+      return kOutOfMemory;
     }
     run.filterCompiled = 1;
     return kKeepParsing;
@@ -156,11 +155,11 @@ int applyOption(int option, RunOptions &run) {
   case ':':
   case '?':
     std::fprintf(stderr, "Try '%s --help' for more information.\n", run.programName);
-    return kStatusUsage;
+    return kUsageError;
   default:
     std::fprintf(stderr, "Invalid option \"%c\".\nTry '%s --help' for more information.\n", option,
                  run.programName);
-    return kStatusUsage;
+    return kUsageError;
   }
 }
 
@@ -178,7 +177,7 @@ int checkPathOnVolume(const RunOptions &run) {
     struct stat info;
     if (stat(fullPath, &info) != 0) {
       std::fprintf(stderr, "Invalid path specified: [%s]\n", fullPath);
-      status = kStatusUsage;
+      status = kUsageError;
       break;
     }
   }
@@ -191,30 +190,30 @@ int runSave(RunOptions &run) {
   run.infoDir = static_cast<char *>(std::malloc(infoDirSize));
   if (run.infoDir == nullptr) {
     std::fprintf(stderr, "Unable to allocate memory.\n");
-    return kStatusNoMemory;
+    return kOutOfMemory;
   }
   std::snprintf(run.infoDir, infoDirSize, "%s%s/", kInfoDirectoryBase, run.volume);
   struct stat info;
   if (stat(run.infoDir, &info) != 0) {
     std::fprintf(stderr, "Unable to find the info file for this volume.\n"
                          "The volume may not be found or QUILL may not be running\n");
-    return kStatusUsage;
+    return kUsageError;
   }
   if (run.rxl) {
     run.rxlTrusteeFile = static_cast<char *>(std::calloc(kMountPointSize, 1));
     if (run.rxlTrusteeFile == nullptr) {
       std::fprintf(stderr, "Unable to allocate memory.\n");
-      return kStatusNoMemory;
+      return kOutOfMemory;
     }
     findVolumeMountPoint(run.volume, run.rxlTrusteeFile);
     if (std::strlen(run.rxlTrusteeFile) + 32 > kPathBufferSize) {
       std::fprintf(stderr, "RXL pathname is too long\n");
-      return kStatusUsage;
+      return kUsageError;
     }
     std::strcat(run.rxlTrusteeFile, kRxlTrusteeFileSuffix);
     if (stat(run.rxlTrusteeFile, &info) != 0) {
       std::fprintf(stderr, "Unable to find the RXL trustee file for this volume.\n");
-      return kStatusUsage;
+      return kUsageError;
     }
   }
   if (run.path != nullptr) {
@@ -230,25 +229,25 @@ int runSave(RunOptions &run) {
 int prepareLegacyInput(RunOptions &run) {
   if (run.tree == nullptr) {
     std::fprintf(stderr, "Provide Arbor tree name.\n");
-    return kStatusUsage;
+    return kUsageError;
   }
   char *temporaryName = run.temporaryName;
   std::strcpy(temporaryName, "/tmp/tmp.XXXXXX");
   const int temporaryFd = mkstemp(temporaryName);
   if (temporaryFd < 0) {
     std::fprintf(stderr, "Unable to create a temporary file from /tmp/tmp.XXXXXX.  err=%m\n");
-    return kStatusUsage;
+    return kUsageError;
   }
   close(temporaryFd);
   if (convertTrusteeReport(run.tree, temporaryName, run.prefix) != 0) {
     std::fprintf(stderr, "Unable to read input file.\n");
-    return kStatusUsage;
+    return kUsageError;
   }
   inputFd = open(temporaryName, O_RDONLY);
   if (inputFd < 0) {
     inputFd = 0;
     std::fprintf(stderr, "Unable to open temporary input file : %s\n", temporaryName);
-    return kStatusUsage;
+    return kUsageError;
   }
   // The converted names already carry the tree: the restore runs without -t and -r.
   std::free(run.tree);
@@ -292,16 +291,16 @@ int parseAndRun(int argc, char **argv, RunOptions &run) {
   const bool save = strcasecmp(action, "save") == 0;
   if (!save && strcasecmp(action, "restore") != 0) {
     std::fprintf(stderr, "Missing action.\nUse %s --help for more information\n", run.programName);
-    return kStatusUsage;
+    return kUsageError;
   }
   run.volume = copyText(argv[optind + 1]);
   if (run.volume == nullptr) {
     std::fprintf(stderr, "Unable to allocate memory.\n");
-    return kStatusNoMemory;
+    return kOutOfMemory;
   }
   if (!allocateReplyBuffer()) {
     std::fprintf(stderr, "Unable to allocate memory\n");
-    return kStatusNoMemory;
+    return kOutOfMemory;
   }
   return save ? runSave(run) : runRestore(run);
 }
