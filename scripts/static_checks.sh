@@ -23,14 +23,20 @@ fail() {
 }
 
 check_format() {
-  local unformatted
-  unformatted=$(git ls-files -z '*.c' '*.cpp' '*.h' |
-    xargs -0 clang-format --dry-run --Werror 2>&1 |
-    sed -nE 's/^(.*):[0-9]+:[0-9]+: error: .*clang-format-violations.*/\1/p' | sort -u) || true
-  if [ -z "$unformatted" ]; then
-    echo "ok: every tracked C and C++ file is formatted as .clang-format says"
-  else
+  local files output status=0 unformatted
+  if ! files=$(git ls-files '*.c' '*.cpp' '*.h') || [ -z "$files" ]; then
+    fail "no tracked C or C++ files to check (not a git checkout?)"
+    return
+  fi
+  output=$(tr '\n' '\0' <<<"$files" | xargs -0 clang-format --dry-run --Werror 2>&1) || status=$?
+  unformatted=$(sed -nE 's/^(.*):[0-9]+:[0-9]+: error: .*clang-format-violations.*/\1/p' \
+    <<<"$output" | sort -u)
+  if [ -n "$unformatted" ]; then
     fail "not formatted as .clang-format says (clang-format -i FILE):"$'\n'"$unformatted"
+  elif [ "$status" -ne 0 ]; then
+    fail "clang-format did not run cleanly (status $status):"$'\n'"$output"
+  else
+    echo "ok: every tracked C and C++ file is formatted as .clang-format says"
   fi
 }
 
