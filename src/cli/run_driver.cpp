@@ -33,6 +33,7 @@ constexpr const char *kInfoDirectoryBase = "/_admin/Manage_QUILL/Volume/";
 constexpr const char *kRxlTrusteeFileSuffix = "/._KESTREL/.trustee_database.xml";
 constexpr std::size_t kPathBufferSize = 4096;
 constexpr std::size_t kMountEntryBufferSize = 4096;
+constexpr char kTemporaryTemplate[] = "/tmp/tmp.XXXXXX";
 
 struct RunOptions {
   const char *programName = nullptr;
@@ -49,7 +50,7 @@ struct RunOptions {
   char *volume = nullptr;
   char *infoDir = nullptr;
   char *rxlTrusteeFile = nullptr;
-  char temporaryName[sizeof "/tmp/tmp.XXXXXX"] = {};  // the -w document, once made
+  char temporaryName[sizeof kTemporaryTemplate] = {};  // the -w document, once made
 };
 
 // Frees every copy the run made; safe on every path.
@@ -74,8 +75,17 @@ const char *baseName(const char *argv0) {
 char *copyText(const char *text) {
   const std::size_t length = std::strlen(text);
   char *copy = static_cast<char *>(std::calloc(length + 1, 1));
-  if (copy != nullptr) std::memcpy(copy, text, length);
+  if (copy != nullptr) std::memcpy(copy, text, length + 1);
   return copy;
+}
+
+// Copies the -m text; a text of kMaskSize characters or more aborts the process through the C
+// library's checked copy. The copy is made in a local buffer and moved in whole, a write that the
+// static analyser can bound (a copy of unknown length straight into `run` loses its pointers).
+void copyMask(char (&mask)[kMaskSize], const char *text) {
+  char copy[kMaskSize] = {};
+  __strcpy_chk(copy, text, sizeof copy);
+  std::memcpy(mask, copy, sizeof copy);
 }
 
 constexpr int kKeepParsing = -1000;
@@ -119,7 +129,7 @@ int applyOption(int option, RunOptions &run) {
   case 'w': run.fromKestrel = 1; return kKeepParsing;
   case 'h': printUsage(run.programName); return kDoneSuccessfully;
   case 'v': printVersion(); return kDoneSuccessfully;
-  case 'm': __strcpy_chk(run.mask, optarg, sizeof run.mask); return kKeepParsing;
+  case 'm': copyMask(run.mask, optarg); return kKeepParsing;
   case 'p':
     std::free(run.path);
     run.path = normalisePathOption(optarg);
@@ -232,7 +242,7 @@ int prepareLegacyInput(RunOptions &run) {
     return kUsageError;
   }
   char *temporaryName = run.temporaryName;
-  std::strcpy(temporaryName, "/tmp/tmp.XXXXXX");
+  std::memcpy(temporaryName, kTemporaryTemplate, sizeof kTemporaryTemplate);
   const int temporaryFd = mkstemp(temporaryName);
   if (temporaryFd < 0) {
     std::fprintf(stderr, "Unable to create a temporary file from /tmp/tmp.XXXXXX.  err=%m\n");
