@@ -3,14 +3,14 @@
 # read by cat and by the save, side by side in one run. Each command runs as its own process,
 # timed by `save_bench time`; processor time is user + system of that whole process. ROUNDS rounds
 # (default 5) each run cat, the save and the save with -p -u in turn; the medians are compared.
-# Then peak memory, and the one-pass filters against the element-by-element ones at ORACLE_FILES
-# files (default 100,000; 0 skips them). When the simulator is built (TROVAN_SIM_BUILD, default
-# the bench build) and SIM is not 0, the real trovan binary also saves a simulated volume.
+# Peak memory is reported beside each. Then the one-pass filters against the element-by-element
+# ones (quadratic) at ORACLE_FILES files (default 20,000; 0 skips them). When the simulator is
+# built and SIM is not 0, the real trovan binary also saves a simulated volume.
 #   bench/save_bench.sh [FILES] [ORACLE_FILES]
 set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
 files=${1:-1000000}
-oracle_files=${2:-100000}
+oracle_files=${2:-20000}
 rounds=${ROUNDS:-5}
 build=${TROVAN_BENCH_BUILD:-$here/build-bench}
 cmake -S "$here" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DTROVAN_BENCH=ON \

@@ -1,6 +1,7 @@
 // The tag reader against the window-copying reference on long documents: the fuzzed bytes are
 // set between stretches of plain trustee records long enough that the reader shifts, refills and
-// compacts around them, and both readers are walked through the document with the same calls. Any difference in what they return stops the fuzzer.
+// compacts around them, and both readers are walked through the document with the same calls. Any
+// difference in what they return stops the fuzzer.
 //
 //   cmake -S . -B build-fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang \
 //         -DTROVAN_FUZZ=ON -DTROVAN_TESTS=OFF && ninja -C build-fuzz tag_reader_fuzz
