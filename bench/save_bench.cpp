@@ -25,8 +25,8 @@
 
 #include "channel/admin_channel.h"
 #include "document/run_settings.h"
-#include "save/info_filters.h"
 #include "info_filters_oracle.h"
+#include "save/info_filters.h"
 #include "save/save_driver.h"
 
 namespace {
