@@ -1,5 +1,7 @@
 // quillsim: creates and drives a sandbox of the simulated QUILL server.
 #include "../core/faults.h"
+#include "../core/latency.h"
+#include "../core/lock.h"
 #include "../core/rxl_db.h"
 #include "../core/state.h"
 #include "../core/text.h"
@@ -84,19 +86,36 @@ const qs::VolumeInfo *findVolume(const std::vector<qs::VolumeInfo> &vols, const 
   return nullptr;
 }
 
-// Loads, changes and saves one volume's state.
+// A volume's whole state: its state file with its journal replayed. The caller holds the lock.
+void loadCurrent(qs::Volume &v) {
+  v.load(qs::stateFile(gRoot, v.name));
+  std::string journal;
+  if (qs::readFile(qs::journalFile(gRoot, v.name), journal)) v.replay(journal);
+}
+
+// Writes a volume's whole state and drops the journal it now holds. The caller holds the lock.
+bool storeCurrent(const std::string &name, std::string_view text) {
+  if (!qs::writeFileAtomic(qs::stateFile(gRoot, name), text)) return false;
+  ::unlink(qs::journalFile(gRoot, name).c_str());
+  qs::invalidateInfo(gRoot, name);
+  return true;
+}
+
+// Loads, changes and saves one volume's state, under the sandbox's lock, so that a program
+// changing the volume at the same time loses nothing and is not lost.
 template <typename F> int withVolume(const std::string &name, F change) {
   auto vols = qs::loadVolumes(gRoot);
   const qs::VolumeInfo *info = findVolume(vols, name);
   if (!info) return fail("no such volume: " + name);
+  qs::StateLock lock(gRoot);
+  qs::Locked held(lock);
   qs::Volume v;
   v.name = info->name;
   v.mount = info->mount;
   v.shadow = info->shadow;
-  v.load(qs::stateFile(gRoot, name));
+  loadCurrent(v);
   if (int rc = change(v)) return rc;
-  if (!v.save(qs::stateFile(gRoot, name))) return fail("cannot write the state of " + name);
-  qs::invalidateInfo(gRoot, name);
+  if (!storeCurrent(name, v.text())) return fail("cannot write the state of " + name);
   return 0;
 }
 
@@ -340,9 +359,9 @@ int cmdGenerate(Args &a) {
       if (fd >= 0) ::close(fd);
     }
   }
-  if (!qs::writeFileAtomic(qs::stateFile(gRoot, a[0]), out))
-    return fail("cannot write the state of " + a[0]);
-  qs::invalidateInfo(gRoot, a[0]);
+  qs::StateLock lock(gRoot);
+  qs::Locked held(lock);
+  if (!storeCurrent(a[0], out)) return fail("cannot write the state of " + a[0]);
   return 0;
 }
 
@@ -389,6 +408,26 @@ int cmdFastmode(Args &a) {
   if (a[0] == "on") return qs::writeFileAtomic(f, "on\n") ? 0 : fail("cannot write " + f);
   ::unlink(f.c_str());
   return 0;
+}
+
+// latency [DURATION]: the wait before every reply, as a real server's round trip; alone, prints it.
+int cmdLatency(Args &a) {
+  const char *syntax = "latency [0|N{ns,us,ms,s}]";
+  std::string f = gRoot + "/sim/latency";
+  if (a.empty()) {
+    std::printf("%s\n", qs::formatLatency(qs::loadLatency(gRoot)).c_str());
+    return 0;
+  }
+  long long ns = 0;
+  if (a.size() != 1) return usage(syntax);
+  if (!qs::parseLatency(a[0], ns))
+    return fail("bad latency: " + a[0] +
+                " (0, or a whole number of ns, us, ms or s up to a minute)");
+  if (ns == 0) {
+    ::unlink(f.c_str());
+    return 0;
+  }
+  return qs::writeFileAtomic(f, qs::formatLatency(ns) + "\n") ? 0 : fail("cannot write " + f);
 }
 
 // Replaces every occurrence of the sandbox path, so that logs read the same in every sandbox.
@@ -459,7 +498,14 @@ int cmdDump(Args &a) {
   const qs::VolumeInfo *info = findVolume(vols, a[0]);
   if (!info) return fail("no such volume: " + a[0]);
   std::string text;
-  qs::readFile(qs::stateFile(gRoot, a[0]), text);
+  {
+    qs::StateLock lock(gRoot);
+    qs::Locked held(lock);
+    qs::Volume v;
+    v.name = info->name;
+    loadCurrent(v);
+    text = v.text();
+  }
   std::printf("volume %s mount %s%s%s\n", info->name.c_str(), info->mount.c_str(),
               info->shadow.empty() ? "" : " shadow ", info->shadow.c_str());
   size_t pos = 0;
@@ -498,7 +544,14 @@ SimEnv simEnv() {
 #ifdef QUILLSIM_ASAN_RUNTIME
   e.preload = prepend(QUILLSIM_ASAN_RUNTIME, e.preload.c_str());
 #endif
-  e.path = prepend(dir + "/bin", std::getenv("PATH"));
+  // Run from a build tree (quillsim in <tree>/sim), the tree's own trovan and trovanctl come
+  // first too, so that the commands of a sandbox are the ones just built.
+  std::string path = std::getenv("PATH") ? std::getenv("PATH") : "";
+  std::string tree = dir.substr(0, dir.rfind('/'));
+  if (dir.ends_with("/sim") && (::access((tree + "/trovan").c_str(), X_OK) == 0 ||
+                                ::access((tree + "/trovanctl").c_str(), X_OK) == 0))
+    path = prepend(tree, path.c_str());
+  e.path = prepend(dir + "/bin", path.c_str());
   e.libs = prepend(dir + "/lumo", std::getenv("LD_LIBRARY_PATH"));
   const char *asan = std::getenv("ASAN_OPTIONS");
   std::string opts = asan ? asan : "";
@@ -538,6 +591,17 @@ int cmdExec(Args &a) {
   return 127;
 }
 
+// Rights of an RXL seed as the server's console writes them: upper-case letters of ACEFMRSW;
+// "none" or "-" for none (made empty). A lower-case letter would be no right at all to a reader
+// of the file, so it is refused rather than seeded as a trustee without rights.
+bool rxlSeedRights(std::string &rights) {
+  if (rights == "none" || rights == "-") {
+    rights.clear();
+    return true;
+  }
+  return !rights.empty() && rights.find_first_not_of("ACEFMRSW") == std::string::npos;
+}
+
 // rxl trustee VOL PATH NAME RIGHTS [GUID] | rxl irm VOL PATH RIGHTS | rxl show VOL
 int cmdRxl(Args &a) {
   const char *syntax = "rxl trustee VOL PATH NAME RIGHTS [GUID] | rxl irm VOL PATH RIGHTS | "
@@ -564,15 +628,18 @@ int cmdRxl(Args &a) {
   if (a[0] == "trustee" && (a.size() == 5 || a.size() == 6)) {
     e.path = a[2];
     e.name = a[3];
-    e.rights = a[4] == "none" || a[4] == "-" ? "" : a[4];
+    e.rights = a[4];
     e.guid = a.size() == 6 ? a[5] : qs::guidOf(a[3]);
   } else if (a[0] == "irm" && a.size() == 4) {
     e.filter = true;
     e.path = a[2];
-    e.rights = a[3] == "none" || a[3] == "-" ? "" : a[3];
+    e.rights = a[3];
   } else {
     return usage(syntax);
   }
+  if (!rxlSeedRights(e.rights))
+    return fail("bad RXL rights: " + e.rights +
+                " (the server's console writes upper-case letters of ACEFMRSW, or none)");
   qs::setRxlEntry(entries, e);
   return qs::saveRxlDb(db, entries) ? 0 : fail("cannot write " + db);
 }
@@ -591,6 +658,7 @@ void help() {
       "  generate VOL --files N [--touch]\n"
       "  fault refuse|no-marker|no-result|oversize|read-error|write-error|rxlcon|list|clear ...\n"
       "  fastmode on|off\n"
+      "  latency [0|N{ns,us,ms,s}]                the wait before every reply (default 0)\n"
       "  rxl trustee VOL PATH NAME RIGHTS [GUID] | rxl irm VOL PATH RIGHTS | rxl raw VOL FILE "
       "| rxl show VOL\n"
       "  log [--rxl|--replies|--leaks] [--root-as TEXT] [--clear]\n"
@@ -630,6 +698,7 @@ int main(int argc, char **argv) {
   if (cmd == "generate") return cmdGenerate(args);
   if (cmd == "fault") return cmdFault(args);
   if (cmd == "fastmode") return cmdFastmode(args);
+  if (cmd == "latency") return cmdLatency(args);
   if (cmd == "log") return cmdLog(args);
   if (cmd == "dump") return cmdDump(args);
   if (cmd == "env") return cmdEnv(args);

@@ -1,10 +1,13 @@
 #include "server.h"
 
+#include "latency.h"
 #include "text.h"
 
 #include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace qs {
 
@@ -69,6 +72,9 @@ bool statChanged(const std::string &path, struct timespec &stamp) {
   return changed;
 }
 
+// A journal grows to this size at least before it is folded into the state file.
+constexpr off_t kCompactAtLeast = 1 << 20;
+
 std::string malformed(std::string_view kind) {
   return makeReply(kind, kBadRequest, "malformed request", kind.empty() ? "request" : kind);
 }
@@ -111,18 +117,21 @@ std::string makeReply(std::string_view kind, long value, std::string_view descri
   return out;
 }
 
-Server::Server(std::string root) : root_(std::move(root)) {
+Server::Server(std::string root) : root_(std::move(root)), lock_(root_) {
   const char *f = std::getenv("QUILLSIM_FAST");
   struct stat st;
   fast_ = (f && *f && *f != '0') || ::stat((root_ + "/sim/fastmode").c_str(), &st) == 0;
+  latency_ = loadLatency(root_);
   // The first refresh must read everything.
   listStamp_.tv_nsec = usersStamp_.tv_nsec = faultsStamp_.tv_nsec = -1;
+  statChanged(root_ + "/sim/latency", latencyStamp_);
 }
 
 void Server::refresh() {
   if (statChanged(root_ + "/sim/volumes", listStamp_)) list_ = loadVolumes(root_);
   if (statChanged(root_ + "/sim/users", usersStamp_)) users_.load(root_ + "/sim/users");
   if (statChanged(root_ + "/sim/faults", faultsStamp_)) faults_ = loadFaults(root_);
+  if (statChanged(root_ + "/sim/latency", latencyStamp_)) latency_ = loadLatency(root_);
 }
 
 Volume *Server::volume(std::string_view name) {
@@ -130,26 +139,82 @@ Volume *Server::volume(std::string_view name) {
   for (const VolumeInfo &v : list_)
     if (v.name == name) info = &v;
   if (!info) return nullptr;
-  Loaded &l = volumes_[std::string(name)];
-  std::string file = stateFile(root_, name);
+  const std::string key(name);
+  Loaded &l = volumes_[key];
+  const std::string file = stateFile(root_, name);
+  Stamp now;
   struct stat st;
-  bool have = ::stat(file.c_str(), &st) == 0;
-  bool stale = !l.vol || (!l.vol->dirty && have &&
-                          (st.st_mtim.tv_sec != l.mtime.tv_sec ||
-                           st.st_mtim.tv_nsec != l.mtime.tv_nsec || st.st_size != l.size));
-  if (stale) {
+  if (::stat(file.c_str(), &st) == 0) now = {st.st_ino, st.st_mtim, st.st_size};
+  if (!l.vol || !(now == l.state)) {
+    // First use, or the state file was rewritten (by quillsim or a compaction): read it whole;
+    // the journal is then read from its start.
     l.vol = std::make_unique<Volume>();
     l.vol->load(file);
     ++stateLoads_;
-    if (have) {
-      l.mtime = st.st_mtim;
-      l.size = st.st_size;
-    }
+    l.state = now;
+    l.journalIno = 0;
+    l.journalRead = 0;
   }
+  catchUp(key, l);
   l.vol->name = info->name;
   l.vol->mount = info->mount;
   l.vol->shadow = info->shadow;
   return l.vol.get();
+}
+
+void Server::catchUp(const std::string &name, Loaded &l) {
+  const std::string file = journalFile(root_, name);
+  int fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return;
+  struct stat st;
+  if (::fstat(fd, &st) == 0 && (st.st_ino != l.journalIno || st.st_size != l.journalRead)) {
+    if (l.journalRead > 0 && (st.st_ino != l.journalIno || st.st_size < l.journalRead)) {
+      // Not the journal this copy was following: start again from the state file.
+      l.vol->load(stateFile(root_, name));
+      ++stateLoads_;
+      l.journalRead = 0;
+    }
+    std::string tail;
+    tail.resize(static_cast<size_t>(st.st_size - l.journalRead));
+    ssize_t n = ::pread(fd, tail.data(), tail.size(), l.journalRead);
+    tail.resize(n > 0 ? static_cast<size_t>(n) : 0);
+    // Records are appended whole under the lock; a partial last line is left for later.
+    tail.resize(tail.rfind('\n') == std::string::npos ? 0 : tail.rfind('\n') + 1);
+    l.vol->replay(tail);
+    l.journalIno = st.st_ino;
+    l.journalRead += static_cast<off_t>(tail.size());
+  }
+  ::close(fd);
+}
+
+void Server::commit() {
+  for (auto &[name, l] : volumes_) {
+    if (!l.vol || l.vol->pending.empty()) continue;
+    const std::string file = journalFile(root_, name);
+    int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+    if (fd >= 0) {
+      writeAll(fd, l.vol->pending);
+      struct stat st;
+      if (::fstat(fd, &st) == 0) {
+        l.journalIno = st.st_ino;
+        l.journalRead = st.st_size;
+      }
+      ::close(fd);
+    }
+    l.vol->pending.clear();
+    invalidateInfo(root_, name);
+    if (l.journalRead > kCompactAtLeast && l.journalRead > l.state.size) compact(name, l);
+  }
+}
+
+void Server::compact(const std::string &name, Loaded &l) {
+  const std::string file = stateFile(root_, name);
+  if (!l.vol->save(file)) return;
+  ::unlink(journalFile(root_, name).c_str());
+  struct stat st;
+  if (::stat(file.c_str(), &st) == 0) l.state = {st.st_ino, st.st_mtim, st.st_size};
+  l.journalIno = 0;
+  l.journalRead = 0;
 }
 
 Volume *Server::volumeOfPath(std::string_view full, std::string &rel) {
@@ -176,26 +241,20 @@ bool Server::exists(const Volume &v, const std::string &full, std::string_view r
 }
 
 void Server::flush() {
-  for (auto &[name, l] : volumes_) {
-    if (!l.vol || !l.vol->dirty) continue;
-    std::string file = stateFile(root_, name);
-    l.vol->save(file);
-    l.vol->dirty = false;
-    invalidateInfo(root_, name);
-    struct stat st;
-    if (::stat(file.c_str(), &st) == 0) {
-      l.mtime = st.st_mtim;
-      l.size = st.st_size;
-    }
-  }
+  bool any = false;
+  for (auto &[name, l] : volumes_)
+    any = any || (l.vol && !l.vol->pending.empty());
+  if (!any) return;
+  Locked held(lock_);
+  commit();
 }
 
 void Server::prepareInfoFile(std::string_view volName, std::string_view file) {
   // Fast mode keeps no request's changes, but the volume's own state is still shown.
+  Locked held(lock_);
   refresh();
-  flush();
-  // Every change written back removes the volume's info files, so one that exists is current:
-  // it is served as it is, without loading the volume's state.
+  // Every change removes the volume's info files, so one that exists is current: it is served
+  // as it is, without loading the volume's state.
   bool listed = false;
   for (const VolumeInfo &v : list_)
     listed = listed || v.name == volName;
@@ -219,8 +278,22 @@ int Server::writeFault(std::string_view data) {
 
 std::string Server::handle(CmdFile file, std::string_view request) {
   std::string_view kind = requestKind(request);
-  if (fast_) return makeReply(kind, 0, "success", {});
-  refresh();
+  if (fast_) {
+    waitLatency(latency_);
+    return makeReply(kind, 0, "success", {});
+  }
+  std::string reply;
+  {
+    Locked held(lock_);
+    refresh();
+    reply = handleLocked(file, request, kind);
+    commit();
+  }
+  waitLatency(latency_);
+  return reply;
+}
+
+std::string Server::handleLocked(CmdFile file, std::string_view request, std::string_view kind) {
   std::string line(request);
   if (line.find('\n') != std::string::npos) {
     std::string esc;
