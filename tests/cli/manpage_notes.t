@@ -80,9 +80,10 @@ A trustee added after a save stays through a restore of the saved document; a sa
 
 ## The legacy report, field by field
 
-The sample report, taken from the rendered page itself, restored into the tree CORP.
+The sample report, taken from the rendered page itself (groff runs outside the simulator: it
+needs nothing of it), restored into the tree CORP.
 
-    $ groff -man -Tascii -P-cbou "$DATA/../../doc/trovan.8" 2>/dev/null | sed -n '/^ *TRUSTEE.KXM report of VOL1$/,/ANN.SALES/s/^ *//p' >report.txt && cat report.txt
+    $ env -u LD_PRELOAD groff -man -Tascii -P-cbou "$DATA/../../doc/trovan.8" 2>/dev/null | sed -n '/^ *TRUSTEE.KXM report of VOL1$/,/ANN.SALES/s/^ *//p' >report.txt && cat report.txt
     > TRUSTEE.KXM report of VOL1
     > "TRUSTEE","VOL1:\projects","x","BOB.SALES","RWF"
     > "TRUSTEE","VOL1:\home\notes.txt","x","[Public]","R"
