@@ -163,20 +163,25 @@ bool readFile(const std::string &path, std::string &out) {
   return true;
 }
 
-bool writeFileAtomic(const std::string &path, std::string_view data) {
-  std::string tmp = path + ".tmp" + std::to_string(::getpid());
-  int fd = ::open(tmp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-  if (fd < 0) return false;
+bool writeAll(int fd, std::string_view data) {
   size_t done = 0;
   while (done < data.size()) {
     ssize_t n = ::write(fd, data.data() + done, data.size() - done);
     if (n < 0 && errno == EINTR) continue;
-    if (n <= 0) {
-      ::close(fd);
-      ::unlink(tmp.c_str());
-      return false;
-    }
+    if (n <= 0) return false;
     done += static_cast<size_t>(n);
+  }
+  return true;
+}
+
+bool writeFileAtomic(const std::string &path, std::string_view data) {
+  std::string tmp = path + ".tmp" + std::to_string(::getpid());
+  int fd = ::open(tmp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  if (fd < 0) return false;
+  if (!writeAll(fd, data)) {
+    ::close(fd);
+    ::unlink(tmp.c_str());
+    return false;
   }
   ::close(fd);
   if (::rename(tmp.c_str(), path.c_str()) != 0) {
