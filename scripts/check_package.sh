@@ -1,23 +1,25 @@
 #!/usr/bin/env bash
 # Builds the Debian package of trovan, unpacks it with dpkg -x into a temporary root as a fresh
 # machine would receive it, and checks what it holds: the package fields, the exact file list,
-# the libraries the program needs, and the installed program, manual page and completion at
-# work.
+# the libraries the program needs, that it starts no thread, and the installed program, manual
+# page and completion at work.
 #
 # Usage: scripts/check_package.sh [--build-dir DIR] [--root DIR] [--transcripts] [--print-binary]
-#   --build-dir DIR   build folder (default build/package; the transcripts use DIR-transcripts)
+#   --build-dir DIR   the Release tree to build in (default build/release, reused when it
+#                     exists: only the program and its manual page are built)
 #   --root DIR        unpack into DIR and keep it (default: a temporary folder, removed at exit)
 #   --transcripts     also run the command-line transcripts (tests/cli/*.t) against the
-#                     installed binary, under the simulator
+#                     installed binary, under the simulator of the same tree
 #   --print-binary    print the installed binary's path as the last line; the root is then
 #                     kept, to use that binary afterwards
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/require.sh
 trovan_require_build_tools
-trovan_require dpkg-deb:dpkg cpack:cmake groff:groff man:man-db bats:bats readelf:binutils
+trovan_require dpkg-deb:dpkg cpack:cmake groff:groff man:man-db bats:bats readelf:binutils \
+  nm:binutils
 
-build_dir=build/package
+build_dir=build/release
 root=''
 transcripts=0
 print_binary=0
@@ -49,13 +51,16 @@ fail() {
 }
 pass() { echo "ok: $*"; }
 
-# The package build: Release, warnings as errors; tests only when the transcripts will run,
-# pointed at the binary that the package installs.
-# Only what the package carries is built; packing then installs without building everything
-# else first.
+# The package build: the one Release tree (build/release) that the README, the demo and the test
+# command use, reused as it is when it exists. Only what the package carries is built, and
+# packing installs without building everything else first (CMAKE_SKIP_INSTALL_ALL_DEPENDENCY
+# changes no compile flag, so setting it on an existing tree rebuilds nothing).
 echo "== building the package in $build_dir"
-cmake -S . -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=Release \
-  -DCMAKE_SKIP_INSTALL_ALL_DEPENDENCY=ON -DTROVAN_TESTS=OFF >/dev/null
+if [ "$(sed -n 's/^CMAKE_BUILD_TYPE:[A-Z]*=//p' "$build_dir/CMakeCache.txt" 2>/dev/null)" != Release ] ||
+  ! grep -q '^CMAKE_SKIP_INSTALL_ALL_DEPENDENCY:[A-Z]*=ON$' "$build_dir/CMakeCache.txt"; then
+  cmake -S . -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+    -DCMAKE_SKIP_INSTALL_ALL_DEPENDENCY=ON >/dev/null
+fi
 ninja -C "$build_dir" trovan man_page >/dev/null
 rm -f "$build_dir"/trovan_*.deb
 (cd "$build_dir" && cpack -G DEB >/dev/null)
@@ -121,6 +126,9 @@ else
   fail "the program uses GLIBC_$newest_glibc but the package asks only for libc6 >= $declared_glibc"
 fi
 
+# One thread: the program asks for nothing that starts another.
+if threads=$(scripts/check_no_threads.sh "$binary" 2>&1); then pass "$threads"; else fail "$threads"; fi
+
 # The installed program runs.
 set +e
 version_text=$("$binary" --version)
@@ -159,16 +167,13 @@ else
   fail "the installed completion fails tests/completion/trovan_completion.bats"
 fi
 
-# The command-line suite against the installed binary.
-# The simulator is a test tool, not part of the package: it gets a build of its own (the
-# test suite's Debug configuration), whose transcripts run the installed binary.
+# The command-line suite against the installed binary, under the simulator of the same tree
+# (a test tool, not part of the package).
 if ((transcripts)); then
   echo "== command-line transcripts against $binary"
-  transcript_dir=$build_dir-transcripts
-  cmake -S . -B "$transcript_dir" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DTROVAN_TESTS=ON \
-    "-DTROVAN_TRANSCRIPT_BIN_DIR=$root/usr/sbin" >/dev/null
-  ninja -C "$transcript_dir" quillsim_all >/dev/null
-  if ctest --test-dir "$transcript_dir" -R '^cli/' --output-on-failure; then
+  ninja -C "$build_dir" quillsim_all >/dev/null
+  if python3 tests/cli/run_transcript.py --bin-dir "$root/usr/sbin" \
+    --quillsim "$build_dir/sim/quillsim" tests/cli/*.t; then
     pass "the command-line transcripts pass with the installed binary"
   else
     fail "command-line transcripts fail with the installed binary"

@@ -1,6 +1,7 @@
 // quillsim: creates and drives a sandbox of the simulated QUILL server.
-#include "../core/faults.h"
-#include "../core/rxl_db.h"
+#include "cli.h"
+
+#include "../core/lock.h"
 #include "../core/state.h"
 #include "../core/text.h"
 
@@ -16,12 +17,7 @@
 #include <unistd.h>
 #include <vector>
 
-namespace {
-
-using Args = std::vector<std::string>;
-
-constexpr int kFail = 1;
-constexpr int kUsage = 2;
+namespace qscli {
 
 std::string gRoot;
 
@@ -35,7 +31,6 @@ int usage(const char *syntax) {
   return kUsage;
 }
 
-// Pulls "--opt VALUE" out of args; false when the option is absent.
 bool takeOption(Args &args, const std::string &opt, std::string &value) {
   for (size_t i = 0; i < args.size(); ++i) {
     if (args[i] == opt && i + 1 < args.size()) {
@@ -57,18 +52,21 @@ bool takeFlag(Args &args, const std::string &flag) {
   return false;
 }
 
+const qs::VolumeInfo *findVolume(const std::vector<qs::VolumeInfo> &vols, const std::string &n) {
+  for (const auto &v : vols)
+    if (v.name == n) return &v;
+  return nullptr;
+}
+
+}  // namespace qscli
+
+namespace {
+
+using namespace qscli;
+
 std::string relPath(std::string p) {
   if (p.empty() || p[0] != '/') p.insert(0, "/");
   return p;
-}
-
-std::string exeDir() {
-  char buf[PATH_MAX];
-  ssize_t n = readlink("/proc/self/exe", buf, sizeof buf - 1);
-  if (n <= 0) return ".";
-  buf[n] = '\0';
-  std::string s(buf);
-  return s.substr(0, s.rfind('/'));
 }
 
 bool isDir(const std::string &p) {
@@ -78,25 +76,36 @@ bool isDir(const std::string &p) {
 
 bool initialised() { return isDir(gRoot + "/sim"); }
 
-const qs::VolumeInfo *findVolume(const std::vector<qs::VolumeInfo> &vols, const std::string &n) {
-  for (const auto &v : vols)
-    if (v.name == n) return &v;
-  return nullptr;
+// A volume's whole state: its state file with its journal replayed. The caller holds the lock.
+void loadCurrent(qs::Volume &v) {
+  v.load(qs::stateFile(gRoot, v.name));
+  std::string journal;
+  if (qs::readFile(qs::journalFile(gRoot, v.name), journal)) v.replay(journal);
 }
 
-// Loads, changes and saves one volume's state.
+// Writes a volume's whole state and drops the journal it now holds. The caller holds the lock.
+bool storeCurrent(const std::string &name, std::string_view text) {
+  if (!qs::writeFileAtomic(qs::stateFile(gRoot, name), text)) return false;
+  ::unlink(qs::journalFile(gRoot, name).c_str());
+  qs::invalidateInfo(gRoot, name);
+  return true;
+}
+
+// Loads, changes and saves one volume's state, under the sandbox's lock, so that a program
+// changing the volume at the same time loses nothing and is not lost.
 template <typename F> int withVolume(const std::string &name, F change) {
   auto vols = qs::loadVolumes(gRoot);
   const qs::VolumeInfo *info = findVolume(vols, name);
   if (!info) return fail("no such volume: " + name);
+  qs::StateLock lock(gRoot);
+  qs::Locked held(lock);
   qs::Volume v;
   v.name = info->name;
   v.mount = info->mount;
   v.shadow = info->shadow;
-  v.load(qs::stateFile(gRoot, name));
+  loadCurrent(v);
   if (int rc = change(v)) return rc;
-  if (!v.save(qs::stateFile(gRoot, name))) return fail("cannot write the state of " + name);
-  qs::invalidateInfo(gRoot, name);
+  if (!storeCurrent(name, v.text())) return fail("cannot write the state of " + name);
   return 0;
 }
 
@@ -340,116 +349,9 @@ int cmdGenerate(Args &a) {
       if (fd >= 0) ::close(fd);
     }
   }
-  if (!qs::writeFileAtomic(qs::stateFile(gRoot, a[0]), out))
-    return fail("cannot write the state of " + a[0]);
-  qs::invalidateInfo(gRoot, a[0]);
-  return 0;
-}
-
-int cmdFault(Args &a) {
-  auto faults = qs::loadFaults(gRoot);
-  const char *syntax =
-      "fault refuse PATTERN VALUE DESCRIPTION [NAME] | fault no-marker [PATTERN] | "
-      "fault no-result [PATTERN] | fault oversize BYTES [PATTERN] | "
-      "fault read-error ERRNO [PATTERN] | fault write-error ERRNO [PATTERN] | "
-      "fault rxlcon exit N|silent|signal SIG | fault list | fault clear";
-  if (a.empty()) return usage(syntax);
-  const std::string &k = a[0];
-  if (k == "list") {
-    for (const auto &f : faults)
-      std::printf("%s\t%s\t%s\t%s\t%s\n", f.kind.c_str(), f.pattern.c_str(), f.value.c_str(),
-                  f.description.c_str(), f.name.c_str());
-    return 0;
-  }
-  if (k == "clear") {
-    faults.clear();
-  } else if (k == "refuse" && (a.size() == 4 || a.size() == 5)) {
-    faults.push_back({k, a[1], a[2], a[3], a.size() == 5 ? a[4] : ""});
-  } else if ((k == "no-marker" || k == "no-result") && a.size() <= 2) {
-    faults.push_back({k, a.size() == 2 ? a[1] : "", "", "", ""});
-  } else if (k == "oversize" && (a.size() == 2 || a.size() == 3) && qs::isDigits(a[1])) {
-    faults.push_back({k, a.size() == 3 ? a[2] : "", a[1], "", ""});
-  } else if ((k == "read-error" || k == "write-error") && (a.size() == 2 || a.size() == 3)) {
-    if (!qs::parseErrno(a[1])) return fail("unknown errno: " + a[1]);
-    faults.push_back({k, a.size() == 3 ? a[2] : "", a[1], "", ""});
-  } else if (k == "rxlcon" && a.size() >= 2 &&
-             ((a[1] == "silent" && a.size() == 2) ||
-              ((a[1] == "exit" || a[1] == "signal") && a.size() == 3))) {
-    std::erase_if(faults, [](const qs::Fault &f) { return f.kind == "rxlcon"; });
-    faults.push_back({k, "", a[1], a.size() == 3 ? a[2] : "", ""});
-  } else {
-    return usage(syntax);
-  }
-  return qs::saveFaults(gRoot, faults) ? 0 : fail("cannot write the fault list");
-}
-
-int cmdFastmode(Args &a) {
-  if (a.size() != 1 || (a[0] != "on" && a[0] != "off")) return usage("fastmode on|off");
-  std::string f = gRoot + "/sim/fastmode";
-  if (a[0] == "on") return qs::writeFileAtomic(f, "on\n") ? 0 : fail("cannot write " + f);
-  ::unlink(f.c_str());
-  return 0;
-}
-
-// Replaces every occurrence of the sandbox path, so that logs read the same in every sandbox.
-std::string replaceRoot(std::string text, const std::string &with) {
-  for (size_t p = 0; (p = text.find(gRoot, p)) != std::string::npos; p += with.size())
-    text.replace(p, gRoot.size(), with);
-  return text;
-}
-
-// What programs of the sandbox left behind: the descriptors they held on simulated files when
-// they ended (sim/leaks.log), then each file they made in /tmp that still exists, once.
-std::string leftovers() {
-  std::string text, made;
-  qs::readFile(gRoot + "/sim/leaks.log", text);
-  qs::readFile(gRoot + "/sim/tmpfiles.log", made);
-  std::vector<std::string> seen;
-  size_t pos = 0;
-  while (pos < made.size()) {
-    size_t nl = made.find('\n', pos);
-    std::string line = made.substr(pos, nl - pos);
-    pos = nl == std::string::npos ? made.size() : nl + 1;
-    size_t space = line.find(' ');
-    if (space == std::string::npos) continue;
-    std::string file = line.substr(space + 1);
-    struct stat st;
-    if (std::find(seen.begin(), seen.end(), file) != seen.end() || ::lstat(file.c_str(), &st) != 0)
-      continue;
-    seen.push_back(file);
-    text += line.substr(0, space) + ": temporary file " + file + " left behind\n";
-  }
-  return text;
-}
-
-int cmdLog(Args &a) {
-  const char *usageText = "log [--rxl|--replies|--leaks] [--root-as TEXT] [--clear]";
-  std::string rootAs;
-  bool replace = takeOption(a, "--root-as", rootAs);
-  bool clear = takeFlag(a, "--clear");
-  std::vector<std::string> files = {"requests.log"};
-  bool leaks = false;
-  if (takeFlag(a, "--rxl"))
-    files = {"rxlcon.log"};
-  else if (takeFlag(a, "--replies"))
-    files = {"replies.log"};
-  else if (takeFlag(a, "--leaks")) {
-    files = {"leaks.log", "tmpfiles.log"};
-    leaks = true;
-  }
-  if (!a.empty()) return usage(usageText);
-  if (clear) {
-    for (const std::string &file : files)
-      ::unlink((gRoot + "/sim/" + file).c_str());
-    return 0;
-  }
-  std::string text;
-  if (leaks)
-    text = leftovers();
-  else
-    qs::readFile(gRoot + "/sim/" + files[0], text);
-  if (replace) text = replaceRoot(std::move(text), rootAs);
-  std::fwrite(text.data(), 1, text.size(), stdout);
+  qs::StateLock lock(gRoot);
+  qs::Locked held(lock);
+  if (!storeCurrent(a[0], out)) return fail("cannot write the state of " + a[0]);
   return 0;
 }
 
@@ -459,7 +361,14 @@ int cmdDump(Args &a) {
   const qs::VolumeInfo *info = findVolume(vols, a[0]);
   if (!info) return fail("no such volume: " + a[0]);
   std::string text;
-  qs::readFile(qs::stateFile(gRoot, a[0]), text);
+  {
+    qs::StateLock lock(gRoot);
+    qs::Locked held(lock);
+    qs::Volume v;
+    v.name = info->name;
+    loadCurrent(v);
+    text = v.text();
+  }
   std::printf("volume %s mount %s%s%s\n", info->name.c_str(), info->mount.c_str(),
               info->shadow.empty() ? "" : " shadow ", info->shadow.c_str());
   size_t pos = 0;
@@ -470,111 +379,6 @@ int cmdDump(Args &a) {
     if (!line.empty() && line[0] != '#') std::printf("%s\n", line.c_str());
   }
   return 0;
-}
-
-std::string shellQuote(const std::string &s) {
-  std::string out = "'";
-  for (char c : s)
-    out += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return out + "'";
-}
-
-// Prepends item to a colon-separated list unless it is already there.
-std::string prepend(const std::string &item, const char *list) {
-  std::string l = list ? list : "";
-  if ((":" + l + ":").find(":" + item + ":") != std::string::npos) return l;
-  return l.empty() ? item : item + ":" + l;
-}
-
-struct SimEnv {
-  std::string preload, path, libs, asan;
-};
-
-SimEnv simEnv() {
-  std::string dir = exeDir();
-  SimEnv e;
-  std::string lib = dir + "/libquillsim.so";
-  e.preload = prepend(lib, std::getenv("LD_PRELOAD"));
-#ifdef QUILLSIM_ASAN_RUNTIME
-  e.preload = prepend(QUILLSIM_ASAN_RUNTIME, e.preload.c_str());
-#endif
-  e.path = prepend(dir + "/bin", std::getenv("PATH"));
-  e.libs = prepend(dir + "/lumo", std::getenv("LD_LIBRARY_PATH"));
-  const char *asan = std::getenv("ASAN_OPTIONS");
-  std::string opts = asan ? asan : "";
-  if (opts.find("verify_asan_link_order") == std::string::npos)
-    opts = opts.empty() ? "verify_asan_link_order=0" : "verify_asan_link_order=0:" + opts;
-  e.asan = opts;
-  return e;
-}
-
-int cmdEnv(Args &a) {
-  if (!a.empty()) return usage("env");
-  SimEnv e = simEnv();
-  std::printf("export QUILLSIM_ROOT=%s\n", shellQuote(gRoot).c_str());
-  std::printf("export LD_PRELOAD=%s\n", shellQuote(e.preload).c_str());
-  std::printf("export LD_LIBRARY_PATH=%s\n", shellQuote(e.libs).c_str());
-  std::printf("export PATH=%s\n", shellQuote(e.path).c_str());
-  std::printf("export ASAN_OPTIONS=%s\n", shellQuote(e.asan).c_str());
-  return 0;
-}
-
-int cmdExec(Args &a) {
-  if (!a.empty() && a[0] == "--") a.erase(a.begin());
-  if (a.empty()) return usage("exec -- CMD [ARGS...]");
-  SimEnv e = simEnv();
-  setenv("QUILLSIM_ROOT", gRoot.c_str(), 1);
-  setenv("LD_PRELOAD", e.preload.c_str(), 1);
-  setenv("LD_LIBRARY_PATH", e.libs.c_str(), 1);
-  setenv("PATH", e.path.c_str(), 1);
-  setenv("ASAN_OPTIONS", e.asan.c_str(), 1);
-  std::vector<char *> argv;
-  for (auto &s : a)
-    argv.push_back(s.data());
-  argv.push_back(nullptr);
-  std::fflush(nullptr);
-  execvp(argv[0], argv.data());
-  std::fprintf(stderr, "quillsim: cannot run %s: %s\n", argv[0], std::strerror(errno));
-  return 127;
-}
-
-// rxl trustee VOL PATH NAME RIGHTS [GUID] | rxl irm VOL PATH RIGHTS | rxl show VOL
-int cmdRxl(Args &a) {
-  const char *syntax = "rxl trustee VOL PATH NAME RIGHTS [GUID] | rxl irm VOL PATH RIGHTS | "
-                       "rxl raw VOL FILE | rxl show VOL";
-  if (a.size() < 2) return usage(syntax);
-  auto vols = qs::loadVolumes(gRoot);
-  const qs::VolumeInfo *v = findVolume(vols, a[1]);
-  if (!v) return fail("no such volume: " + a[1]);
-  std::string db = qs::rxlDbPath(v->mount);
-  if (a[0] == "show" && a.size() == 2) {
-    std::string text;
-    if (!qs::readFile(db, text)) return fail("no RXL trustee file on " + a[1]);
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    return 0;
-  }
-  if (a[0] == "raw" && a.size() == 3) {
-    std::string text;
-    if (!qs::readFile(a[2], text)) return fail("cannot read " + a[2]);
-    qs::makeDirs(v->mount + "/._KESTREL");
-    return qs::writeFileAtomic(db, text) ? 0 : fail("cannot write " + db);
-  }
-  auto entries = qs::loadRxlDb(db);
-  qs::RxlEntry e;
-  if (a[0] == "trustee" && (a.size() == 5 || a.size() == 6)) {
-    e.path = a[2];
-    e.name = a[3];
-    e.rights = a[4] == "none" || a[4] == "-" ? "" : a[4];
-    e.guid = a.size() == 6 ? a[5] : qs::guidOf(a[3]);
-  } else if (a[0] == "irm" && a.size() == 4) {
-    e.filter = true;
-    e.path = a[2];
-    e.rights = a[3] == "none" || a[3] == "-" ? "" : a[3];
-  } else {
-    return usage(syntax);
-  }
-  qs::setRxlEntry(entries, e);
-  return qs::saveRxlDb(db, entries) ? 0 : fail("cannot write " + db);
 }
 
 void help() {
@@ -591,6 +395,7 @@ void help() {
       "  generate VOL --files N [--touch]\n"
       "  fault refuse|no-marker|no-result|oversize|read-error|write-error|rxlcon|list|clear ...\n"
       "  fastmode on|off\n"
+      "  latency [0|N{ns,us,ms,s}]                the wait before every reply (default 0)\n"
       "  rxl trustee VOL PATH NAME RIGHTS [GUID] | rxl irm VOL PATH RIGHTS | rxl raw VOL FILE "
       "| rxl show VOL\n"
       "  log [--rxl|--replies|--leaks] [--root-as TEXT] [--clear]\n"
@@ -630,6 +435,7 @@ int main(int argc, char **argv) {
   if (cmd == "generate") return cmdGenerate(args);
   if (cmd == "fault") return cmdFault(args);
   if (cmd == "fastmode") return cmdFastmode(args);
+  if (cmd == "latency") return cmdLatency(args);
   if (cmd == "log") return cmdLog(args);
   if (cmd == "dump") return cmdDump(args);
   if (cmd == "env") return cmdEnv(args);

@@ -1,10 +1,13 @@
 #include "server.h"
 
+#include "latency.h"
 #include "text.h"
 
 #include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace qs {
 
@@ -111,45 +114,21 @@ std::string makeReply(std::string_view kind, long value, std::string_view descri
   return out;
 }
 
-Server::Server(std::string root) : root_(std::move(root)) {
+Server::Server(std::string root) : root_(std::move(root)), lock_(root_) {
   const char *f = std::getenv("QUILLSIM_FAST");
   struct stat st;
   fast_ = (f && *f && *f != '0') || ::stat((root_ + "/sim/fastmode").c_str(), &st) == 0;
+  latency_ = loadLatency(root_);
   // The first refresh must read everything.
   listStamp_.tv_nsec = usersStamp_.tv_nsec = faultsStamp_.tv_nsec = -1;
+  statChanged(root_ + "/sim/latency", latencyStamp_);
 }
 
 void Server::refresh() {
   if (statChanged(root_ + "/sim/volumes", listStamp_)) list_ = loadVolumes(root_);
   if (statChanged(root_ + "/sim/users", usersStamp_)) users_.load(root_ + "/sim/users");
   if (statChanged(root_ + "/sim/faults", faultsStamp_)) faults_ = loadFaults(root_);
-}
-
-Volume *Server::volume(std::string_view name) {
-  const VolumeInfo *info = nullptr;
-  for (const VolumeInfo &v : list_)
-    if (v.name == name) info = &v;
-  if (!info) return nullptr;
-  Loaded &l = volumes_[std::string(name)];
-  std::string file = stateFile(root_, name);
-  struct stat st;
-  bool have = ::stat(file.c_str(), &st) == 0;
-  bool stale = !l.vol || (!l.vol->dirty && have &&
-                          (st.st_mtim.tv_sec != l.mtime.tv_sec ||
-                           st.st_mtim.tv_nsec != l.mtime.tv_nsec || st.st_size != l.size));
-  if (stale) {
-    l.vol = std::make_unique<Volume>();
-    l.vol->load(file);
-    ++stateLoads_;
-    if (have) {
-      l.mtime = st.st_mtim;
-      l.size = st.st_size;
-    }
-  }
-  l.vol->name = info->name;
-  l.vol->mount = info->mount;
-  l.vol->shadow = info->shadow;
-  return l.vol.get();
+  if (statChanged(root_ + "/sim/latency", latencyStamp_)) latency_ = loadLatency(root_);
 }
 
 Volume *Server::volumeOfPath(std::string_view full, std::string &rel) {
@@ -175,27 +154,12 @@ bool Server::exists(const Volume &v, const std::string &full, std::string_view r
   return const_cast<Volume &>(v).find(rel) != nullptr;
 }
 
-void Server::flush() {
-  for (auto &[name, l] : volumes_) {
-    if (!l.vol || !l.vol->dirty) continue;
-    std::string file = stateFile(root_, name);
-    l.vol->save(file);
-    l.vol->dirty = false;
-    invalidateInfo(root_, name);
-    struct stat st;
-    if (::stat(file.c_str(), &st) == 0) {
-      l.mtime = st.st_mtim;
-      l.size = st.st_size;
-    }
-  }
-}
-
 void Server::prepareInfoFile(std::string_view volName, std::string_view file) {
   // Fast mode keeps no request's changes, but the volume's own state is still shown.
+  Locked held(lock_);
   refresh();
-  flush();
-  // Every change written back removes the volume's info files, so one that exists is current:
-  // it is served as it is, without loading the volume's state.
+  // Every change removes the volume's info files, so one that exists is current: it is served
+  // as it is, without loading the volume's state.
   bool listed = false;
   for (const VolumeInfo &v : list_)
     listed = listed || v.name == volName;
@@ -219,8 +183,22 @@ int Server::writeFault(std::string_view data) {
 
 std::string Server::handle(CmdFile file, std::string_view request) {
   std::string_view kind = requestKind(request);
-  if (fast_) return makeReply(kind, 0, "success", {});
-  refresh();
+  if (fast_) {
+    waitLatency(latency_);
+    return makeReply(kind, 0, "success", {});
+  }
+  std::string reply;
+  {
+    Locked held(lock_);
+    refresh();
+    reply = handleLocked(file, request, kind);
+    commit();
+  }
+  waitLatency(latency_);
+  return reply;
+}
+
+std::string Server::handleLocked(CmdFile file, std::string_view request, std::string_view kind) {
   std::string line(request);
   if (line.find('\n') != std::string::npos) {
     std::string esc;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "faults.h"
+#include "lock.h"
 #include "state.h"
 
 #include <map>
@@ -20,12 +21,15 @@ public:
   explicit Server(std::string root);
 
   /// Answers one request written to a command file; applies it unless faults say otherwise.
+  /// The sandbox is locked while the request is applied: the volumes' state is first brought
+  /// up to date with what other clients changed, and the change is appended to the volume's
+  /// journal before the lock is let go. Then the reply waits for the sandbox's latency.
   std::string handle(CmdFile file, std::string_view request);
-  /// Writes every changed volume back to its state file.
+  /// Writes any change not yet in a journal (there is none between requests).
   void flush();
   /// Makes sure an info file of the volume is current before it is opened.
   void prepareInfoFile(std::string_view volume, std::string_view file);
-  /// How many times a volume's state has been read from its file.
+  /// How many times a volume's state has been read whole from its files.
   unsigned long stateLoads() const { return stateLoads_; }
 
   /// The errno a read or write of the command file must fail with for this request, or 0.
@@ -34,25 +38,46 @@ public:
 
   bool fast() const { return fast_; }
 
+  /// The named volume, current with every client's changes; the caller holds the lock.
   Volume *volume(std::string_view name);
 
 private:
-  struct Loaded {
-    std::unique_ptr<Volume> vol;
+  // What a file was when last read: a rewrite (rename) or a change shows as a difference.
+  struct Stamp {
+    ino_t ino = 0;
     struct timespec mtime {};
     off_t size = -1;
+    bool operator==(const Stamp &o) const {
+      return ino == o.ino && mtime.tv_sec == o.mtime.tv_sec && mtime.tv_nsec == o.mtime.tv_nsec &&
+             size == o.size;
+    }
+  };
+  struct Loaded {
+    std::unique_ptr<Volume> vol;
+    Stamp state;           // the state file as read
+    ino_t journalIno = 0;  // the journal as read, up to journalRead bytes
+    off_t journalRead = 0;
   };
   std::string root_;
+  StateLock lock_;
   bool fast_ = false;
+  long long latency_ = 0;
   unsigned long stateLoads_ = 0;
   std::map<std::string, Loaded, std::less<>> volumes_;
   std::vector<VolumeInfo> list_;
   Users users_;
   std::vector<Fault> faults_;
   struct timespec listStamp_ {
-  }, usersStamp_{}, faultsStamp_{};
+  }, usersStamp_{}, faultsStamp_{}, latencyStamp_{};
 
   void refresh();
+  std::string handleLocked(CmdFile file, std::string_view request, std::string_view kind);
+  /// Reads what other clients appended to a volume's journal since this process last looked.
+  void catchUp(const std::string &name, Loaded &l);
+  /// Appends the volumes' pending changes to their journals; a journal grown larger than its
+  /// state file is folded into it (a cost that many appends share).
+  void commit();
+  void compact(const std::string &name, Loaded &l);
   Volume *volumeOfPath(std::string_view full, std::string &rel);
   std::string apply(CmdFile file, std::string_view request, std::string_view marker);
   bool exists(const Volume &v, const std::string &full, std::string_view rel, bool wantDir);

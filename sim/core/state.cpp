@@ -43,6 +43,66 @@ std::string lettersOrDash(Rights r) {
   return s.empty() ? "-" : s;
 }
 
+// One record of the state file or the journal, each with its line end. Paths come escaped.
+void appendTrusteeRecord(std::string &out, std::string_view path, const Trustee &t) {
+  out += "T\t";
+  out += path;
+  out += t.ad ? "\tD\t" : "\tA\t";
+  out += lettersOrDash(t.rights);
+  out += '\t';
+  out += fieldEscape(t.id);
+  out += '\t';
+  out += fieldEscape(t.name);
+  out += '\n';
+}
+
+void appendIrfRecord(std::string &out, std::string_view path, Rights r) {
+  out += "I\t";
+  out += path;
+  out += '\t';
+  out += lettersOrDash(r);
+  out += '\n';
+}
+
+void appendUserRecord(std::string &out, const UserQuota &q) {
+  out += q.ad ? "U\tD\t" : "U\tA\t";
+  out += fieldEscape(q.amount) + '\t' + fieldEscape(q.used) + '\t' + fieldEscape(q.id) + '\t' +
+         fieldEscape(q.name) + '\n';
+}
+
+void appendDirRecord(std::string &out, const DirQuota &q) {
+  out += "Q\t" + fieldEscape(q.path) + '\t' + fieldEscape(q.amount) + '\t' + fieldEscape(q.used) +
+         '\n';
+}
+
+Trustee trusteeOfFields(Fields &f) {
+  Trustee t;
+  t.ad = f.next() == "D";
+  t.rights = lettersOrNone(f.next());
+  std::string_view id = f.next(), name = f.next();
+  t.id = id.find('\\') == std::string_view::npos ? intern(id) : intern(fieldUnescape(id));
+  t.name = name.find('\\') == std::string_view::npos ? intern(name) : intern(fieldUnescape(name));
+  return t;
+}
+
+UserQuota userOfFields(Fields &f) {
+  UserQuota q;
+  q.ad = f.next() == "D";
+  q.amount = fieldUnescape(f.next());
+  q.used = fieldUnescape(f.next());
+  q.id = fieldUnescape(f.next());
+  q.name = fieldUnescape(f.next());
+  return q;
+}
+
+DirQuota dirOfFields(Fields &f) {
+  DirQuota q;
+  q.path = fieldUnescape(f.next());
+  q.amount = fieldUnescape(f.next());
+  q.used = fieldUnescape(f.next());
+  return q;
+}
+
 }  // namespace
 
 bool Volume::load(const std::string &file) {
@@ -69,68 +129,60 @@ bool Volume::load(const std::string &file) {
         last->irf = lettersOrNone(f.next());
         return;
       }
-      Trustee t;
-      t.ad = f.next() == "D";
-      t.rights = lettersOrNone(f.next());
-      std::string_view id = f.next(), name = f.next();
-      t.id = id.find('\\') == std::string_view::npos ? intern(id) : intern(fieldUnescape(id));
-      t.name =
-          name.find('\\') == std::string_view::npos ? intern(name) : intern(fieldUnescape(name));
-      last->trustees.push_back(std::move(t));
+      last->trustees.push_back(trusteeOfFields(f));
     } else if (kind == "U") {
-      UserQuota q;
-      q.ad = f.next() == "D";
-      q.amount = fieldUnescape(f.next());
-      q.used = fieldUnescape(f.next());
-      q.id = fieldUnescape(f.next());
-      q.name = fieldUnescape(f.next());
-      users.push_back(std::move(q));
+      users.push_back(userOfFields(f));
     } else if (kind == "Q") {
-      DirQuota q;
-      q.path = fieldUnescape(f.next());
-      q.amount = fieldUnescape(f.next());
-      q.used = fieldUnescape(f.next());
-      dirs.push_back(std::move(q));
+      dirs.push_back(dirOfFields(f));
     }
   });
   return true;
 }
 
-bool Volume::save(const std::string &file) const {
+void Volume::replay(std::string_view journal) {
+  const size_t keep = pending.size();
+  forEachStateLine(journal, [&](std::string_view line) {
+    Fields f(line);
+    std::string_view kind = f.next();
+    if (kind == "U") {
+      setUserQuota(userOfFields(f));
+      return;
+    }
+    if (kind == "Q") {
+      setDirQuota(dirOfFields(f));
+      return;
+    }
+    const std::string path = fieldUnescape(f.next());
+    if (kind == "T") {
+      setTrustee(path, trusteeOfFields(f));
+    } else if (kind == "I") {
+      setIrf(path, lettersOrNone(f.next()));
+    } else if (kind == "X") {
+      const bool adOnly = f.next() == "D";
+      removeTrustees(path, fieldUnescape(f.next()), adOnly);
+    }
+  });
+  pending.resize(keep);
+}
+
+std::string Volume::text() const {
   std::string out = "# quillsim state of volume " + name +
                     "\n# T path A|D rights id name / I path rights / U A|D amount used id "
                     "name / Q path amount used\n";
   for (const FileEntry &e : files) {
     std::string path = fieldEscape(e.path);
-    for (const Trustee &t : e.trustees) {
-      out += "T\t";
-      out += path;
-      out += t.ad ? "\tD\t" : "\tA\t";
-      out += lettersOrDash(t.rights);
-      out += '\t';
-      out += fieldEscape(t.id);
-      out += '\t';
-      out += fieldEscape(t.name);
-      out += '\n';
-    }
-    if (e.irf >= 0) {
-      out += "I\t";
-      out += path;
-      out += '\t';
-      out += lettersOrDash(static_cast<Rights>(e.irf));
-      out += '\n';
-    }
+    for (const Trustee &t : e.trustees)
+      appendTrusteeRecord(out, path, t);
+    if (e.irf >= 0) appendIrfRecord(out, path, static_cast<Rights>(e.irf));
   }
-  for (const UserQuota &q : users) {
-    out += q.ad ? "U\tD\t" : "U\tA\t";
-    out += fieldEscape(q.amount) + '\t' + fieldEscape(q.used) + '\t' + fieldEscape(q.id) + '\t' +
-           fieldEscape(q.name) + '\n';
-  }
+  for (const UserQuota &q : users)
+    appendUserRecord(out, q);
   for (const DirQuota &q : dirs)
-    out += "Q\t" + fieldEscape(q.path) + '\t' + fieldEscape(q.amount) + '\t' + fieldEscape(q.used) +
-           '\n';
-  return writeFileAtomic(file, out);
+    appendDirRecord(out, q);
+  return out;
 }
+
+bool Volume::save(const std::string &file) const { return writeFileAtomic(file, text()); }
 
 void Volume::buildIndex() {
   index_.clear();
@@ -166,7 +218,7 @@ FileEntry &Volume::findOrAdd(std::string_view path) {
 
 void Volume::setTrustee(std::string_view path, const Trustee &t) {
   FileEntry &e = findOrAdd(path);
-  dirty = true;
+  appendTrusteeRecord(pending, fieldEscape(path), t);
   for (Trustee &old : e.trustees) {
     // AD trustees are one per SID; Arbor trustees one per name (and identifier, which only
     // unresolved ones carry).
@@ -193,17 +245,17 @@ int Volume::removeTrustees(std::string_view path, std::string_view id, bool adOn
   });
   if (it == e->trustees.end()) return 0;
   e->trustees.erase(it);
-  dirty = true;
+  pending += "X\t" + fieldEscape(path) + (adOnly ? "\tD\t" : "\tA\t") + fieldEscape(id) + '\n';
   return 1;
 }
 
 void Volume::setIrf(std::string_view path, Rights r) {
   findOrAdd(path).irf = r;
-  dirty = true;
+  appendIrfRecord(pending, fieldEscape(path), r);
 }
 
 void Volume::setUserQuota(const UserQuota &q) {
-  dirty = true;
+  appendUserRecord(pending, q);
   for (UserQuota &old : users) {
     if (old.ad == q.ad && old.name == q.name) {
       old.amount = q.amount;
@@ -215,7 +267,7 @@ void Volume::setUserQuota(const UserQuota &q) {
 }
 
 void Volume::setDirQuota(const DirQuota &q) {
-  dirty = true;
+  appendDirRecord(pending, q);
   for (DirQuota &old : dirs) {
     if (old.path == q.path) {
       old.amount = q.amount;
@@ -223,108 +275,6 @@ void Volume::setDirQuota(const DirQuota &q) {
     }
   }
   dirs.push_back(q);
-}
-
-namespace {
-constexpr std::string_view kReplyHead =
-    "<quillReply>\n<result value=\"0\"><description>success</description></result>\n";
-constexpr std::string_view kReplyTail = "</quillReply>\n";
-
-void appendCdata(std::string &out, std::string_view text) {
-  out += "<![CDATA[";
-  size_t pos;
-  while ((pos = text.find("]]>")) != std::string_view::npos) {
-    out += text.substr(0, pos + 2);
-    out += "]]><![CDATA[";
-    text = text.substr(pos + 2);
-  }
-  out += text;
-  out += "]]>";
-}
-}  // namespace
-
-std::string Volume::trusteeInfo() const {
-  std::vector<const FileEntry *> order;
-  order.reserve(files.size());
-  for (const FileEntry &e : files)
-    if (!e.trustees.empty() || e.irf >= 0) order.push_back(&e);
-  if (!std::is_sorted(order.begin(), order.end(),
-                      [](const FileEntry *a, const FileEntry *b) { return a->path < b->path; }))
-    std::sort(order.begin(), order.end(),
-              [](const FileEntry *a, const FileEntry *b) { return a->path < b->path; });
-  std::string out(kReplyHead);
-  out.reserve(order.size() * 200 + 64);
-  out += "<trusteeInfo>\n";
-  for (const FileEntry *e : order) {
-    out += "<file><zid>";
-    out += std::to_string(zidOf(e->path));
-    out += "</zid><path>";
-    appendCdata(out, e->path);
-    out += "</path>\n";
-    for (const Trustee &t : e->trustees) {
-      out += t.ad ? "<trustee type=\"adID\"><name>" : "<trustee><name>";
-      out += xmlEncode(t.name);
-      out += "</name><id>";
-      out += xmlEncode(t.id);
-      out += "</id><rights value=\"";
-      out += rightsToLetters(t.rights);
-      out += "\">";
-      out += rightsToElements(t.rights);
-      out += "</rights></trustee>\n";
-    }
-    if (e->irf >= 0) {
-      Rights r = static_cast<Rights>(e->irf);
-      out += "<inheritedRightsFilter value=\"";
-      out += rightsToLetters(r);
-      out += "\">";
-      out += rightsToElements(r);
-      out += "</inheritedRightsFilter>\n";
-    }
-    out += "</file>\n";
-  }
-  out += "</trusteeInfo>\n";
-  out += kReplyTail;
-  return out;
-}
-
-std::string Volume::userInfo() const {
-  std::string out(kReplyHead);
-  out += "<userInfo>\n";
-  for (const UserQuota &q : users) {
-    out += q.ad ? "<user type=\"adID\"><id>" : "<user><id>";
-    out += xmlEncode(q.id);
-    out += "</id><spaceUsed>";
-    out += q.used.empty() ? "0" : q.used;
-    out += "</spaceUsed><quotaAmount>";
-    out += q.amount;
-    out += "</quotaAmount><name>";
-    out += xmlEncode(q.name);
-    out += "</name></user>\n";
-  }
-  out += "</userInfo>\n";
-  out += kReplyTail;
-  return out;
-}
-
-std::string Volume::dirInfo() const {
-  std::string out(kReplyHead);
-  out += "<dirInfo>\n";
-  for (const DirQuota &q : dirs) {
-    std::string back = q.path;
-    std::replace(back.begin(), back.end(), '/', '\\');
-    out += "<directory><zid>";
-    out += std::to_string(zidOf(q.path));
-    out += "</zid><path>";
-    out += xmlEncode(back);
-    out += "</path><spaceUsed>";
-    out += q.used.empty() ? "0" : q.used;
-    out += "</spaceUsed><quotaAmount>";
-    out += q.amount;
-    out += "</quotaAmount></directory>\n";
-  }
-  out += "</dirInfo>\n";
-  out += kReplyTail;
-  return out;
 }
 
 bool Users::knowsArbor(std::string_view name) const {
@@ -381,6 +331,10 @@ std::string stateFile(const std::string &root, std::string_view volume) {
   return root + "/sim/" + std::string(volume) + ".state";
 }
 
+std::string journalFile(const std::string &root, std::string_view volume) {
+  return root + "/sim/" + std::string(volume) + ".journal";
+}
+
 std::string infoDir(const std::string &root, std::string_view volume) {
   return root + "/_admin/Manage_QUILL/Volume/" + std::string(volume);
 }
@@ -430,23 +384,6 @@ std::string mtabText(const std::vector<VolumeInfo> &vols) {
     out += v.name + ' ' + mtabField(v.mount) + " quillvol rw,name=" + v.name + " 0 0\n";
   out += "admin /_admin quilladmin rw 0 0\n";
   return out;
-}
-
-void invalidateInfo(const std::string &root, std::string_view volume) {
-  std::string dir = infoDir(root, volume);
-  for (const char *f : {"/TrusteeInfo.xml", "/UserInfo.xml", "/DirInfo.xml"})
-    ::unlink((dir + f).c_str());
-}
-
-void ensureInfoFile(const std::string &root, const Volume &v, std::string_view file) {
-  std::string path = infoDir(root, v.name) + "/" + std::string(file);
-  if (::access(path.c_str(), F_OK) == 0) return;
-  if (file == "TrusteeInfo.xml")
-    writeFileAtomic(path, v.trusteeInfo());
-  else if (file == "UserInfo.xml")
-    writeFileAtomic(path, v.userInfo());
-  else if (file == "DirInfo.xml")
-    writeFileAtomic(path, v.dirInfo());
 }
 
 }  // namespace qs

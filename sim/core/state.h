@@ -7,7 +7,9 @@
 //   etc/mtab                                    the simulated mount table
 //   mnt/<VOL>/                                  default mount points
 //   sim/volumes, sim/users, sim/<VOL>.state     state, one record a line
-//   sim/faults, sim/fastmode                    behaviour settings
+//   sim/<VOL>.journal                           changes made since the state file was written
+//   sim/lock                                    held while a request or a command changes state
+//   sim/faults, sim/fastmode, sim/latency       behaviour settings
 //   sim/requests.log, sim/replies.log, sim/rxlcon.log
 //   sim/leaks.log, sim/tmpfiles.log             what programs left behind (quillsim log --leaks)
 #pragma once
@@ -67,11 +69,17 @@ public:
   std::deque<FileEntry> files;
   std::vector<UserQuota> users;
   std::vector<DirQuota> dirs;
-  bool dirty = false;
+  /// The journal records of the changes made since the last take: every set and remove below
+  /// appends the one line that replays it.
+  std::string pending;
 
   /// Reads the state file; a missing file is an empty volume.
   bool load(const std::string &stateFile);
-  /// Writes the state file (grouped by file, one record a line).
+  /// Applies journal records (lines as `pending` holds them) in order; `pending` is left alone.
+  void replay(std::string_view journal);
+  /// The state file's text (grouped by file, one record a line).
+  std::string text() const;
+  /// Writes the state file.
   bool save(const std::string &stateFile) const;
 
   FileEntry *find(std::string_view path);
@@ -109,6 +117,7 @@ std::string envRoot();
 
 std::string simDir(const std::string &root);
 std::string stateFile(const std::string &root, std::string_view volume);
+std::string journalFile(const std::string &root, std::string_view volume);
 std::string infoDir(const std::string &root, std::string_view volume);
 
 std::vector<VolumeInfo> loadVolumes(const std::string &root);

@@ -32,7 +32,7 @@ void appendUtf8(std::string &out, unsigned long code) {
 // Decodes the reference starting at text[0] == '&'; returns its length or 0.
 size_t decodeOne(std::string_view text, std::string &out) {
   size_t semi = text.find(';');
-  if (semi == std::string_view::npos || semi > 12) return 0;
+  if (semi > 12) return 0;  // npos (no ';') too
   std::string_view ref = text.substr(1, semi - 1);
   static constexpr struct {
     std::string_view name;
@@ -163,20 +163,25 @@ bool readFile(const std::string &path, std::string &out) {
   return true;
 }
 
-bool writeFileAtomic(const std::string &path, std::string_view data) {
-  std::string tmp = path + ".tmp" + std::to_string(::getpid());
-  int fd = ::open(tmp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-  if (fd < 0) return false;
+bool writeAll(int fd, std::string_view data) {
   size_t done = 0;
   while (done < data.size()) {
     ssize_t n = ::write(fd, data.data() + done, data.size() - done);
     if (n < 0 && errno == EINTR) continue;
-    if (n <= 0) {
-      ::close(fd);
-      ::unlink(tmp.c_str());
-      return false;
-    }
+    if (n <= 0) return false;
     done += static_cast<size_t>(n);
+  }
+  return true;
+}
+
+bool writeFileAtomic(const std::string &path, std::string_view data) {
+  std::string tmp = path + ".tmp" + std::to_string(::getpid());
+  int fd = ::open(tmp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  if (fd < 0) return false;
+  if (!writeAll(fd, data)) {
+    ::close(fd);
+    ::unlink(tmp.c_str());
+    return false;
   }
   ::close(fd);
   if (::rename(tmp.c_str(), path.c_str()) != 0) {

@@ -41,6 +41,9 @@ template <class Fn> void forEachStateLine(std::string_view text, Fn fn) {
 /// Reads a whole file; false when it cannot be opened.
 bool readFile(const std::string &path, std::string &out);
 
+/// Writes all of data to a descriptor (again after a short write); false on failure.
+bool writeAll(int fd, std::string_view data);
+
 /// Writes a whole file through a temporary name and rename; false on failure.
 bool writeFileAtomic(const std::string &path, std::string_view data);
 

@@ -6,6 +6,22 @@ quillsim file add VOL1 /a
 expect "env" "export QUILLSIM_ROOT='$QUILLSIM_ROOT'" "$(quillsim env | head -1)"
 expect "env sets five variables" "QUILLSIM_ROOT LD_PRELOAD LD_LIBRARY_PATH PATH ASAN_OPTIONS" \
   "$(quillsim env | sed 's/export \([A-Z_]*\)=.*/\1/' | tr '\n' ' ' | sed 's/ $//')"
+# From a build tree (quillsim in <tree>/sim), the tree's trovan and trovanctl come first on PATH,
+# after the simulator's own bin folder; elsewhere the PATH is left as it was.
+tree=$QUILLSIM_ROOT/tree
+mkdir -p "$tree/sim"
+cp "$B/quillsim" "$tree/sim/quillsim"
+expect "no trovan beside: PATH as it was" "export PATH='$tree/sim/bin:/usr/bin:/bin'" \
+  "$(PATH=/usr/bin:/bin "$tree/sim/quillsim" env | grep '^export PATH=')"
+printf '#!/bin/sh\n' >"$tree/trovan"
+chmod +x "$tree/trovan"
+expect "trovan of the tree first" "export PATH='$tree/sim/bin:$tree:/usr/bin:/bin'" \
+  "$(PATH=/usr/bin:/bin "$tree/sim/quillsim" env | grep '^export PATH=')"
+rm "$tree/trovan"
+printf '#!/bin/sh\n' >"$tree/trovanctl"
+chmod +x "$tree/trovanctl"
+expect "trovanctl alone is enough" "export PATH='$tree/sim/bin:$tree:/usr/bin:/bin'" \
+  "$(PATH=/usr/bin:/bin "$tree/sim/quillsim" env | grep '^export PATH=')"
 expect "env is stable when evaluated twice" "$(quillsim env)" "$(eval "$(quillsim env)"; quillsim env)"
 expect "exec runs inside the sandbox" "VOL1 $M/VOL1 quillvol rw,name=VOL1 0 0" \
   "$(env -u LD_PRELOAD "$B/quillsim" exec -- grep quillvol /etc/mtab)"

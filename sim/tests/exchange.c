@@ -1,6 +1,8 @@
 /* Sends the request read from standard input to a command file and prints the reply, the way a
    client of the file system does: lseek 0, write, lseek 0, read until 0.
-   exchange FILE [--pread] [--chunk N] [--requests N] */
+   exchange FILE [--pread] [--chunk N] [--repeat N]
+   With --repeat the request is sent N times on one descriptor and only the last reply is printed.
+ */
 #define _GNU_SOURCE
 #include <errno.h>
 #include <fcntl.h>
@@ -16,9 +18,12 @@ int main(int argc, char **argv) {
   }
   int usePread = 0;
   size_t chunk = 65536;
+  long repeat = 1;
   for (int i = 2; i < argc; ++i) {
     if (strcmp(argv[i], "--pread") == 0)
       usePread = 1;
+    else if (strcmp(argv[i], "--repeat") == 0 && i + 1 < argc)
+      repeat = atol(argv[++i]);
     else if (strcmp(argv[i], "--chunk") == 0 && i + 1 < argc)
       chunk = (size_t)atol(argv[++i]);
   }
@@ -30,6 +35,14 @@ int main(int argc, char **argv) {
   if (fd < 0) {
     printf("open failed: %s\n", strerror(errno));
     return 1;
+  }
+  char drain[4096];
+  for (long r = 1; r < repeat; ++r) {
+    if (pwrite(fd, request, len, 0) < 0 || pread(fd, drain, sizeof drain, 0) < 0) {
+      printf("repeat failed: %s\n", strerror(errno));
+      close(fd);
+      return 1;
+    }
   }
   ssize_t n =
       usePread ? pwrite(fd, request, len, 0) : (lseek(fd, 0, SEEK_SET), write(fd, request, len));

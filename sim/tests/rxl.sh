@@ -32,4 +32,14 @@ rxlcon irm set VOL1:/dir rvx" "$(quillsim log --rxl)"
 quillsim rxl trustee VOL1 /home/b bob.org RW 01234567-89ab-cdef-0123-456789abcdef
 quillsim rxl irm VOL1 /home RF
 expect "seeded entries" 2 "$(grep -c 'path="/home' "$M/VOL1/._KESTREL/.trustee_database.xml")"
+# Seeds are written as the server's console writes them: upper-case letters, or none.
+expect "lower-case seed refused" "quillsim: bad RXL rights: rwf (the server's console writes upper-case letters of ACEFMRSW, or none)
+1" "$(quillsim rxl trustee VOL1 /home/c carl.org rwf 2>&1; echo $?)"
+expect "lower-case filter refused" "quillsim: bad RXL rights: rF (the server's console writes upper-case letters of ACEFMRSW, or none)
+1" "$(quillsim rxl irm VOL1 /home rF 2>&1; echo $?)"
+expect "a letter that is no RXL right refused" "quillsim: bad RXL rights: RWX (the server's console writes upper-case letters of ACEFMRSW, or none)
+1" "$(quillsim rxl trustee VOL1 /home/c carl.org RWX 2>&1; echo $?)"
+expect "nothing seeded by a refusal" 0 "$(grep -c carl.org "$M/VOL1/._KESTREL/.trustee_database.xml")"
+quillsim rxl irm VOL1 /home none
+expect "none is an empty rights text" 2 "$(grep -c '^<rights></rights>$' "$M/VOL1/._KESTREL/.trustee_database.xml")"
 finish

@@ -10,7 +10,7 @@
 #include <cstring>
 #include <string>
 
-#include "save/save_test_support.h"
+#include "save_test_support.h"
 
 namespace {
 

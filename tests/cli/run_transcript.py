@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
 """Runs command-line transcripts: each command's exact stdout, stderr and exit status.
 
-Usage: run_transcript.py --bin-dir DIR [--quillsim PATH] FILE.t [FILE.t ...]
+Usage: run_transcript.py --bin-dir DIR --quillsim PATH FILE.t [FILE.t ...]
 
-Each file runs in a fresh sandbox directory. When a quillsim command is given, the sandbox is
-a simulator sandbox: `quillsim init` has been run and the environment that `quillsim env`
-prints is in force for every command, and after the last command the file fails if any program
+Each file runs in a fresh simulator sandbox: `quillsim init` has been run and the environment
+that `quillsim env` prints is in force for every command (with DIR first on PATH). The runner
+refuses to run without the simulator (quillsim and libquillsim.so beside it), and checks in each
+sandbox that the simulation is active before the first command, so that no transcript can reach
+the real /_admin or /etc/mtab. After the last command the file fails if any program
 of the sandbox left a descriptor open on a simulated admin file or the mount table, or left a
 file it made in /tmp (`quillsim log --leaks`). The format is described in README.md beside this
 file.
@@ -83,15 +85,35 @@ def parse(path):
     return commands
 
 
+class RefusalError(Exception):
+    pass
+
+
+def check_simulator(quillsim):
+    """Raises RefusalError unless the simulator is built: the command and its library."""
+    if quillsim is None:
+        raise RefusalError("no simulator given (--quillsim PATH)")
+    library = os.path.join(os.path.dirname(quillsim), "libquillsim.so")
+    for needed in (quillsim, library):
+        if not os.path.isfile(needed):
+            raise RefusalError(f"the simulator is not built: {needed} is missing")
+
+
+def check_active(env, sandbox):
+    """Raises RefusalError unless the sandbox's programs see the simulated /_admin."""
+    probe = subprocess.run(["bash", "-c", "test -e /_admin/.quillsim"], env=env, cwd=sandbox,
+                           timeout=COMMAND_TIMEOUT_SECONDS)
+    if probe.returncode != 0:
+        raise RefusalError("the simulator is not active in the sandbox "
+                           "(its programs do not see /_admin/.quillsim)")
+
+
 def sandbox_environment(sandbox, bin_dir, quillsim, data_dir):
     env = dict(os.environ)
     env["LC_ALL"] = "C"
-    env["PATH"] = bin_dir + os.pathsep + env.get("PATH", "/usr/bin:/bin")
     env["DATA"] = data_dir
     env["SANDBOX"] = sandbox
-    if quillsim is None:
-        return env
-    env["PATH"] = os.path.dirname(quillsim) + os.pathsep + env["PATH"]
+    env["PATH"] = os.path.dirname(quillsim) + os.pathsep + env.get("PATH", "/usr/bin:/bin")
     env["QUILLSIM_ROOT"] = sandbox
     subprocess.run([quillsim, "init"], env=env, cwd=sandbox, check=True)
     exports = subprocess.run([quillsim, "env"], env=env, cwd=sandbox, check=True,
@@ -101,6 +123,9 @@ def sandbox_environment(sandbox, bin_dir, quillsim, data_dir):
         if len(words) == 2 and words[0] == "export" and "=" in words[1]:
             name, value = words[1].split("=", 1)
             env[name] = value
+    # The trovan under test comes first, ahead of a build tree's that `quillsim env` may add.
+    env["PATH"] = bin_dir + os.pathsep + env["PATH"]
+    check_active(env, sandbox)
     return env
 
 
@@ -178,26 +203,34 @@ def run_file(path, bin_dir, quillsim):
                 print(side_by_side("stderr", command.stderr, stderr))
             if status != command.status:
                 print(f"  status: expected {command.status}, actual {status}")
-        if quillsim is not None:
-            failures += check_leftovers(path, quillsim, env, sandbox)
+        failures += check_leftovers(path, quillsim, env, sandbox)
     finally:
         shutil.rmtree(sandbox, ignore_errors=True)
     # The check of what the sandbox's programs left behind counts as one more.
-    return len(commands) + (1 if quillsim is not None else 0), failures
+    return len(commands) + 1, failures
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--bin-dir", required=True, help="folder holding the trovan binary")
-    parser.add_argument("--quillsim", help="the quillsim command, for a simulator sandbox")
+    parser.add_argument("--quillsim", help="the quillsim command (required: the sandbox's server)")
     parser.add_argument("files", nargs="+")
     arguments = parser.parse_args()
     bin_dir = os.path.abspath(arguments.bin_dir)
     quillsim = os.path.abspath(arguments.quillsim) if arguments.quillsim else None
+    try:
+        check_simulator(quillsim)
+    except RefusalError as refusal:
+        print(f"run_transcript.py: {refusal}; transcripts run only under the simulator, "
+              "never against the real /_admin and /etc/mtab", file=sys.stderr)
+        return 2
     passed = failed = 0
     for path in arguments.files:
         try:
             count, failures = run_file(path, bin_dir, quillsim)
+        except RefusalError as refusal:
+            print(f"run_transcript.py: {refusal}; refusing to run {path}", file=sys.stderr)
+            return 2
         except TranscriptError as error:
             print(f"ERROR {error}")
             failed += 1

@@ -1,13 +1,15 @@
 #!/bin/bash
 # Checks the manual page: it renders without a single warning, its OPTIONS section documents
 # every option of the help text and of the program's option table, its version is the
-# project's, and every command of its EXAMPLES is run by the examples transcript.
+# project's, and every command of its EXAMPLES and NOTES is run by one of the transcripts.
 #
-# Usage: man_page_test.sh PAGE HELP_TEXT OPTION_TABLE_SOURCE VERSION EXAMPLES_TRANSCRIPT
+# Usage: man_page_test.sh PAGE HELP_TEXT OPTION_TABLE_SOURCE VERSION TRANSCRIPT...
 set -u
 export LC_ALL=C.UTF-8
 
-page=$1 help_text=$2 option_source=$3 version=$4 transcript=$5
+page=$1 help_text=$2 option_source=$3 version=$4
+shift 4
+transcripts=("$@")
 failures=0
 
 fail() {
@@ -41,6 +43,7 @@ section() { # prints the lines of the rendered section $1, headings excluded
 }
 options=$(section OPTIONS)
 examples=$(section EXAMPLES)
+notes=$(section NOTES)
 [[ -n $options ]] || fail "no OPTIONS section"
 [[ -n $examples ]] || fail "no EXAMPLES section"
 
@@ -67,13 +70,13 @@ done <<<"$table"
 # 7. The version in the page footer is the program's.
 grep -qE "^trovan $version +" <<<"$rendered" || fail "the page is not marked trovan $version"
 
-# 8. Every example command is run, exactly as written, by the examples transcript.
-commands=$(sed -nE 's/^ +(trovan .*)$/\1/p' <<<"$examples")
+# 8. Every example command, of EXAMPLES and of NOTES, is run exactly as written by a transcript.
+commands=$(sed -nE 's/^ +(trovan .*)$/\1/p' <<<"$examples"$'\n'"$notes")
 [[ -n $commands ]] || fail "no example commands found"
 while read -r command; do
   [[ -z $command ]] && continue
-  grep -qxF -- "    \$ $command" "$transcript" ||
-    fail "example not run by $(basename "$transcript"): $command"
+  grep -qxF -- "    \$ $command" "${transcripts[@]}" ||
+    fail "example not run by any of $(basename -a "${transcripts[@]}" | tr '\n' ' '): $command"
 done <<<"$commands"
 
 if ((failures > 0)); then
