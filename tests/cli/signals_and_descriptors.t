@@ -73,6 +73,12 @@ With standard error closed, the messages of refused requests go nowhere either.
     > 0
     ? 0
 
+A closed standard input reads as an empty one: a restore finds no document.
+
+    $ trovan restore VOL1 <&-
+    2> Unrecognized file contents.  Unable to start the restore
+    ? 255
+
 A console command inherits nothing but its three standard descriptors, not even the converted
 document of -w that the run reads. The simulator's rxlcon lists what it found open as it
 started (QUILLSIM_RXLCON_FDS).
