@@ -29,4 +29,6 @@ trovan_require_build_tools() {
   # trovanctl's libraries: an XML parser, a command-line parser and a JSON library.
   trovan_require /usr/include/expat.h:libexpat1-dev /usr/include/CLI/CLI.hpp:libcli11-dev \
     /usr/include/nlohmann/json.hpp:nlohmann-json3-dev
+  # The trovanctl transcripts format a document with xmllint as administrators do.
+  trovan_require xmllint:libxml2-utils
 }

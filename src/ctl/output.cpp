@@ -9,26 +9,31 @@ std::string findingText(const Row &row) {
          ": " + row.value("message", std::string());
 }
 
+// "N things", with the singular for one.
+std::string counted(const Row &object, const char *member, const char *one, const char *many) {
+  const unsigned long count = object.value(member, 0UL);
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
 // "FILE: N entries (...); trovan restore would send M requests (...); K findings"
 std::string summaryText(const Row &row) {
   std::string text = row.value("file", std::string()) + ": ";
   const Row &entries = row["entries"];
-  text += std::to_string(entries.value("total", 0UL)) + " entries (" +
-          std::to_string(entries.value("trustee", 0UL)) + " trustees, " +
-          std::to_string(entries.value("filter", 0UL)) + " filters, " +
-          std::to_string(entries.value("userQuota", 0UL)) + " user quotas, " +
-          std::to_string(entries.value("dirQuota", 0UL)) + " directory quotas); ";
+  text += counted(entries, "total", "entry", "entries") + " (" +
+          counted(entries, "trustee", "trustee", "trustees") + ", " +
+          counted(entries, "filter", "filter", "filters") + ", " +
+          counted(entries, "userQuota", "user quota", "user quotas") + ", " +
+          counted(entries, "dirQuota", "directory quota", "directory quotas") + "); ";
   const Row &requests = row["requests"];
-  text += "trovan restore would send " + std::to_string(requests.value("total", 0UL)) +
-          " requests (" + std::to_string(requests.value("addTrustee", 0UL)) + " addTrustee, " +
+  text += "trovan restore would send " + counted(requests, "total", "request", "requests") +
+          " (" + std::to_string(requests.value("addTrustee", 0UL)) + " addTrustee, " +
           std::to_string(requests.value("modifyInheritedRightsFilter", 0UL)) +
           " modifyInheritedRightsFilter, " +
           std::to_string(requests.value("userSpaceRestrictions", 0UL)) +
           " userSpaceRestrictions, " + std::to_string(requests.value("addQuota", 0UL)) +
           " addQuota)";
-  if (row.contains("restoreEnd")) text += ", " + row["restoreEnd"].get<std::string>();
-  const unsigned long findings = row.value("findings", 0UL);
-  text += "; " + std::to_string(findings) + (findings == 1 ? " finding" : " findings");
+  if (row.contains("restoreEnd")) text += " " + row["restoreEnd"].get<std::string>();
+  text += "; " + counted(row, "findings", "finding", "findings");
   return text;
 }
 

@@ -1,0 +1,83 @@
+What a document may ask of the server without meaning to, found by trovanctl check even where
+trovan restore reads the document right.
+
+A path without its leading "/" leaves the volume once trovan puts the mount point before it:
+"0/secret" under /mnt/VOL1 is /mnt/VOL10/secret. The mount point used is /mnt/VOLUME unless
+--volume or --mount-point names another. ".." components can leave it too, in trustee paths and
+in directory quota paths alike.
+
+    $ cat > paths.xml
+    < <metadata><trusteeInfo>
+    < <file><path><![CDATA[0/secret]]></path><trustee><name>u.T.</name></trustee></file>
+    < <file><path><![CDATA[/a/../../etc]]></path><inheritedRightsFilter/></file>
+    < <file><path><![CDATA[/a/..b/c..]]></path><inheritedRightsFilter/></file>
+    < </trusteeInfo><dirInfo>
+    < <directory><path>\q\..\..\x</path><quotaAmount>1</quotaAmount></directory>
+    < <directory><path>q</path><quotaAmount>1</quotaAmount></directory>
+    < </dirInfo></metadata>
+    ? 0
+    $ trovanctl check --volume VOL1 paths.xml
+    > trovanctl: paths.xml:2:7: path "0/secret" does not start with "/": after the mount point it names /mnt/VOL10/secret
+    > trovanctl: paths.xml:3:7: path "/a/../../etc" has a ".." component: it can name a file outside the volume
+    > trovanctl: paths.xml:6:12: path "\q\..\..\x" has a ".." component: it can name a file outside the volume
+    > trovanctl: paths.xml:7:12: path "q" does not start with "\": after the mount point it names /mnt/VOL1q
+    > paths.xml: 5 entries (1 trustee, 2 filters, 0 user quotas, 2 directory quotas); trovan restore would send 5 requests (1 addTrustee, 2 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 2 addQuota); 4 findings
+    ? 1
+    $ trovanctl check --mount-point /srv/data paths.xml
+    > trovanctl: paths.xml:2:7: path "0/secret" does not start with "/": after the mount point it names /srv/data0/secret
+    > trovanctl: paths.xml:3:7: path "/a/../../etc" has a ".." component: it can name a file outside the volume
+    > trovanctl: paths.xml:6:12: path "\q\..\..\x" has a ".." component: it can name a file outside the volume
+    > trovanctl: paths.xml:7:12: path "q" does not start with "\": after the mount point it names /srv/dataq
+    > paths.xml: 5 entries (1 trustee, 2 filters, 0 user quotas, 2 directory quotas); trovan restore would send 5 requests (1 addTrustee, 2 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 2 addQuota); 4 findings
+    ? 1
+
+A value that carries markup into a request: a CDATA name holding `</name>...<addTrustee>...`
+would have trovan restore send a second addTrustee, even past -f.
+
+    $ quillsim volume add VOL1 && quillsim file add VOL1 /a /etc/shadow && quillsim user add u.T. && quillsim user add admin.T.
+    ? 0
+    $ cat > inject.xml
+    < <metadata><trusteeInfo>
+    < <file><path><![CDATA[/a]]></path>
+    < <trustee><name><![CDATA[u.T.</name><rights><read/></rights><fileName>/etc</fileName></addTrustee><addTrustee><name>admin.T.]]></name><rights><supervisor/></rights></trustee>
+    < </file></trusteeInfo></metadata>
+    ? 0
+    $ trovanctl check --volume VOL1 -f '^/mnt/VOL1/a$' inject.xml
+    > trovanctl: inject.xml:3:1: <name> text "u.T.</name><rights><read/></rights><fileName>/etc</fileName></addTrustee><addTrustee><name>admin.T." would put markup into trovan's request
+    > inject.xml: 1 entry (1 trustee, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 1 request (1 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 1 finding
+    ? 1
+
+A bare '&' or '<' in a CDATA path, as trovan save writes them, goes into the request as it stands
+and names the file it should: no finding. An entity reference inside CDATA goes as it stands too,
+and the file system decodes it: "/a&amp;b" in CDATA lands on "/a&b".
+
+    $ cat > cdata.xml
+    < <metadata><trusteeInfo>
+    < <file><path><![CDATA[/docs/l<t]]></path><trustee><name>u.T.</name></trustee></file>
+    < <file><path><![CDATA[/docs/a&b]]></path><trustee><name>u.T.</name></trustee></file>
+    < <file><path><![CDATA[/docs/a&amp;b]]></path><trustee><name>u.T.</name></trustee></file>
+    < </trusteeInfo></metadata>
+    ? 0
+    $ trovanctl check cdata.xml
+    > trovanctl: cdata.xml:4:7: <path> text "/docs/a&amp;b" goes into the request as it stands, and the file system reads it as "/docs/a&b"
+    > cdata.xml: 3 entries (3 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 3 requests (3 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 1 finding
+    ? 1
+
+With -n (RXL mode) trovan decodes trustee paths and names itself, and an '&' that starts none of
+the five entities makes that decoding loop for ever: check finds it (and never runs it).
+
+    $ trovanctl check -n cdata.xml
+    > trovanctl: cdata.xml:3:7: path text "/docs/a&b" holds an '&' that trovan restore -n decodes forever: the restore would never return
+    > cdata.xml: 3 entries (3 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 3 requests (3 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 1 finding
+    ? 1
+    $ cat > rxl.xml
+    < <metadata><trusteeInfo>
+    < <file><path>/docs/a&amp;b</path><trustee><name>u.T.</name></trustee></file>
+    < <file><path>/docs/a&#38;b</path><trustee><name><![CDATA[R&D.T.]]></name></trustee></file>
+    < </trusteeInfo></metadata>
+    ? 0
+    $ trovanctl check -n rxl.xml
+    > trovanctl: rxl.xml:3:7: path text "/docs/a&#38;b" holds an '&' that trovan restore -n decodes forever: the restore would never return
+    > trovanctl: rxl.xml:3:33: name text "R&D.T." holds an '&' that trovan restore -n decodes forever: the restore would never return
+    > rxl.xml: 2 entries (2 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 2 requests (2 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 2 findings
+    ? 1
