@@ -12,6 +12,7 @@
 #include "ctl/check_settings.h"
 #include "ctl/commands.h"
 #include "ctl/output.h"
+#include "ctl/restore_match.h"
 #include "model/document_reader.h"
 #include "model/entry_rules.h"
 
@@ -86,13 +87,14 @@ int runCheck(CheckOptions &options) {
   Tally tally;
   {
     DocumentReader reader(fd, sink);
-    Entry entry;
-    while (reader.next(entry)) {
+    const auto onEntry = [&](const Entry &entry) {
       const int kind = static_cast<int>(entry.kind);
       ++tally.entries[kind];
       checkEntryRules(entry, rules, sink);
       if (wouldRestore(entry, options, settings)) ++tally.requests[kind];
-    }
+    };
+    RestoreMatch match(reader, options, settings, sink, onEntry, nullptr);
+    match.drain();
     if (reader.readError() != 0) {
       reportError(file + ": " + std::strerror(reader.readError()));
       if (fd != 0) close(fd);
