@@ -113,6 +113,10 @@ void checkEntryRules(const Entry &entry, const RuleSettings &settings, const Fin
               "path text " + quoted(entry.rawPath) +
                   " holds an '&' that trovan restore -n "
                   "decodes forever: the restore would never return"});
+      if (entry.kind == EntryKind::trustee && entry.ad)
+        sink({entry.at, "rxl-ad-trustee",
+              "AD trustee: trovan restore -n has no console command for it and writes its "
+              "request on standard input, where nothing answers"});
       if (entry.kind == EntryKind::trustee && !entry.ad && hasUndecodableAmpersand(entry.rawName))
         sink({entry.at, "rxl-never-returns",
               "name text " + quoted(entry.rawName) +

@@ -93,6 +93,11 @@ TEST(EntryRules, RxlModeAmpersands) {
                   "-n decodes forever: the restore would never return"});
   EXPECT_EQ(ruleFindings(trusteeAt("/a&#38;b"), true).size(), 1u);
   EXPECT_TRUE(ruleFindings(trusteeAt("/a&amp;b"), true).empty());
+  EXPECT_EQ(ruleFindings("<metadata><trusteeInfo><file><path>/a</path><trustee type=\"adID\">"
+                         "<id>S-1</id></trustee></file></trusteeInfo></metadata>",
+                         true),
+            Texts{"1:45 rxl-ad-trustee: AD trustee: trovan restore -n has no console command for "
+                  "it and writes its request on standard input, where nothing answers"});
 }
 
 TEST(EntryRules, TrovansFieldLimits) {
