@@ -9,23 +9,23 @@ A volume with four trustees, saved.
     ? 0
     $ quillsim trustee add VOL1 /a.txt u0.corp.TREE. rw && quillsim trustee add VOL1 /b u0.corp.TREE. rf && quillsim trustee add VOL1 /b/y.txt u1.corp.TREE. r && quillsim trustee add VOL1 /c.txt u1.corp.TREE. rwc
     ? 0
-    $ trovan save VOL1 -m t > saved.xml && cat -n saved.xml
-    >      1	<metadata>
-    >      2	<trusteeInfo>
-    >      3	<file><zid>592285195</zid><path><![CDATA[/a.txt]]></path>
-    >      4	<trustee><name>u0.corp.TREE.</name><id></id><rights value="RW"><read/><write/></rights></trustee>
-    >      5	</file>
-    >      6	<file><zid>142484084</zid><path><![CDATA[/b]]></path>
-    >      7	<trustee><name>u0.corp.TREE.</name><id></id><rights value="RF"><read/><fileScan/></rights></trustee>
-    >      8	</file>
-    >      9	<file><zid>231570942</zid><path><![CDATA[/b/y.txt]]></path>
-    >     10	<trustee><name>u1.corp.TREE.</name><id></id><rights value="R"><read/></rights></trustee>
-    >     11	</file>
-    >     12	<file><zid>775244449</zid><path><![CDATA[/c.txt]]></path>
-    >     13	<trustee><name>u1.corp.TREE.</name><id></id><rights value="RWC"><read/><write/><create/></rights></trustee>
-    >     14	</file>
-    >     15	</trusteeInfo>
-    >     16	</metadata>
+    $ trovan save VOL1 -m t > saved.xml && grep -n '' saved.xml
+    > 1:<metadata>
+    > 2:<trusteeInfo>
+    > 3:<file><zid>592285195</zid><path><![CDATA[/a.txt]]></path>
+    > 4:<trustee><name>u0.corp.TREE.</name><id></id><rights value="RW"><read/><write/></rights></trustee>
+    > 5:</file>
+    > 6:<file><zid>142484084</zid><path><![CDATA[/b]]></path>
+    > 7:<trustee><name>u0.corp.TREE.</name><id></id><rights value="RF"><read/><fileScan/></rights></trustee>
+    > 8:</file>
+    > 9:<file><zid>231570942</zid><path><![CDATA[/b/y.txt]]></path>
+    > 10:<trustee><name>u1.corp.TREE.</name><id></id><rights value="R"><read/></rights></trustee>
+    > 11:</file>
+    > 12:<file><zid>775244449</zid><path><![CDATA[/c.txt]]></path>
+    > 13:<trustee><name>u1.corp.TREE.</name><id></id><rights value="RWC"><read/><write/><create/></rights></trustee>
+    > 14:</file>
+    > 15:</trusteeInfo>
+    > 16:</metadata>
     ? 0
 
 One `</trustee>` deleted by hand: the XML is no longer well-formed, and check says where.
@@ -62,64 +62,64 @@ attributes (`<inheritedRightsFilter value=""/>`) whose end trovan's reader never
 
     $ quillsim irf set VOL1 /a.txt none && quillsim irf set VOL1 /c.txt s && trovan save VOL1 -m t > saved2.xml
     ? 0
-    $ xmllint --format saved2.xml > formatted.xml && cat -n formatted.xml
-    >      1	<?xml version="1.0"?>
-    >      2	<metadata>
-    >      3	  <trusteeInfo>
-    >      4	    <file>
-    >      5	      <zid>592285195</zid>
-    >      6	      <path><![CDATA[/a.txt]]></path>
-    >      7	      <trustee>
-    >      8	        <name>u0.corp.TREE.</name>
-    >      9	        <id/>
-    >     10	        <rights value="RW">
-    >     11	          <read/>
-    >     12	          <write/>
-    >     13	        </rights>
-    >     14	      </trustee>
-    >     15	      <inheritedRightsFilter value=""/>
-    >     16	    </file>
-    >     17	    <file>
-    >     18	      <zid>142484084</zid>
-    >     19	      <path><![CDATA[/b]]></path>
-    >     20	      <trustee>
-    >     21	        <name>u0.corp.TREE.</name>
-    >     22	        <id/>
-    >     23	        <rights value="RF">
-    >     24	          <read/>
-    >     25	          <fileScan/>
-    >     26	        </rights>
-    >     27	      </trustee>
-    >     28	    </file>
-    >     29	    <file>
-    >     30	      <zid>231570942</zid>
-    >     31	      <path><![CDATA[/b/y.txt]]></path>
-    >     32	      <trustee>
-    >     33	        <name>u1.corp.TREE.</name>
-    >     34	        <id/>
-    >     35	        <rights value="R">
-    >     36	          <read/>
-    >     37	        </rights>
-    >     38	      </trustee>
-    >     39	    </file>
-    >     40	    <file>
-    >     41	      <zid>775244449</zid>
-    >     42	      <path><![CDATA[/c.txt]]></path>
-    >     43	      <trustee>
-    >     44	        <name>u1.corp.TREE.</name>
-    >     45	        <id/>
-    >     46	        <rights value="RWC">
-    >     47	          <read/>
-    >     48	          <write/>
-    >     49	          <create/>
-    >     50	        </rights>
-    >     51	      </trustee>
-    >     52	      <inheritedRightsFilter value="S">
-    >     53	        <supervisor/>
-    >     54	      </inheritedRightsFilter>
-    >     55	    </file>
-    >     56	  </trusteeInfo>
-    >     57	</metadata>
+    $ xmllint --format saved2.xml > formatted.xml && grep -n '' formatted.xml
+    > 1:<?xml version="1.0"?>
+    > 2:<metadata>
+    > 3:  <trusteeInfo>
+    > 4:    <file>
+    > 5:      <zid>592285195</zid>
+    > 6:      <path><![CDATA[/a.txt]]></path>
+    > 7:      <trustee>
+    > 8:        <name>u0.corp.TREE.</name>
+    > 9:        <id/>
+    > 10:        <rights value="RW">
+    > 11:          <read/>
+    > 12:          <write/>
+    > 13:        </rights>
+    > 14:      </trustee>
+    > 15:      <inheritedRightsFilter value=""/>
+    > 16:    </file>
+    > 17:    <file>
+    > 18:      <zid>142484084</zid>
+    > 19:      <path><![CDATA[/b]]></path>
+    > 20:      <trustee>
+    > 21:        <name>u0.corp.TREE.</name>
+    > 22:        <id/>
+    > 23:        <rights value="RF">
+    > 24:          <read/>
+    > 25:          <fileScan/>
+    > 26:        </rights>
+    > 27:      </trustee>
+    > 28:    </file>
+    > 29:    <file>
+    > 30:      <zid>231570942</zid>
+    > 31:      <path><![CDATA[/b/y.txt]]></path>
+    > 32:      <trustee>
+    > 33:        <name>u1.corp.TREE.</name>
+    > 34:        <id/>
+    > 35:        <rights value="R">
+    > 36:          <read/>
+    > 37:        </rights>
+    > 38:      </trustee>
+    > 39:    </file>
+    > 40:    <file>
+    > 41:      <zid>775244449</zid>
+    > 42:      <path><![CDATA[/c.txt]]></path>
+    > 43:      <trustee>
+    > 44:        <name>u1.corp.TREE.</name>
+    > 45:        <id/>
+    > 46:        <rights value="RWC">
+    > 47:          <read/>
+    > 48:          <write/>
+    > 49:          <create/>
+    > 50:        </rights>
+    > 51:      </trustee>
+    > 52:      <inheritedRightsFilter value="S">
+    > 53:        <supervisor/>
+    > 54:      </inheritedRightsFilter>
+    > 55:    </file>
+    > 56:  </trusteeInfo>
+    > 57:</metadata>
     ? 0
     $ trovanctl check formatted.xml
     > trovanctl: formatted.xml:1:1: an XML declaration: trovan restore refuses a document that does not start with <metadata>
