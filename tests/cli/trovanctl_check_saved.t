@@ -49,3 +49,18 @@ Documents of each mask, and of a volume with nothing on it.
     $ quillsim generate VOL1 --files 500 && trovan save VOL1 > generated.xml && trovanctl check generated.xml
     > generated.xml: 600 entries (550 trustees, 50 filters, 0 user quotas, 0 directory quotas); trovan restore would send 600 requests (550 addTrustee, 50 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 0 findings
     ? 0
+
+What check says trovan restore would send is what it does send: the same generated document
+restored into an empty twin under the simulator sends as many requests of each kind.
+
+    $ quillsim volume add VOL2 && quillsim generate VOL2 --files 500 --touch && quillsim generate VOL2 --files 0 && quillsim log --clear
+    ? 0
+    $ trovanctl check --json --volume VOL2 --mount-point "$SANDBOX/mnt/VOL2" generated.xml | tail -1
+    > {"type":"summary","file":"generated.xml","entries":{"trustee":550,"filter":50,"userQuota":0,"dirQuota":0,"total":600},"requests":{"addTrustee":550,"modifyInheritedRightsFilter":50,"userSpaceRestrictions":0,"addQuota":0,"total":600},"compared":true,"findings":0}
+    ? 0
+    $ trovan restore VOL2 < generated.xml && quillsim log | grep -c '<addTrustee' && quillsim log | grep -c '<modifyInheritedRightsFilter>'
+    > 550
+    > 50
+    ? 0
+    $ trovan save VOL2 | cmp - generated.xml
+    ? 0
