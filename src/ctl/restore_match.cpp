@@ -202,7 +202,13 @@ void RestoreMatch::request(std::string_view bytes) {
   if (first < pending_.size() && pending_[first].entry.kind == kind &&
       kind != EntryKind::userQuota) {
     const Pending &pending = pending_[first];
-    if (pending.fileName == request.fileName)
+    if (pending.fileName == request.fileName && kind == EntryKind::trustee &&
+        pending.entry.ad != request.ad)
+      findings_({pending.entry.at, "sent-otherwise",
+                 "trovan restore would send this trustee on " + pending.fileName + " as the " +
+                     (request.ad ? "AD user " : "Arbor user ") + request.user + ", not as the " +
+                     (pending.entry.ad ? "AD user " : "Arbor user ") + pending.user});
+    else if (pending.fileName == request.fileName)
       findings_({pending.entry.at, "sent-for-another-user",
                  "trovan restore would send this " + std::string(kindName(kind)) + " on " +
                      pending.fileName + " for " + request.user + ", not for " + pending.user});

@@ -105,3 +105,11 @@ trovan's reader takes the first part only, so the entry lands on another path.
     > trovanctl: split.xml:4:1: trovan restore would send this inherited rights filter to /mnt/VOL1/docs/x]], not to /mnt/VOL1/docs/x]]>y
     > split.xml: 1 entry (0 trustees, 1 filter, 0 user quotas, 0 directory quotas); trovan restore would send 1 request (0 addTrustee, 1 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 1 finding
     ? 1
+
+An AD trustee whose marker is written with single quotes (type='adID') is, to trovan's reader,
+an Arbor trustee: its display name would go out as an Arbor user's name.
+
+    $ printf "<metadata><trusteeInfo>\n<file><path><![CDATA[/a]]></path>\n<trustee type='adID'><name>ann</name><id>S-1-5-21-7</id><rights><read/></rights></trustee>\n<trustee type=\"adID\"><name>bob</name><id>S-1-5-21-8</id><rights><read/></rights></trustee>\n</file></trusteeInfo></metadata>\n" > quotes.xml && trovanctl check quotes.xml
+    > trovanctl: quotes.xml:3:1: trovan restore would send this trustee on /mnt/VOLUME/a as the Arbor user ann, not as the AD user S-1-5-21-7
+    > quotes.xml: 2 entries (2 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 2 requests (2 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 1 finding
+    ? 1
