@@ -61,6 +61,25 @@ Row summaryRow(const std::string &file, const Tally &tally, bool compared, std::
   return row;
 }
 
+// Runs trovan's restore over the document's second descriptor into `match`. False after a
+// message when the run cannot be made.
+bool compareWithRestore(DocumentSource &source, const CheckOptions &options,
+                        const RestoreSettings &settings, RestoreMatch &match,
+                        unsigned long long &restoreOffset) {
+  const int restoreFd = source.second();
+  if (restoreFd < 0) {
+    reportError(source.label() + ": " + std::strerror(errno));
+    return false;
+  }
+  const RestoreOutcome outcome = runRestore(restoreFd, options, settings, match, restoreOffset);
+  if (!outcome.failure.empty()) {
+    reportError("check: cannot run trovan's restore: " + outcome.failure);
+    return false;
+  }
+  match.finish(outcome.ran ? outcome.status : 0, outcome.signal);
+  return true;
+}
+
 int runCheck(CheckOptions &options) {
   RestoreSettings settings;
   if (const std::string problem = resolveCheckOptions(options, settings); !problem.empty()) {
@@ -96,17 +115,7 @@ int runCheck(CheckOptions &options) {
       // The console path runs commands: it is not run, only read.
       match.drain();
     } else {
-      const int restoreFd = source.second();
-      if (restoreFd < 0) {
-        reportError(file + ": " + std::strerror(errno));
-        return kTrouble;
-      }
-      const RestoreOutcome outcome = runRestore(restoreFd, options, settings, match, restoreOffset);
-      if (!outcome.failure.empty()) {
-        reportError("check: cannot run trovan's restore: " + outcome.failure);
-        return kTrouble;
-      }
-      match.finish(outcome.ran ? outcome.status : 0, outcome.signal);
+      if (!compareWithRestore(source, options, settings, match, restoreOffset)) return kTrouble;
       compared = true;
       for (int kind = 0; kind < 4; ++kind)
         tally.requests[kind] = match.sent(static_cast<RequestKind>(kind));
