@@ -17,12 +17,14 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "trovan developers")
 set(CPACK_DEBIAN_PACKAGE_SECTION admin)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6 (>= 2.34), libstdc++6 (>= 12)")
+# trovan needs the C and C++ libraries only; trovanctl also links the XML parser.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6 (>= 2.34), libstdc++6 (>= 12), libexpat1 (>= 2.5)")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
     "save and restore the trustees and quotas of a QUILL volume
 trovan saves the trustees, inherited rights filters, user quotas and
 directory quotas of a volume of the QUILL file system into a Metadata
 document, and restores them from one, through the file system's
 management files. It also restores the trustee reports of legacy
-Kestrel servers and works with RXL trustee files.")
+Kestrel servers and works with RXL trustee files. trovanctl checks
+Metadata documents before they are restored.")
 include(CPack)

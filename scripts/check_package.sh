@@ -61,7 +61,7 @@ if [ "$(sed -n 's/^CMAKE_BUILD_TYPE:[A-Z]*=//p' "$build_dir/CMakeCache.txt" 2>/d
   cmake -S . -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_SKIP_INSTALL_ALL_DEPENDENCY=ON >/dev/null
 fi
-ninja -C "$build_dir" trovan man_page >/dev/null
+ninja -C "$build_dir" trovan man_page trovanctl trovanctl_man_page >/dev/null
 rm -f "$build_dir"/trovan_*.deb
 (cd "$build_dir" && cpack -G DEB >/dev/null)
 shopt -s nullglob
@@ -85,7 +85,7 @@ expect_field Maintainer "trovan developers"
 expect_field Section admin
 expect_field Architecture "$(dpkg --print-architecture)"
 depends=$(field Depends)
-for library in libc6 libstdc++6; do
+for library in libc6 libstdc++6 libexpat1; do
   if [[ ", $depends," =~ ,\ ${library//+/\\+}[\ ,] ]]; then
     pass "Depends names $library"
   else
@@ -95,17 +95,26 @@ done
 
 # The exact list of files: nothing of the build, the tests or the simulator slips in.
 expected_files='./usr/sbin/trovan
+./usr/sbin/trovanctl
 ./usr/share/bash-completion/completions/trovan
+./usr/share/bash-completion/completions/trovanctl
 ./usr/share/doc/trovan/copyright
-./usr/share/man/man8/trovan.8.gz'
+./usr/share/man/man8/trovan.8.gz
+./usr/share/man/man8/trovanctl.8.gz'
 actual_files=$(dpkg-deb -c "$deb" | awk '$1 !~ /^d/ { print $NF }' | sort)
 if [ "$actual_files" = "$expected_files" ]; then
   pass "the package holds exactly: $(tr '\n' ' ' <<<"$actual_files")"
 else
   fail "the package's files differ:"$'\n'"$(diff <(echo "$expected_files") <(echo "$actual_files"))"
 fi
-mode=$(dpkg-deb -c "$deb" | awk '$NF == "./usr/sbin/trovan" { print $1 }')
-if [ "$mode" = -rwxr-xr-x ]; then pass "usr/sbin/trovan is $mode"; else fail "usr/sbin/trovan is $mode"; fi
+for program in trovan trovanctl; do
+  mode=$(dpkg-deb -c "$deb" | awk -v name="./usr/sbin/$program" '$NF == name { print $1 }')
+  if [ "$mode" = -rwxr-xr-x ]; then
+    pass "usr/sbin/$program is $mode"
+  else
+    fail "usr/sbin/$program is $mode"
+  fi
+done
 
 # Unpack as a fresh machine would.
 dpkg -x "$deb" "$root"
@@ -128,6 +137,13 @@ fi
 
 # One thread: the program asks for nothing that starts another.
 if threads=$(scripts/check_no_threads.sh "$binary" 2>&1); then pass "$threads"; else fail "$threads"; fi
+# trovanctl needs, beside those, the XML parser the package depends on.
+ctl_binary=$root/usr/sbin/trovanctl
+needed=$(readelf -d "$ctl_binary" | sed -nE 's/.*\(NEEDED\).*\[(.*)\]/\1/p' | sort | tr '\n' ' ')
+unexpected=$(tr ' ' '\n' <<<"$needed" |
+  grep -vxE 'libc\.so\.6|libm\.so\.6|libstdc\+\+\.so\.6|libgcc_s\.so\.1|libexpat\.so\.1|' || true)
+if [ -z "$unexpected" ]; then pass "trovanctl needs only: $needed"; else fail "trovanctl needs other libraries: $unexpected"; fi
+if threads=$(scripts/check_no_threads.sh "$ctl_binary" 2>&1); then pass "trovanctl: $threads"; else fail "trovanctl: $threads"; fi
 
 # The installed program runs.
 set +e
@@ -148,16 +164,30 @@ else
   fail "trovan --help (status $help_status) differs from tests/cli/data/help.txt"
 fi
 rm -f "$root/help.out"
-
-# The installed manual page renders without a warning.
-man_page=$root/usr/share/man/man8/trovan.8.gz
-warnings=$(MANWIDTH=80 man --warnings -l "$man_page" 2>&1 >/dev/null)
-rendered=$(MANWIDTH=80 man -l "$man_page" 2>/dev/null)
-if [ -z "$warnings" ] && grep -q '^NAME' <<<"$rendered"; then
-  pass "man trovan renders cleanly"
+set +e
+ctl_version=$("$ctl_binary" --version)
+ctl_version_status=$?
+"$ctl_binary" check --help >/dev/null
+ctl_help_status=$?
+set -e
+if [ "$ctl_version_status" -eq 0 ] && [ "$ctl_version" = "trovanctl (QUILL) $version"$'\n'"$(tail -1 <<<"$expected_version")" ]; then
+  pass "trovanctl --version: $(head -1 <<<"$ctl_version")"
 else
-  fail "man -l $man_page:"$'\n'"$warnings"
+  fail "trovanctl --version gave status $ctl_version_status and:"$'\n'"$ctl_version"
 fi
+if [ "$ctl_help_status" -eq 0 ]; then pass "trovanctl check --help"; else fail "trovanctl check --help gave status $ctl_help_status"; fi
+
+# The installed manual pages render without a warning.
+for page in trovan trovanctl; do
+  man_page=$root/usr/share/man/man8/$page.8.gz
+  warnings=$(MANWIDTH=80 man --warnings -l "$man_page" 2>&1 >/dev/null)
+  rendered=$(MANWIDTH=80 man -l "$man_page" 2>/dev/null)
+  if [ -z "$warnings" ] && grep -q '^NAME' <<<"$rendered"; then
+    pass "man $page renders cleanly"
+  else
+    fail "man -l $man_page:"$'\n'"$warnings"
+  fi
+done
 
 # The installed completion passes the completion tests.
 if TROVAN_COMPLETION_SCRIPT=$root/usr/share/bash-completion/completions/trovan \
@@ -165,6 +195,12 @@ if TROVAN_COMPLETION_SCRIPT=$root/usr/share/bash-completion/completions/trovan \
   pass "the installed completion passes tests/completion/trovan_completion.bats"
 else
   fail "the installed completion fails tests/completion/trovan_completion.bats"
+fi
+if TROVANCTL_COMPLETION_SCRIPT=$root/usr/share/bash-completion/completions/trovanctl \
+  bats tests/completion/trovanctl_completion.bats >/dev/null; then
+  pass "the installed completion passes tests/completion/trovanctl_completion.bats"
+else
+  fail "the installed completion fails tests/completion/trovanctl_completion.bats"
 fi
 
 # The command-line suite against the installed binary, under the simulator of the same tree

@@ -1,0 +1,39 @@
+// The strict, streaming reader of Metadata documents: a real XML parser (expat) underneath, the
+// entries handed out one at a time as each one ends (the document is never held whole), and
+// every problem reported with its line and column.
+#pragma once
+#include <functional>
+#include <memory>
+
+#include "model/entry.h"
+#include "model/finding.h"
+
+class DocumentReader {
+public:
+  // Reads from `fd` (left open). Findings go to `findings` as they are made.
+  DocumentReader(int fd, FindingSink findings);
+  ~DocumentReader();
+  DocumentReader(const DocumentReader &) = delete;
+  DocumentReader &operator=(const DocumentReader &) = delete;
+
+  // Called as a section element opens (opening true) and closes, in document order between
+  // the entries: trovan save writes a section even when it holds nothing.
+  void onSection(std::function<void(Section, bool opening)> observer);
+
+  // The next entry in document order. False at the end, or where the document cannot be read
+  // on: not well-formed XML (a finding says so and failed() is true) or a read error
+  // (readError() is its errno).
+  bool next(Entry &entry);
+
+  bool failed() const;
+  int readError() const;
+  // Where the parser stands: the place of the error after a failure, the end after the end.
+  Position position() const;
+  // Bytes of the document the parser has consumed up to the end of the last entry handed out.
+  unsigned long long offset() const;
+
+  struct State;
+
+private:
+  std::unique_ptr<State> state_;
+};

@@ -1,0 +1,238 @@
+#include "model/document_reader.h"
+
+#include <gtest/gtest.h>
+
+#include "model_support.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+constexpr char kOneOfEach[] =
+    "<metadata>\n"
+    "<trusteeInfo>\n"
+    "<file><zid>7</zid><path><![CDATA[/docs/a&b]]></path>\n"
+    "<trustee><name>admin.corp.T.</name><id></id><rights value=\"RF\"><read/><fileScan/>"
+    "</rights></trustee>\n"
+    "<trustee type=\"adID\"><name>ann&amp;co</name><id>S-1-5-21-9</id><rights value=\"R\">"
+    "<read/></rights></trustee>\n"
+    "<inheritedRightsFilter value=\"S\"><supervisor/></inheritedRightsFilter>\n"
+    "</file>\n"
+    "</trusteeInfo>\n"
+    "<userInfo>\n"
+    "<user><id></id><spaceUsed>5</spaceUsed><quotaAmount>1000</quotaAmount><name>u.T.</name>"
+    "</user>\n"
+    "</userInfo>\n"
+    "<dirInfo>\n"
+    "<directory><zid>9</zid><path>\\q\\a&amp;b</path><spaceUsed>0</spaceUsed>"
+    "<quotaAmount>77</quotaAmount></directory>\n"
+    "</dirInfo>\n"
+    "</metadata>\n";
+
+TEST(DocumentReader, YieldsEachEntryWithItsPlace) {
+  const ReadResult result = readDocument(kOneOfEach);
+  EXPECT_TRUE(result.findings.empty());
+  ASSERT_EQ(result.entries.size(), 5u);
+  const Entry &arbor = result.entries[0];
+  EXPECT_EQ(arbor.kind, EntryKind::trustee);
+  EXPECT_EQ(arbor.at.line, 4u);
+  EXPECT_EQ(arbor.at.column, 1u);
+  EXPECT_EQ(arbor.path, "/docs/a&b");
+  EXPECT_EQ(arbor.rawPath, "/docs/a&b");
+  EXPECT_EQ(arbor.pathAt.line, 3u);
+  EXPECT_EQ(arbor.pathAt.column, 19u);
+  EXPECT_EQ(arbor.zid, "7");
+  EXPECT_EQ(arbor.name, "admin.corp.T.");
+  EXPECT_EQ(rightsLetters(arbor.rights), "rf");
+  EXPECT_EQ(arbor.cdata, kCdataPath);
+  const Entry &ad = result.entries[1];
+  EXPECT_TRUE(ad.ad);
+  EXPECT_EQ(ad.name, "ann&co");
+  EXPECT_EQ(ad.rawName, "ann&amp;co");
+  EXPECT_EQ(ad.id, "S-1-5-21-9");
+  EXPECT_EQ(result.entries[2].kind, EntryKind::filter);
+  EXPECT_EQ(rightsLetters(result.entries[2].rights), "s");
+  const Entry &user = result.entries[3];
+  EXPECT_EQ(user.kind, EntryKind::userQuota);
+  EXPECT_EQ(user.amount, "1000");
+  EXPECT_EQ(user.spaceUsed, "5");
+  const Entry &directory = result.entries[4];
+  EXPECT_EQ(directory.kind, EntryKind::dirQuota);
+  EXPECT_EQ(directory.path, "\\q\\a&b");
+  EXPECT_EQ(directory.rawPath, "\\q\\a&amp;b");
+  EXPECT_EQ(comparablePath(directory), "/q/a&b");
+  const std::vector<std::pair<Section, bool>> sections = {
+      {Section::trustees, true},    {Section::trustees, false}, {Section::userQuotas, true},
+      {Section::userQuotas, false}, {Section::dirQuotas, true}, {Section::dirQuotas, false}};
+  EXPECT_EQ(result.sections, sections);
+}
+
+TEST(DocumentReader, MissingEndTagIsNotWellFormedWithItsPlace) {
+  const ReadResult result =
+      readDocument("<metadata>\n<trusteeInfo>\n<file><zid></zid><path><![CDATA[/b]]></path>\n"
+                   "<trustee><name>u0</name><id></id><rights value=\"R\"><read/></rights>\n"
+                   "</file>\n</trusteeInfo>\n</metadata>\n");
+  EXPECT_TRUE(result.failed);
+  EXPECT_EQ(findingTexts(result), Texts{"5:3 not-well-formed"});
+  EXPECT_EQ(result.findings[0].message,
+            "not well-formed XML: mismatched tag (the open element is <trustee> of line 4)");
+  EXPECT_TRUE(result.entries.empty());
+}
+
+TEST(DocumentReader, DocumentCutShort) {
+  const ReadResult result = readDocument("<metadata>\n<userInfo>\n");
+  EXPECT_EQ(findingTexts(result), Texts{"3:1 not-well-formed"});
+  EXPECT_EQ(result.findings[0].message, "the document ends inside <userInfo> of line 2");
+}
+
+TEST(DocumentReader, EmptyInput) {
+  const ReadResult result = readDocument("");
+  EXPECT_EQ(findingTexts(result), Texts{"1:1 not-well-formed"});
+  EXPECT_EQ(result.findings[0].message, "the document holds no element");
+}
+
+TEST(DocumentReader, UnknownAndMisplacedElements) {
+  const ReadResult result = readDocument(
+      "<metadata><foo><bar/></foo>\n"
+      "<trusteeInfo><trustee><name>x</name></trustee><user/></trusteeInfo>\n"
+      "<userInfo><user><name>u</name><quotaAmount>1</quotaAmount><email/></user></userInfo>\n"
+      "</metadata>");
+  EXPECT_EQ(findingTexts(result), (Texts{"1:11 unknown-element", "2:14 entry-outside-file",
+                                         "2:47 misplaced-element", "3:59 unknown-element"}));
+  EXPECT_EQ(result.findings[0].message, "unknown element <foo> in <metadata>");
+  EXPECT_EQ(result.findings[1].message, "<trustee> outside a <file> (in <trusteeInfo>)");
+  EXPECT_EQ(result.findings[2].message, "element <user> is not allowed in <trusteeInfo>");
+  EXPECT_EQ(result.entries.size(), 1u);
+}
+
+TEST(DocumentReader, WrongRoot) {
+  const ReadResult result = readDocument("<trusteeInfo></trusteeInfo>");
+  EXPECT_EQ(findingTexts(result), Texts{"1:1 misplaced-element"});
+  EXPECT_EQ(result.findings[0].message, "the root element is <trusteeInfo>, not <metadata>");
+}
+
+TEST(DocumentReader, EntryBeforeItsPath) {
+  const ReadResult result = readDocument("<metadata><trusteeInfo><file>\n"
+                                         "<trustee><name>u</name></trustee>\n"
+                                         "<path><![CDATA[/a]]></path>\n"
+                                         "<inheritedRightsFilter/>\n"
+                                         "</file><file><zid/></file></trusteeInfo></metadata>");
+  EXPECT_EQ(findingTexts(result), (Texts{"2:1 entry-before-path", "5:8 missing-path"}));
+  EXPECT_EQ(result.findings[0].message, "<trustee> before the <path> of its <file>");
+  ASSERT_EQ(result.entries.size(), 1u);
+  EXPECT_EQ(result.entries[0].kind, EntryKind::filter);
+}
+
+TEST(DocumentReader, RightsOutsideTheTable) {
+  const ReadResult result =
+      readDocument("<metadata><trusteeInfo><file><path>/a</path>\n"
+                   "<trustee><name>u</name><rights><read/><READ/><delete/></rights></trustee>\n"
+                   "</file></trusteeInfo></metadata>");
+  EXPECT_EQ(findingTexts(result), (Texts{"2:39 unknown-right", "2:46 unknown-right"}));
+  EXPECT_EQ(result.findings[0].message, "<READ> is not a right in <rights>");
+  ASSERT_EQ(result.entries.size(), 1u);
+  EXPECT_EQ(rightsLetters(result.entries[0].rights), "r");
+}
+
+TEST(DocumentReader, QuotaAmountsThatAreNotNumbers) {
+  const ReadResult result =
+      readDocument("<metadata><userInfo>\n"
+                   "<user><name>a</name><quotaAmount>12kB</quotaAmount></user>\n"
+                   "<user><name>b</name><quotaAmount> 5</quotaAmount></user>\n"
+                   "<user><name>c</name><quotaAmount>9223372036854775808</quotaAmount></user>\n"
+                   "<user><name>d</name><quotaAmount>9223372036854775807</quotaAmount></user>\n"
+                   "</userInfo></metadata>");
+  EXPECT_EQ(findingTexts(result), (Texts{"2:21 quota-not-a-number", "3:21 quota-not-a-number",
+                                         "4:21 quota-not-a-number"}));
+  EXPECT_EQ(result.findings[0].message,
+            "quota amount \"12kB\" is not a whole number from 0 to 9223372036854775807");
+}
+
+TEST(DocumentReader, SameEntryTwice) {
+  const ReadResult result = readDocument(
+      "<metadata><trusteeInfo>\n"
+      "<file><path>/a</path><trustee><name>u</name></trustee></file>\n"
+      "<file><path>/a</path><trustee type=\"adID\"><id>S-1</id></trustee></file>\n"
+      "<file><path>/a</path><trustee><name>u</name><rights><read/></rights></trustee></file>\n"
+      "</trusteeInfo><dirInfo>\n"
+      "<directory><path>\\q</path><quotaAmount>1</quotaAmount></directory>\n"
+      "<directory><path>/q</path><quotaAmount>2</quotaAmount></directory>\n"
+      "</dirInfo></metadata>");
+  EXPECT_EQ(findingTexts(result), (Texts{"4:22 duplicate-entry", "7:1 duplicate-entry"}));
+  EXPECT_EQ(result.findings[0].message, "the same trustee as on line 2");
+  EXPECT_EQ(result.findings[1].message, "the same directory quota as on line 6");
+  EXPECT_EQ(result.entries.size(), 5u);
+}
+
+TEST(DocumentReader, EntriesWithoutWhatTrovanNeeds) {
+  const ReadResult result = readDocument(
+      "<metadata><trusteeInfo><file><path>/a</path>\n"
+      "<trustee><id></id></trustee>\n"
+      "<trustee type=\"adID\"><name>x</name></trustee>\n"
+      "</file></trusteeInfo><userInfo>\n"
+      "<user><quotaAmount>1</quotaAmount></user><user><name>u</name></user>\n"
+      "</userInfo><dirInfo><directory><quotaAmount>1</quotaAmount></directory></dirInfo>"
+      "</metadata>");
+  EXPECT_EQ(findingTexts(result), (Texts{"2:1 missing-name", "3:1 missing-id", "5:1 missing-name",
+                                         "5:42 missing-quota", "6:21 missing-path"}));
+  EXPECT_TRUE(result.entries.empty());
+}
+
+TEST(DocumentReader, AttributesAndText) {
+  const ReadResult result =
+      readDocument("<metadata><trusteeInfo><file><path>/a</path>\n"
+                   "<trustee type=\"ad\" x=\"1\"><name>u</name></trustee>stray\n"
+                   "</file></trusteeInfo></metadata>");
+  EXPECT_EQ(findingTexts(result),
+            (Texts{"2:1 unknown-attribute", "2:1 unknown-attribute", "2:50 text-outside-value"}));
+  EXPECT_EQ(result.findings[0].message, "type=\"ad\" on <trustee>: only type=\"adID\" is known");
+  EXPECT_EQ(result.findings[1].message, "unknown attribute x on <trustee>");
+  EXPECT_EQ(result.findings[2].message, "text in <file>, where only elements belong");
+}
+
+// The form xmllint --format writes: a declaration, and empty elements with attributes.
+TEST(DocumentReader, FormattedDocument) {
+  const ReadResult result =
+      readDocument("<?xml version=\"1.0\"?>\n<metadata>\n  <trusteeInfo>\n    <file>\n"
+                   "      <path><![CDATA[/a]]></path>\n      <inheritedRightsFilter value=\"\"/>\n"
+                   "      <trustee>\n        <name>u</name>\n        <id/>\n      </trustee>\n"
+                   "    </file>\n  </trusteeInfo>\n</metadata>\n");
+  EXPECT_EQ(findingTexts(result),
+            (Texts{"1:1 xml-declaration", "6:7 empty-element-with-attributes"}));
+  EXPECT_EQ(result.entries.size(), 2u);
+}
+
+TEST(DocumentReader, CommentsAndDoctype) {
+  ReadResult result = readDocument("<metadata><!-- c --><?pi x?></metadata>");
+  EXPECT_EQ(findingTexts(result), (Texts{"1:11 not-metadata", "1:21 not-metadata"}));
+  EXPECT_EQ(result.findings[0].message, "a comment: trovan restore reads it as a tag");
+  result = readDocument("<!DOCTYPE metadata [<!ENTITY a \"b\">]><metadata>&a;</metadata>");
+  EXPECT_EQ(findingTexts(result), Texts{"1:20 doctype"});
+  EXPECT_TRUE(result.failed);
+}
+
+TEST(DocumentReader, RepeatedChildren) {
+  const ReadResult result = readDocument(
+      "<metadata><trusteeInfo><file><path>/a</path><path>/b</path>\n"
+      "<trustee><name>u</name><name>v</name></trustee></file></trusteeInfo></metadata>");
+  EXPECT_EQ(findingTexts(result), (Texts{"1:45 repeated-element", "2:24 repeated-element"}));
+  EXPECT_EQ(result.findings[0].message, "a second <path> in one <file>; the last one counts");
+  ASSERT_EQ(result.entries.size(), 1u);
+  EXPECT_EQ(result.entries[0].path, "/b");
+  EXPECT_EQ(result.entries[0].name, "v");
+}
+
+TEST(DocumentReader, EntriesComeOneAtATimeFromALargeDocument) {
+  std::string document = "<metadata><userInfo>\n";
+  for (int at = 0; at < 20000; ++at)
+    document +=
+        "<user><name>u" + std::to_string(at) + "</name><quotaAmount>1</quotaAmount></user>\n";
+  document += "</userInfo></metadata>\n";
+  const ReadResult result = readDocument(document);
+  EXPECT_TRUE(result.findings.empty());
+  ASSERT_EQ(result.entries.size(), 20000u);
+  EXPECT_EQ(result.entries[19999].at.line, 20001u);
+  EXPECT_EQ(result.entries[19999].name, "u19999");
+}
+
+}  // namespace

@@ -1,0 +1,110 @@
+#include "model/entry.h"
+
+#include <cctype>
+
+#include "document/rights.h"
+
+namespace {
+
+constexpr std::size_t kRightCount = sizeof kRights / sizeof kRights[0];
+
+}  // namespace
+
+Section sectionOf(EntryKind kind) {
+  switch (kind) {
+  case EntryKind::trustee:
+  case EntryKind::filter: return Section::trustees;
+  case EntryKind::userQuota: return Section::userQuotas;
+  case EntryKind::dirQuota: break;
+  }
+  return Section::dirQuotas;
+}
+
+std::string_view kindName(EntryKind kind) {
+  switch (kind) {
+  case EntryKind::trustee: return "trustee";
+  case EntryKind::filter: return "inherited rights filter";
+  case EntryKind::userQuota: return "user quota";
+  case EntryKind::dirQuota: break;
+  }
+  return "directory quota";
+}
+
+std::string_view kindKey(EntryKind kind) {
+  switch (kind) {
+  case EntryKind::trustee: return "trustee";
+  case EntryKind::filter: return "filter";
+  case EntryKind::userQuota: return "userQuota";
+  case EntryKind::dirQuota: break;
+  }
+  return "dirQuota";
+}
+
+std::string_view sectionElement(Section section) {
+  switch (section) {
+  case Section::trustees: return "trusteeInfo";
+  case Section::userQuotas: return "userInfo";
+  case Section::dirQuotas: break;
+  }
+  return "dirInfo";
+}
+
+RightsSet rightBit(std::string_view name) {
+  for (std::size_t at = 0; at < kRightCount; ++at)
+    if (name == kRights[at].name) return static_cast<RightsSet>(1u << at);
+  return 0;
+}
+
+std::string rightsLetters(RightsSet rights) {
+  std::string letters;
+  for (std::size_t at = 0; at < kRightCount; ++at)
+    if (rights & (1u << at)) letters += kRights[at].letter;
+  return letters;
+}
+
+std::string rightsValue(RightsSet rights) {
+  std::string letters = rightsLetters(rights);
+  for (char &letter : letters)
+    letter = static_cast<char>(std::toupper(letter));
+  return letters;
+}
+
+std::string rightsElements(RightsSet rights) {
+  std::string elements;
+  for (std::size_t at = 0; at < kRightCount; ++at) {
+    if ((rights & (1u << at)) == 0) continue;
+    elements += '<';
+    elements += kRights[at].name;
+    elements += "/>";
+  }
+  return elements;
+}
+
+std::string comparablePath(const Entry &entry) {
+  std::string path = entry.path;
+  if (entry.kind == EntryKind::dirQuota)
+    for (char &c : path)
+      if (c == '\\') c = '/';
+  return path;
+}
+
+void entryKey(const Entry &entry, std::string &key) {
+  key.clear();
+  key += static_cast<char>('0' + static_cast<int>(entry.kind));
+  if (entry.kind != EntryKind::userQuota) {
+    key += entry.kind == EntryKind::dirQuota ? comparablePath(entry) : entry.path;
+    key += '\0';
+  }
+  if (entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota) {
+    // An AD user is its SID; an AD user quota without one is known by its name alone.
+    const bool bySid = entry.ad && !entry.id.empty();
+    key += bySid ? 'D' : entry.ad ? 'N' : 'A';
+    key += bySid ? entry.id : entry.name;
+  }
+}
+
+std::string userLabel(const Entry &entry) {
+  if (!entry.ad) return entry.name;
+  if (entry.name.empty()) return entry.id;
+  return entry.id + " (" + entry.name + ")";
+}

@@ -1,0 +1,23 @@
+// A compact set of entry keys, to find the same entry given twice in a streamed document: only a
+// 64-bit hash of each key and the line of its first occurrence are kept (12 bytes an entry in
+// an open-addressing table at most 3/4 full), never the keys themselves.
+#pragma once
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+class KeySet {
+public:
+  // Adds a key first seen on `line`. Returns 0 when it is new, else the line of its first
+  // occurrence. Two different keys share a hash with a chance of about n*n/2^65.
+  unsigned long insert(std::string_view key, unsigned long line);
+
+  std::size_t size() const { return count_; }
+
+private:
+  void grow();
+
+  std::vector<std::uint64_t> hashes_;  // 0 marks a free slot
+  std::vector<std::uint32_t> lines_;
+  std::size_t count_ = 0;
+};

@@ -1,0 +1,150 @@
+// The strict reader's end-of-element rules: values taken into the entry, and entries checked
+// and handed out as they end.
+#include "model/quota_amount.h"
+#include "model/reader_state.h"
+
+namespace {
+
+std::string tagText(std::string_view name) { return "<" + std::string(name) + ">"; }
+
+std::string lineText(unsigned long line) { return std::to_string(line); }
+
+}  // namespace
+
+void DocumentReader::State::endElement(const char *) {
+  if (openDepth > 0) --openDepth;
+  if (openNames.size() > openDepth) openNames.resize(openDepth);
+  if (skipDepth > 0) {
+    --skipDepth;
+    return;
+  }
+  if (frames.empty()) return;
+  const Frame frame = frames.back();
+  frames.pop_back();
+  // An element written <x a="v"/>: trovan's reader names its end "x a="v"", which no end tag
+  // it waits for equals.
+  if (frame.hasAttributes && XML_GetCurrentByteCount(parser) == 0)
+    report(frame.at, "empty-element-with-attributes",
+           tagText(frame.name) +
+               " written as an empty element with attributes: trovan restore "
+               "does not see where it ends and reads the elements after it as its content");
+  if (holdsText(frame.element)) {
+    endValue(frame);
+    return;
+  }
+  switch (frame.element) {
+  case Element::trustee:
+  case Element::inheritedRightsFilter:
+  case Element::user:
+  case Element::directory: endEntry(frame); break;
+  case Element::file:
+    if (!file.hasPath && !file.entryWithoutPath)
+      report(frame.at, "missing-path", "<file> without a <path>");
+    break;
+  case Element::trusteeInfo:
+  case Element::userInfo:
+  case Element::dirInfo:
+    if (sectionObserver)
+      sectionObserver(frame.element == Element::trusteeInfo ? Section::trustees
+                      : frame.element == Element::userInfo  ? Section::userQuotas
+                                                            : Section::dirQuotas,
+                      false);
+    break;
+  default: break;
+  }
+}
+
+void DocumentReader::State::endValue(const Frame &frame) {
+  if (textTooLong)
+    report(frame.at, "value-too-long",
+           tagText(frame.name) + " longer than " + std::to_string(kValueLimit) + " bytes");
+  const Element parent = frames.empty() ? Element::document : frames.back().element;
+  if (parent == Element::file) {
+    if (frame.element == Element::path) {
+      file.path = text;
+      file.rawPath = rawText;
+      file.hasPath = true;
+      file.pathAt = frame.at;
+      file.pathCdata = textCdata;
+    } else if (frame.element == Element::zid) {
+      file.zid = text;
+    }
+    return;
+  }
+  if (!inEntry) return;
+  const std::uint8_t cdata = textCdata ? 1 : 0;
+  switch (frame.element) {
+  case Element::path:
+    entry.path = text;
+    entry.rawPath = rawText;
+    entry.pathAt = frame.at;
+    entry.cdata |= cdata * kCdataPath;
+    break;
+  case Element::name:
+    entry.name = text;
+    entry.rawName = rawText;
+    entry.cdata |= cdata * kCdataName;
+    break;
+  case Element::id:
+    entry.id = text;
+    entry.rawId = rawText;
+    entry.cdata |= cdata * kCdataId;
+    break;
+  case Element::zid: entry.zid = text; break;
+  case Element::spaceUsed: entry.spaceUsed = text; break;
+  case Element::quotaAmount:
+    entry.amount = text;
+    entry.rawAmount = rawText;
+    entry.cdata |= cdata * kCdataAmount;
+    if (!isQuotaAmount(text))
+      report(frame.at, "quota-not-a-number",
+             "quota amount \"" + text + "\" is not a whole number from 0 to 9223372036854775807");
+    break;
+  default: break;
+  }
+}
+
+void DocumentReader::State::endEntry(const Frame &frame) {
+  inEntry = false;
+  const std::string tag = tagText(frame.name);
+  switch (entry.kind) {
+  case EntryKind::trustee:
+    if (entry.ad && entry.id.empty()) {
+      report(frame.at, "missing-id", "AD trustee without an <id>: trovan restore stops there");
+      entryValid = false;
+    } else if (!entry.ad && entry.name.empty()) {
+      report(frame.at, "missing-name", "trustee without a <name>: trovan restore stops there");
+      entryValid = false;
+    }
+    break;
+  case EntryKind::filter: break;
+  case EntryKind::userQuota:
+  case EntryKind::dirQuota:
+    if (entry.kind == EntryKind::userQuota && entry.name.empty()) {
+      report(frame.at, "missing-name", tag + " without a <name>: trovan restore skips it");
+      entryValid = false;
+    }
+    if (entry.kind == EntryKind::dirQuota &&
+        (seenChildren & (1u << unsigned(Element::path))) == 0) {
+      report(frame.at, "missing-path", tag + " without a <path>: trovan restore skips it");
+      entryValid = false;
+    }
+    if ((seenChildren & (1u << unsigned(Element::quotaAmount))) == 0) {
+      report(frame.at, "missing-quota", tag + " without a <quotaAmount>: trovan restore skips it");
+      entryValid = false;
+    }
+    break;
+  }
+  if (entryValid) handOut();
+}
+
+void DocumentReader::State::handOut() {
+  entryKey(entry, keyBuffer);
+  if (const unsigned long first = keys.insert(keyBuffer, entry.at.line); first != 0)
+    report(entry.at, "duplicate-entry",
+           "the same " + std::string(kindName(entry.kind)) + " as on line " + lineText(first));
+  readyEntry = std::move(entry);
+  ready = true;
+  offset = static_cast<unsigned long long>(XML_GetCurrentByteIndex(parser));
+  XML_StopParser(parser, XML_TRUE);
+}

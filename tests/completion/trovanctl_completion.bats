@@ -1,0 +1,59 @@
+#!/usr/bin/env bats
+# The bash completion of trovanctl: each test sets the words of a command line and the cursor,
+# runs the completion function and compares the candidates it offers.
+
+setup() {
+  # shellcheck source=../../completion/trovanctl
+  source "${TROVANCTL_COMPLETION_SCRIPT:-$BATS_TEST_DIRNAME/../../completion/trovanctl}"
+  export TROVANCTL_COMPLETION_MTAB=$BATS_TEST_TMPDIR/mtab
+  cat >"$TROVANCTL_COMPLETION_MTAB" <<EOF2
+proc /proc proc rw 0 0
+VOL1 /media/quill/VOL1 quillvol rw,name=VOL1 0 0
+DATA /media/quill/DATA quillvol rw 0 0
+NFS /mnt/other nfs rw 0 0
+EOF2
+  cd "$BATS_TEST_TMPDIR"
+  touch saved.xml second.xml
+}
+
+complete_words() {
+  COMP_WORDS=("$@")
+  COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+  COMP_LINE="$*"
+  COMP_POINT=${#COMP_LINE}
+  _trovanctl
+  printf '%s\n' "${COMPREPLY[@]}"
+}
+
+@test "the completion is registered for trovanctl" {
+  run complete -p trovanctl
+  [ "$output" = "complete -F _trovanctl trovanctl" ]
+}
+
+@test "the first word is a command" {
+  run complete_words trovanctl ''
+  [ "$output" = $'check\n--help\n--version' ]
+  run complete_words trovanctl ch
+  [ "$output" = check ]
+}
+
+@test "the options of check" {
+  run complete_words trovanctl check --m
+  [ "$output" = $'--meta\n--mount-point' ]
+  run complete_words trovanctl check --j
+  [ "$output" = --json ]
+}
+
+@test "mask letters, user types and volumes" {
+  run complete_words trovanctl check -m t
+  [ "$output" = $'t\ntu\ntd\nta' ]
+  run complete_words trovanctl check --usertype a
+  [ "$output" = $'arbor\nad' ]
+  run complete_words trovanctl check --volume ''
+  [ "$output" = $'VOL1\nDATA' ]
+}
+
+@test "the document is a file name" {
+  run complete_words trovanctl check s
+  [ "$(sort <<<"$output")" = $'saved.xml\nsecond.xml' ]
+}
