@@ -35,6 +35,15 @@ public:
     return readWhole(file_);
   }
 
+  // Returns everything written so far and empties the file; the capture stays on.
+  std::string drain() {
+    std::fflush(nullptr);
+    std::string bytes = readWhole(file_);
+    if (ftruncate(file_, 0) != 0) bytes += "<capture not emptied>";
+    lseek(file_, 0, SEEK_SET);
+    return bytes;
+  }
+
 private:
   void restore() {
     if (saved_ < 0) return;

@@ -19,7 +19,10 @@
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
 #include "file_text.h"
+#include "legacy/report_line.h"
 #include "output_capture.h"
+#include "save/identity_library.h"
+#include "save/rxl_import.h"
 #include "temp_directory.h"
 
 namespace testing_support {
@@ -81,13 +84,17 @@ private:
 
 // Puts every process-wide setting back, each through its owner's reset: the run settings
 // (showActions, debug, arborUsers, adUsers, inputFd), the admin channel (reflectOnGemel,
-// adminFd, the request and reply buffers, the request stand-in) and the tag reader (its reading
-// state and its window-only setting). Then gives the run a reply buffer and both user types, as
+// adminFd, the request and reply buffers, the request stand-in), the tag reader (its reading
+// state and its window-only setting), the legacy report's read-ahead, the RXL trustee file's
+// scanner and the identity library. Then gives the run a reply buffer and both user types, as
 // a restore without -u has.
 inline void resetProcessState() {
   resetRunSettings();
   resetAdminChannel();
   resetTagReader();
+  resetReportInput();
+  resetRxlImportScanner();
+  resetIdentityLibrary();
   allocateReplyBuffer();
   arborUsers = adUsers = 1;
 }
