@@ -14,7 +14,7 @@
 #include "document/records.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
-#include "document/tag_reader_oracle.h"
+#include "tag_reader_oracle.h"
 
 namespace {
 

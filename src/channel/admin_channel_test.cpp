@@ -10,11 +10,12 @@
 #include <cstring>
 #include <string>
 
-#include "save_test_support.h"
+#include "file_text.h"
+#include "temp_directory.h"
 
 namespace {
 
-using savetest::TempDir;
+using testing_support::TempDir;
 
 class AdminChannel : public testing::Test {
 protected:
@@ -239,7 +240,7 @@ TEST_F(AdminChannel, RequestIsWrittenAtOffsetZeroWithoutTerminator) {
   lseek(adminFd, 7, SEEK_SET);
   std::strcpy(requestBuffer, "<req/>");
   EXPECT_EQ(sendRequest(), 0);
-  EXPECT_EQ(savetest::readFile(dir_.file("files.cmd")), "<req/>6789ABCDEFGHIJ");
+  EXPECT_EQ(testing_support::readFile(dir_.file("files.cmd")), "<req/>6789ABCDEFGHIJ");
 }
 
 TEST_F(AdminChannel, FailedRequestWriteIsReported) {

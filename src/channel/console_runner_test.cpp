@@ -17,7 +17,7 @@
 
 namespace {
 
-using namespace console_test;
+using namespace testing_support;
 
 char *arg(const char *text) { return const_cast<char *>(text); }
 
@@ -36,7 +36,7 @@ protected:
     return runCommand(name, argv, tempName);
   }
 
-  ScratchDir dir_;
+  TempDir dir_;
   PathGuard path_{dir_.path()};
 };
 

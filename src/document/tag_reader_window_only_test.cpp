@@ -9,8 +9,8 @@
 #include "document/records.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
-#include "document/tag_reader_oracle.h"
 #include "restore_fixture.h"
+#include "tag_reader_oracle.h"
 
 using namespace testing_support;
 

@@ -8,9 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "file_text.h"
 #include "report_input.h"
+#include "temp_directory.h"
 
 namespace {
+
+using namespace testing_support;
 
 class ReadReportLine : public testing::Test {
 protected:
@@ -32,7 +36,7 @@ protected:
     return result;
   }
 
-  TemporaryDirectory directory_;
+  TempDir directory_;
 };
 
 using Lines = std::vector<std::string>;

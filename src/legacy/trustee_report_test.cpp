@@ -6,10 +6,14 @@
 
 #include <string>
 
+#include "file_text.h"
 #include "legacy/report_line.h"
 #include "report_input.h"
+#include "temp_directory.h"
 
 namespace {
+
+using namespace testing_support;
 
 constexpr char kNotices[] =
     "Tokens ATTR and OWNER are not supported.\nSkipping tokens ATTR and OWNER.\n";
@@ -39,7 +43,7 @@ protected:
     testing::internal::CaptureStderr();
     const int result = convertTrusteeReport(tree, path.c_str(), prefix);
     std::string errors = testing::internal::GetCapturedStderr();
-    return {result, fileBytes(path), errors};
+    return {result, readFile(path).value_or(""), errors};
   }
 
   // The document for one report line after the header.
@@ -48,7 +52,7 @@ protected:
     return convert(std::string(kHeader) + line + "\r\n", tree, prefix).document;
   }
 
-  TemporaryDirectory directory_;
+  TempDir directory_;
 };
 
 std::string trusteeRecord(const std::string &path, const std::string &name,
@@ -486,9 +490,9 @@ TEST_F(ConvertTrusteeReport, LineWithoutBufferIsTheEndOfTheInput) {
   ASSERT_EQ(waitpid(reader, &status, 0), reader);
   ASSERT_TRUE(WIFEXITED(status));
   EXPECT_EQ(WEXITSTATUS(status), 0);
-  EXPECT_EQ(fileBytes(errorsPath),
+  EXPECT_EQ(readFile(errorsPath).value_or(""),
             std::string(kNotices) + "Error getting enough buffer for reading input file\n");
-  EXPECT_EQ(fileBytes(output),
+  EXPECT_EQ(readFile(output).value_or(""),
             document("<trusteeInfo>\n<file>\n<zid></zid><path>/A</path>\n"
                      "<inheritedRightsFilter value=\"R\"><read/></inheritedRightsFilter>\n"
                      "</file>\n</trusteeInfo>\n"));

@@ -10,7 +10,7 @@
 
 namespace {
 
-using namespace console_test;
+using namespace testing_support;
 
 // A fake "rxlcon" first on PATH: it logs its arguments, one "[...]" each and a line end per run,
 // then does what the test asks.
@@ -48,7 +48,7 @@ protected:
     return captured([&] { return addRxlTrustee(path, name_, rights); });
   }
 
-  ScratchDir dir_;
+  TempDir dir_;
   PathGuard path_{dir_.path()};
   std::string out_;
   std::string err_;

@@ -11,12 +11,13 @@
 #include <thread>
 
 #include "document/run_settings.h"
-#include "save_test_support.h"
+#include "output_capture.h"
+#include "temp_directory.h"
 
 namespace {
 
-using savetest::CapturedFd;
-using savetest::TempDir;
+using testing_support::CapturedFd;
+using testing_support::TempDir;
 
 const std::string kWrapperStart = "<quillReply>\n<result value=\"0\">\n</result>\n";
 const std::string kWrapperEnd = "</quillReply>\n";

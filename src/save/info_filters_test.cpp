@@ -11,6 +11,7 @@
 
 #include "info_filters_oracle.h"
 #include "info_text_samples.h"
+#include "output_capture.h"
 
 namespace {
 
@@ -231,8 +232,8 @@ struct Oracled {
   std::string err;
 };
 
-Oracled runBoth(StderrSink &sink, bool fast, const std::string &input, int kind, const char *a,
-                const char *b) {
+Oracled runBoth(testing_support::CapturedFd &sink, bool fast, const std::string &input, int kind,
+                const char *a, const char *b) {
   std::vector<char> buffer(input.begin(), input.end());
   buffer.push_back('\0');
   std::vector<char> scratch(input.size() + 2, '\0');
@@ -245,11 +246,11 @@ Oracled runBoth(StderrSink &sink, bool fast, const std::string &input, int kind,
     filterByPath(buffer.data(), &length, a, scratch.data(), b);
   else
     oracle::filterByPath(buffer.data(), &length, a, scratch.data(), b);
-  return {buffer.data(), length, status, scratch.data(), sink.take()};
+  return {buffer.data(), length, status, scratch.data(), sink.drain()};
 }
 
-void expectSame(StderrSink &sink, const std::string &input, int kind, const char *a,
-                const char *b) {
+void expectSame(testing_support::CapturedFd &sink, const std::string &input, int kind,
+                const char *a, const char *b) {
   const Oracled fast = runBoth(sink, true, input, kind, a, b);
   const Oracled slow = runBoth(sink, false, input, kind, a, b);
   ASSERT_EQ(fast.text, slow.text) << "input: " << input << " args: " << a << " / " << b;
@@ -277,7 +278,7 @@ void expectSameForAllFilters(const std::string &input) {
                   {1, "\\test1", "directory"},
                   {1, "/test1", "trustee"},
                   {1, "/test1", "directoryXY"}};
-  StderrSink sink;
+  testing_support::CapturedFd sink{2};
   for (const auto &filter : kFilters)
     expectSame(sink, input, filter.kind, filter.a, filter.b);
 }

@@ -15,9 +15,14 @@
 #include "channel/admin_channel.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
+#include "file_text.h"
 #include "save/identity_library.h"
+#include "temp_directory.h"
 
 namespace {
+
+using testing_support::readFile;
+using testing_support::TempDir;
 
 constexpr char kSuccessReply[] =
     "<removeTrustee><result value=\"0\"><description>Success</description></result>"
@@ -52,9 +57,7 @@ protected:
     resetAdminChannel();
     resetIdentityLibrary();
     ASSERT_TRUE(allocateReplyBuffer());
-    char pattern[] = "/tmp/trovan_removal_XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
-    directory_ = pattern;
+    ASSERT_FALSE(directory_.path().empty());
     savedStdin_ = dup(0);
     ASSERT_GE(savedStdin_, 0);
     setReply(kSuccessReply);
@@ -75,15 +78,11 @@ protected:
     resetTagReader();
     resetAdminChannel();
     resetRunSettings();
-    std::filesystem::remove_all(directory_);
   }
 
-  std::string commandFile() const { return directory_ + "/files.cmd"; }
+  std::string commandFile() const { return directory_.file("files.cmd"); }
 
-  void writeFile(const std::string &name, const std::string &text) {
-    std::ofstream out(directory_ + "/" + name, std::ios::binary | std::ios::trunc);
-    out << text;
-  }
+  void writeFile(const std::string &name, const std::string &text) { directory_.write(name, text); }
 
   // The reply that every request reads back: it stands at the start of the command file, and
   // the requests are appended after it.
@@ -100,17 +99,14 @@ protected:
   int runOnFile(const char *infoFileName, const char *pathFilter = nullptr) {
     testing::internal::CaptureStderr();
     const int result =
-        removeInvalidTrustees("VOL", (directory_ + "/").c_str(), infoFileName, pathFilter);
+        removeInvalidTrustees("VOL", directory_.dir().c_str(), infoFileName, pathFilter);
     stderr_ = testing::internal::GetCapturedStderr();
     return result;
   }
 
   // Every request sent, in order.
   std::vector<std::string> requests() const {
-    std::ifstream in(commandFile(), std::ios::binary);
-    std::stringstream all;
-    all << in.rdbuf();
-    std::string text = all.str().substr(reply_.size());
+    std::string text = readFile(commandFile()).value_or("").substr(reply_.size());
     std::vector<std::string> sent;
     static const std::string kClose = "</fileRequest>";
     for (std::size_t at; (at = text.find(kClose)) != std::string::npos;) {
@@ -125,7 +121,7 @@ protected:
 
   bool loadStub_ = true;
   void *stub_ = nullptr;
-  std::string directory_;
+  TempDir directory_;
   std::string reply_;
   std::string stderr_;
   int savedStdin_ = -1;
@@ -425,7 +421,7 @@ TEST_F(RemoveInvalidTrusteesTest, UnreadableIdentifierEndsWithZero) {
 
 TEST_F(RemoveInvalidTrusteesTest, ReadErrorEndsWithZero) {
   // A directory opens for reading but cannot be read.
-  ASSERT_EQ(mkdir((directory_ + "/TrusteeInfo.xml").c_str(), 0700), 0);
+  ASSERT_EQ(mkdir((directory_.path() + "/TrusteeInfo.xml").c_str(), 0700), 0);
   EXPECT_EQ(runOnFile("TrusteeInfo.xml"), 0);
   EXPECT_EQ(stderr_, "Error Is a directory reading the input file.\n");
 }
@@ -434,7 +430,7 @@ TEST_F(RemoveInvalidTrusteesTest, ReadErrorEndsWithZero) {
 
 TEST_F(RemoveInvalidTrusteesTest, InfoFileThatCannotBeOpenedEndsWithZero) {
   EXPECT_EQ(runOnFile("TrusteeInfo.xml"), 0);
-  EXPECT_EQ(stderr_, " util/trovan/trovan[3210] Failed to open file " + directory_ +
+  EXPECT_EQ(stderr_, " util/trovan/trovan[3210] Failed to open file " + directory_.path() +
                          "/TrusteeInfo.xml:No such file or directory\n");
   EXPECT_TRUE(requests().empty());
 }
@@ -443,7 +439,7 @@ TEST_F(RemoveInvalidTrusteesTest, FailedRedirectionOfStandardInputEndsWithZero) 
   writeFile("TrusteeInfo.xml", trusteeInfo(""));
   failNextStdinRedirect();
   EXPECT_EQ(runOnFile("TrusteeInfo.xml"), 0);
-  EXPECT_EQ(stderr_, "util/trovan/trovan[3218] Failed to redirect " + directory_ +
+  EXPECT_EQ(stderr_, "util/trovan/trovan[3218] Failed to redirect " + directory_.path() +
                          "/TrusteeInfo.xml to stdin:Bad file descriptor\n");
 }
 
@@ -460,7 +456,7 @@ TEST_F(RemoveInvalidTrusteesTest, StandardInputStaysOnTheInfoFileAndTheCommandFi
   struct stat input {};
   struct stat info {};
   ASSERT_EQ(fstat(0, &input), 0);
-  ASSERT_EQ(stat((directory_ + "/TrusteeInfo.xml").c_str(), &info), 0);
+  ASSERT_EQ(stat((directory_.path() + "/TrusteeInfo.xml").c_str(), &info), 0);
   EXPECT_EQ(input.st_ino, info.st_ino);
   EXPECT_EQ(input.st_dev, info.st_dev);
   EXPECT_EQ(adminFd, 0);

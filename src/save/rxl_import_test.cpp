@@ -13,8 +13,8 @@
 
 namespace {
 
-using console_test::ScratchDir;
-using console_test::writeFile;
+using testing_support::TempDir;
+using testing_support::writeFile;
 
 constexpr char kOpen[] = "<trusteeInfo>\n";
 constexpr char kClose[] = "</trusteeInfo>";  // written without its line end
@@ -91,7 +91,7 @@ protected:
     out_ = testing::internal::GetCapturedStdout();
   }
 
-  ScratchDir dir_;
+  TempDir dir_;
   std::string out_;
   std::string err_;
 };

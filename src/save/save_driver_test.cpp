@@ -9,13 +9,14 @@
 
 #include "cli/options.h"
 #include "document/run_settings.h"
+#include "output_capture.h"
 #include "save/save_plan.h"
-#include "save_test_support.h"
+#include "temp_directory.h"
 
 namespace {
 
-using savetest::CapturedFd;
-using savetest::TempDir;
+using testing_support::CapturedFd;
+using testing_support::TempDir;
 
 struct PlanCase {
   const char *mask;

@@ -1,3 +1,5 @@
+// The one-element-at-a-time info-file filters that the tests, benchmark and fuzz target check
+// the one-pass filters against.
 #include "info_filters_oracle.h"
 
 #include <cstdio>

@@ -1,4 +1,4 @@
-// The info-file filters done the literal way, one element at a time: each removal moves the
+// The info-file filters done the simplest way, one element at a time: each removal moves the
 // whole rest of the text. Quadratic; kept only to check the one-pass filters against.
 #pragma once
 

@@ -1,9 +1,6 @@
 // Info-file texts for the filter tests: well-formed sections, random pieces of them and
-// damaged copies, and a sink for the filters' messages.
+// damaged copies.
 #pragma once
-
-#include <sys/mman.h>
-#include <unistd.h>
 
 #include <cstddef>
 #include <iterator>
@@ -28,32 +25,6 @@ inline const std::string kArborTrustee =
 inline const std::string kAdTrustee =
     "<trustee type=\"adID\"><name>bob</name><id>S-1-5-21-1-2-3-1104</id><rights value=\"R\">"
     "<read/></rights></trustee>\n";
-
-// Standard error goes to one in-memory file for the whole comparison; each run reads back what
-// it wrote.
-class StderrSink {
-public:
-  StderrSink() : sink_(memfd_create("stderr", 0)), saved_(dup(2)) { dup2(sink_, 2); }
-  ~StderrSink() {
-    dup2(saved_, 2);
-    close(saved_);
-    close(sink_);
-  }
-  std::string take() {
-    std::string bytes;
-    char chunk[4096];
-    lseek(sink_, 0, SEEK_SET);
-    for (ssize_t count; (count = read(sink_, chunk, sizeof chunk)) > 0;)
-      bytes.append(chunk, static_cast<std::size_t>(count));
-    ftruncate(sink_, 0);
-    lseek(sink_, 0, SEEK_SET);
-    return bytes;
-  }
-
-private:
-  int sink_;
-  int saved_;
-};
 
 inline const char *const kPieces[] = {
     "<file>\n",

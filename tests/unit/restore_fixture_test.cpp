@@ -1,4 +1,4 @@
-// resetProcessState puts back every process-wide setting that the restore code reads.
+// resetProcessState puts back every process-wide setting.
 #include <gtest/gtest.h>
 #include <unistd.h>
 

@@ -9,7 +9,7 @@
 
 #include "document/records.h"
 #include "document/tag_reader.h"
-#include "document/tag_reader_oracle.h"
+#include "tag_reader_oracle.h"
 
 namespace testing_support {
 

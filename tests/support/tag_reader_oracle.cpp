@@ -1,5 +1,5 @@
-// The literal window-copying tag reader (test reference only).
-#include "document/tag_reader_oracle.h"
+// The window-copying reference tag reader that the tests and benchmarks compare the reader with.
+#include "tag_reader_oracle.h"
 
 #include <unistd.h>
 

@@ -12,41 +12,20 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
 #include "channel/admin_channel.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
+#include "file_text.h"
+#include "legacy/report_line.h"
+#include "output_capture.h"
+#include "save/identity_library.h"
+#include "save/rxl_import.h"
+#include "temp_directory.h"
 
 namespace testing_support {
-
-inline std::string readWhole(int fd) {
-  std::string out;
-  char chunk[65536];
-  lseek(fd, 0, SEEK_SET);
-  for (ssize_t n; (n = read(fd, chunk, sizeof chunk)) > 0;)
-    out.append(chunk, n);
-  return out;
-}
-
-class TempDir {
-public:
-  TempDir() {
-    char pattern[] = "/tmp/trovan-test-XXXXXX";
-    path_ = mkdtemp(pattern);
-  }
-  ~TempDir() {
-    const std::string command = "rm -rf '" + path_ + "'";
-    if (std::system(command.c_str()) != 0) std::perror("rm");
-  }
-  const std::string &path() const { return path_; }
-  std::string file(const std::string &name) const { return path_ + "/" + name; }
-
-private:
-  std::string path_;
-};
 
 // Writes text to a new file in dir and returns a read-only descriptor on it.
 inline int openWithContents(const TempDir &dir, const std::string &name, const std::string &text) {
@@ -105,34 +84,19 @@ private:
 
 // Puts every process-wide setting back, each through its owner's reset: the run settings
 // (showActions, debug, arborUsers, adUsers, inputFd), the admin channel (reflectOnGemel,
-// adminFd, the request and reply buffers, the request stand-in) and the tag reader (its reading
-// state and its window-only setting). Then gives the run a reply buffer and both user types, as
+// adminFd, the request and reply buffers, the request stand-in), the tag reader (its reading
+// state and its window-only setting), the legacy report's read-ahead, the RXL trustee file's
+// scanner and the identity library. Then gives the run a reply buffer and both user types, as
 // a restore without -u has.
 inline void resetProcessState() {
   resetRunSettings();
   resetAdminChannel();
   resetTagReader();
+  resetReportInput();
+  resetRxlImportScanner();
+  resetIdentityLibrary();
   allocateReplyBuffer();
   arborUsers = adUsers = 1;
 }
-
-// Captures what the code writes on descriptors 1 and 2 (stdio included).
-class Output {
-public:
-  Output() {
-    std::fflush(stdout);
-    std::fflush(stderr);
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-  }
-  void finish() {
-    std::fflush(stdout);
-    std::fflush(stderr);
-    out = testing::internal::GetCapturedStdout();
-    err = testing::internal::GetCapturedStderr();
-  }
-  std::string out;
-  std::string err;
-};
 
 }  // namespace testing_support
