@@ -15,7 +15,7 @@
 
 namespace {
 
-using namespace console_test;
+using namespace testing_support;
 
 bool present(const std::string &name) {
   struct stat info;
@@ -30,7 +30,7 @@ protected:
     forgetTempFile(TempFile::kLegacyDocument);
     forgetTempFile(TempFile::kConsoleReport);
   }
-  ScratchDir dir_;
+  TempDir dir_;
 };
 
 TEST_F(TempFiles, RemembersEachKindAndRemovesOnlyThoseStillRemembered) {
@@ -54,7 +54,7 @@ TEST_F(TempFiles, RemovalKeepsErrno) {
 }
 
 // In a child: the files are removed and the child ends by the very signal it was sent.
-void expectRemovedAndEndedBy(const ScratchDir &dir, int signalNumber) {
+void expectRemovedAndEndedBy(const TempDir &dir, int signalNumber) {
   const std::string document = dir.file("tmp.XyZ123");
   const std::string report = dir.file("trovan2");
   touch(document);

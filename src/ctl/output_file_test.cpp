@@ -5,21 +5,21 @@
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <string>
 
-#include "report_input.h"
+#include "file_text.h"
+#include "temp_directory.h"
 
 namespace {
 
+using testing_support::TempDir;
+
 std::string contents(const std::string &path) {
-  std::ifstream file(path);
-  std::stringstream text;
-  text << file.rdbuf();
-  return text.str();
+  return testing_support::readFile(path).value_or("");
 }
 
 TEST(OutputFile, RenamedOverTheNameOnlyOnCommit) {
-  TemporaryDirectory directory;
+  TempDir directory;
   const std::string name = directory.path() + "/out.xml";
   std::ofstream(name) << "previous";
   {
