@@ -37,8 +37,11 @@ std::string rendered(const RecordValue &value) {
 bool isUtf8(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) {
     const auto lead = static_cast<unsigned char>(text[at]);
-    const std::size_t length = lead < 0x80 ? 1 : (lead >> 5) == 6 ? 2 : (lead >> 4) == 14 ? 3
-                                                : (lead >> 3) == 30 ? 4 : 0;
+    const std::size_t length = lead < 0x80         ? 1
+                               : (lead >> 5) == 6  ? 2
+                               : (lead >> 4) == 14 ? 3
+                               : (lead >> 3) == 30 ? 4
+                                                   : 0;
     if (length == 0 || at + length > text.size()) return false;
     for (std::size_t next = 1; next < length; ++next)
       if ((static_cast<unsigned char>(text[at + next]) & 0xc0) != 0x80) return false;

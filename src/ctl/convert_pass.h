@@ -13,7 +13,7 @@ struct ConvertSettings {
 };
 
 struct ConvertResult {
-  bool trouble = false;     // not a report, or text that is not UTF-8 (nothing may be written)
+  bool trouble = false;      // not a report, or text that is not UTF-8 (nothing may be written)
   unsigned long listed = 0;  // lines passed over, letters left out, paths without '/'
 };
 

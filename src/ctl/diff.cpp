@@ -114,10 +114,12 @@ int runDiff(const DiffOptions &options) {
 
 CommandRun defineDiff(CLI::App &command) {
   auto options = std::make_shared<DiffOptions>();
-  command.add_option("OLD", options->oldOperand, "the old document (- for standard input, vol:NAME)")
+  command
+      .add_option("OLD", options->oldOperand, "the old document (- for standard input, vol:NAME)")
       ->required()
       ->type_name("");
-  command.add_option("NEW", options->newOperand, "the new document (- for standard input, vol:NAME)")
+  command
+      .add_option("NEW", options->newOperand, "the new document (- for standard input, vol:NAME)")
       ->required()
       ->type_name("");
   options->selection.define(command);

@@ -20,7 +20,6 @@ namespace {
 constexpr char kVolumePrefix[] = "vol:";
 constexpr char kInfoDirectoryBase[] = "/_admin/Manage_QUILL/Volume/";
 
-
 }  // namespace
 
 DocumentSource::~DocumentSource() {
@@ -28,7 +27,8 @@ DocumentSource::~DocumentSource() {
 }
 
 bool DocumentSource::open(const std::string &operand) {
-  if (operand.starts_with(kVolumePrefix)) return openVolume(operand.substr(sizeof kVolumePrefix - 1));
+  if (operand.starts_with(kVolumePrefix))
+    return openVolume(operand.substr(sizeof kVolumePrefix - 1));
   if (operand == "-") {
     fd_ = 0;
     label_ = "(standard input)";
@@ -52,8 +52,8 @@ bool DocumentSource::openVolume(const std::string &volume) {
   }
   struct stat info;
   if (stat((kInfoDirectoryBase + volume + "/").c_str(), &info) != 0) {
-    reportError(label_ + ": no such volume (" + kInfoDirectoryBase + volume + "/: " +
-                std::strerror(errno) + ")");
+    reportError(label_ + ": no such volume (" + kInfoDirectoryBase + volume +
+                "/: " + std::strerror(errno) + ")");
     return false;
   }
   fd_ = scratchFile();

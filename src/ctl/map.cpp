@@ -136,7 +136,8 @@ CommandRun defineMap(CLI::App &command) {
       ->type_name("FILE");
   command.add_option("-t,--tree", options->tree, "the tree name that replaces each Arbor name's")
       ->type_name("TREE");
-  command.add_option("-r,--rebase", options->rebase, "paths under OLD moved under NEW (repeatable)")
+  command
+      .add_option("-r,--rebase", options->rebase, "paths under OLD moved under NEW (repeatable)")
       ->type_name("OLD=NEW");
   options->selection.define(command);
   command.add_flag("--drop-unmapped", options->dropUnmapped,

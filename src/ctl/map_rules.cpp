@@ -42,8 +42,7 @@ std::string mapTree(const std::string &tree, Entry &entry) {
   return "";
 }
 
-std::string mapPath(const std::vector<std::pair<std::string, std::string>> &rebase,
-                    Entry &entry) {
+std::string mapPath(const std::vector<std::pair<std::string, std::string>> &rebase, Entry &entry) {
   const std::string path = comparablePath(entry);
   for (const auto &[from, to] : rebase) {
     if (!pathUnder(path, from)) continue;

@@ -11,7 +11,7 @@
 struct MapRules {
   bool hasUsers = false;
   UserMap users;
-  std::string tree;  // empty: not replaced
+  std::string tree;                                         // empty: not replaced
   std::vector<std::pair<std::string, std::string>> rebase;  // OLD, NEW ('/' paths)
 };
 

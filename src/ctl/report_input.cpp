@@ -56,8 +56,8 @@ public:
       held_[heldCount_++] = data[at];
       if (heldCount_ < 2) continue;
       heldCount_ = 0;
-      const char16_t unit = bigEndian_ ? char16_t(held_[0] << 8 | held_[1])
-                                       : char16_t(held_[1] << 8 | held_[0]);
+      const char16_t unit =
+          bigEndian_ ? char16_t(held_[0] << 8 | held_[1]) : char16_t(held_[1] << 8 | held_[0]);
       if (unit == u'\n') ++line_;
       if (high_ != 0) {
         if (unit < 0xdc00 || unit > 0xdfff) return lone(problem);
@@ -92,7 +92,6 @@ private:
   char16_t high_ = 0;
   unsigned long line_ = 1;
 };
-
 
 }  // namespace
 

@@ -34,7 +34,7 @@ private:
   void grow();
 
   std::vector<std::unique_ptr<char[]>> blocks_;
-  std::size_t used_ = kBlockSize;  // bytes used in the last block
+  std::size_t used_ = kBlockSize;      // bytes used in the last block
   std::vector<std::uint64_t> hashes_;  // 0 marks a free slot
   std::vector<std::uint64_t> refs_;    // block << 20 | offset of the entry's record
   std::vector<std::size_t> filled_;    // bytes used in each block
