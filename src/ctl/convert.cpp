@@ -13,8 +13,8 @@
 
 #include "ctl/commands.h"
 #include "ctl/convert_pass.h"
+#include "ctl/document_output.h"
 #include "ctl/output.h"
-#include "ctl/output_file.h"
 #include "ctl/report_input.h"
 #include "ctl/scratch_file.h"
 #include "legacy/report_line.h"
@@ -87,29 +87,19 @@ int runConvert(const ConvertOptions &options) {
   // trovan's report reader reads descriptor 0.
   dup2(prepared, 0);
   close(prepared);
-  std::unique_ptr<OutputFile> file;
-  if (!options.output.empty()) {
-    file = std::make_unique<OutputFile>(options.output);
-    if (!file->ok()) {
-      reportError(file->error());
-      return kTrouble;
-    }
-  }
-  const int out = file ? file->fd() : 1;
+  DocumentOutput output;
+  if (!output.open(options.output)) return kTrouble;
+  const int out = output.fd();
   ConvertSettings settings{label, options.tree,
                            options.prefixGiven ? options.prefix.c_str() : nullptr};
   CanonicalWriter writer(out);
   const ConvertResult result = convertReport(settings, options.raw ? nullptr : &writer);
   if (result.trouble) return kTrouble;
-  if (options.raw ? !writeRaw(options, out) : writer.finish() != 0) {
-    reportError((options.output.empty() ? "standard output" : options.output) + ": " +
-                std::strerror(errno));
-    return kTrouble;
-  }
-  if (file && file->commit() != 0) {
-    reportError(file->error());
-    return kTrouble;
-  }
+  const int error = options.raw ? (writeRaw(options, out) ? 0
+                                   : errno != 0           ? errno
+                                                          : EIO)
+                                : writer.finish();
+  if (!output.finish(error)) return kTrouble;
   return result.listed == 0 ? kClean : kFindings;
 }
 

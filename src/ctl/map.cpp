@@ -11,11 +11,11 @@
 #include <sstream>
 
 #include "ctl/commands.h"
+#include "ctl/document_output.h"
 #include "ctl/document_source.h"
 #include "ctl/entry_selection.h"
 #include "ctl/map_rules.h"
 #include "ctl/output.h"
-#include "ctl/output_file.h"
 #include "model/canonical_writer.h"
 #include "model/document_reader.h"
 #include "model/key_set.h"
@@ -72,21 +72,15 @@ int runMap(const MapOptions &options) {
   if (!loadRules(options, rules)) return kTrouble;
   DocumentSource source;
   if (!source.open(options.document)) return kTrouble;
-  std::unique_ptr<OutputFile> file;
-  if (!options.output.empty()) {
-    file = std::make_unique<OutputFile>(options.output);
-    if (!file->ok()) {
-      reportError(file->error());
-      return kTrouble;
-    }
-  }
+  DocumentOutput output;
+  if (!output.open(options.output)) return kTrouble;
   unsigned long listed = 0;
   const std::string &label = source.label();
   const auto list = [&](Position at, const std::string &message) {
     reportError(label, at.line, at.column, message);
     ++listed;
   };
-  CanonicalWriter writer(file ? file->fd() : 1);
+  CanonicalWriter writer(output.fd());
   DocumentReader reader(source.fd(), [&](Finding finding) { list(finding.at, finding.message); });
   reader.onSection([&writer](Section section, bool opening) {
     if (opening) writer.openSection(section);
@@ -113,15 +107,7 @@ int runMap(const MapOptions &options) {
     return kTrouble;
   }
   if (reader.failed()) return kTrouble;
-  if (writer.finish() != 0) {
-    reportError((options.output.empty() ? "standard output" : options.output) + ": " +
-                std::strerror(errno));
-    return kTrouble;
-  }
-  if (file && file->commit() != 0) {
-    reportError(file->error());
-    return kTrouble;
-  }
+  if (!output.finish(writer.finish())) return kTrouble;
   return listed == 0 ? kClean : kFindings;
 }
 

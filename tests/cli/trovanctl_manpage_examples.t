@@ -30,7 +30,9 @@ Check what a formatter made of a document.
 
 Compare a saved document with the live volume.
 
-    $ quillsim trustee add VOL1 /docs/a.txt admin.corp.TREE. rw && trovanctl diff saved.xml vol:VOL1
+    $ quillsim trustee add VOL1 /docs/a.txt admin.corp.TREE. rw
+    ? 0
+    $ trovanctl diff saved.xml vol:VOL1
     > ~ trustee         /docs/a.txt admin.corp.TREE. [rwf] -> [rw]
     > saved.xml -> vol:VOL1: 1 difference (0 added, 0 removed, 1 changed) in 4 and 4 entries
     ? 1
@@ -39,7 +41,9 @@ Convert a legacy report, and see what trovan restore -w would apply.
 
     $ printf 'TRUSTEE.KXM\n"TRUSTEE","VOL1:\\DOCS","x","ADMIN","RF"\n' > report.txt
     ? 0
-    $ trovanctl convert -t CORP -o converted.xml report.txt && cat converted.xml
+    $ trovanctl convert -t CORP -o converted.xml report.txt
+    ? 0
+    $ cat converted.xml
     > <metadata>
     > <trusteeInfo>
     > <file><zid></zid><path><![CDATA[/DOCS]]></path>
@@ -61,7 +65,10 @@ Convert a legacy report, and see what trovan restore -w would apply.
 
 Move a document to another tree and folder.
 
-    $ trovanctl map -t NEW -r /docs=/new -o moved.xml saved.xml; cat moved.xml
+    $ trovanctl map -t NEW -r /docs=/new -o moved.xml saved.xml
+    2> trovanctl: saved.xml:14:1: directory quota /q: the path /q is under no -r OLD; kept unchanged
+    ? 1
+    $ cat moved.xml
     > <metadata>
     > <trusteeInfo>
     > <file><zid>601066489</zid><path><![CDATA[/new]]></path>
@@ -78,5 +85,4 @@ Move a document to another tree and folder.
     > <directory><zid>824375037</zid><path>\q</path><spaceUsed>0</spaceUsed><quotaAmount>50</quotaAmount></directory>
     > </dirInfo>
     > </metadata>
-    2> trovanctl: saved.xml:14:1: directory quota /q: the path /q is under no -r OLD; kept unchanged
     ? 0
