@@ -1,8 +1,5 @@
 // trovanctl check DOC [restore options]: everything wrong with a document before trovan restore
 // applies it, one finding a line, sorted by line, and a summary.
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -11,7 +8,10 @@
 
 #include "ctl/check_settings.h"
 #include "ctl/commands.h"
+#include "ctl/document_source.h"
 #include "ctl/output.h"
+#include "ctl/restore_match.h"
+#include "ctl/restore_run.h"
 #include "model/document_reader.h"
 #include "model/entry_rules.h"
 
@@ -34,7 +34,7 @@ Row findingRow(const std::string &file, const Finding &finding) {
   return row;
 }
 
-Row summaryRow(const std::string &file, const Tally &tally, std::size_t findings) {
+Row summaryRow(const std::string &file, const Tally &tally, bool compared, std::size_t findings) {
   Row row;
   row["type"] = "summary";
   row["file"] = file;
@@ -56,16 +56,9 @@ Row summaryRow(const std::string &file, const Tally &tally, std::size_t findings
   }
   requests["total"] = total;
   row["requests"] = requests;
+  row["compared"] = compared;
   row["findings"] = findings;
   return row;
-}
-
-// Opens the document; "-" is standard input. Returns the descriptor, or -1 after a message.
-int openDocument(const std::string &name) {
-  if (name == "-") return 0;
-  const int fd = open(name.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) reportError(name + ": " + std::strerror(errno));
-  return fd;
 }
 
 int runCheck(CheckOptions &options) {
@@ -74,9 +67,12 @@ int runCheck(CheckOptions &options) {
     reportError("check: " + problem);
     return kTrouble;
   }
-  const int fd = openDocument(options.document);
-  if (fd < 0) return kTrouble;
-  const std::string file = options.document == "-" ? "(standard input)" : options.document;
+  DocumentSource source(options.document);
+  if (!source.ok()) {
+    reportError(source.error());
+    return kTrouble;
+  }
+  const std::string &file = source.label();
 
   std::vector<Finding> findings;
   const FindingSink sink = [&findings](Finding finding) { findings.push_back(std::move(finding)); };
@@ -84,22 +80,42 @@ int runCheck(CheckOptions &options) {
   rules.mountPoint = options.mountPoint;
   rules.rxlMode = options.rxlMode;
   Tally tally;
+  bool compared = false;
   {
-    DocumentReader reader(fd, sink);
-    Entry entry;
-    while (reader.next(entry)) {
+    DocumentReader reader(source.first(), sink);
+    const auto onEntry = [&](const Entry &entry) {
       const int kind = static_cast<int>(entry.kind);
       ++tally.entries[kind];
       checkEntryRules(entry, rules, sink);
       if (wouldRestore(entry, options, settings)) ++tally.requests[kind];
+    };
+    unsigned long long restoreOffset = 0;
+    RestoreMatch match(reader, options, settings, sink, onEntry,
+                       [&restoreOffset] { return restoreOffset; });
+    if (options.rxlMode) {
+      // The console path runs commands: it is not run, only read.
+      match.drain();
+    } else {
+      const int restoreFd = source.second();
+      if (restoreFd < 0) {
+        reportError(file + ": " + std::strerror(errno));
+        return kTrouble;
+      }
+      const RestoreOutcome outcome = runRestore(restoreFd, options, settings, match, restoreOffset);
+      if (!outcome.failure.empty()) {
+        reportError("check: cannot run trovan's restore: " + outcome.failure);
+        return kTrouble;
+      }
+      match.finish(outcome.ran ? outcome.status : 0, outcome.signal);
+      compared = true;
+      for (int kind = 0; kind < 4; ++kind)
+        tally.requests[kind] = match.sent(static_cast<RequestKind>(kind));
     }
     if (reader.readError() != 0) {
       reportError(file + ": " + std::strerror(reader.readError()));
-      if (fd != 0) close(fd);
       return kTrouble;
     }
   }
-  if (fd != 0) close(fd);
 
   std::stable_sort(findings.begin(), findings.end(), [](const Finding &a, const Finding &b) {
     return a.at.line != b.at.line ? a.at.line < b.at.line : a.at.column < b.at.column;
@@ -107,7 +123,7 @@ int runCheck(CheckOptions &options) {
   Output output(options.json ? Format::json : Format::text);
   for (const Finding &finding : findings)
     output.emit(findingRow(file, finding));
-  output.emit(summaryRow(file, tally, findings.size()));
+  output.emit(summaryRow(file, tally, compared, findings.size()));
   return findings.empty() ? kClean : kFindings;
 }
 

@@ -15,7 +15,7 @@
 #include "ctl/convert_pass.h"
 #include "ctl/document_output.h"
 #include "ctl/output.h"
-#include "ctl/report_input.h"
+#include "ctl/prepared_report.h"
 #include "ctl/scratch_file.h"
 #include "legacy/report_line.h"
 #include "legacy/trustee_report.h"

@@ -9,7 +9,7 @@
 
 #include "ctl/commands.h"
 #include "ctl/diff_rows.h"
-#include "ctl/document_source.h"
+#include "ctl/document_operand.h"
 #include "ctl/entry_selection.h"
 #include "ctl/output.h"
 #include "model/document_reader.h"
@@ -42,7 +42,7 @@ struct Difference {
 // document cannot be read to its end; findings that do not stop reading are listed on
 // standard error.
 template <typename Take>
-bool readEntries(const DocumentSource &source, const EntrySelection &selection, Take take) {
+bool readEntries(const DocumentOperand &source, const EntrySelection &selection, Take take) {
   const std::string &label = source.label();
   DocumentReader reader(source.fd(), [&label](Finding finding) {
     reportError(label, finding.at.line, finding.at.column, finding.message);
@@ -58,8 +58,8 @@ bool readEntries(const DocumentSource &source, const EntrySelection &selection, 
 }
 
 int runDiff(const DiffOptions &options) {
-  DocumentSource oldSource;
-  DocumentSource newSource;
+  DocumentOperand oldSource;
+  DocumentOperand newSource;
   if (!oldSource.open(options.oldOperand) || !newSource.open(options.newOperand)) return kTrouble;
   DiffTally tally;
   EntryIndex index;

@@ -1,29 +1,29 @@
-// The document operands of trovanctl's commands: a file, "-" for standard input, or vol:NAME for
-// the live volume NAME, read through its info files as trovan save NAME reads them.
+// A document operand opened for two readers at once, each with its own offset: the strict
+// reader and trovan's restore run. Standard input ("-") is first copied into an unnamed
+// temporary file, so that it too can be read twice.
 #pragma once
 #include <string>
 
 class DocumentSource {
 public:
-  DocumentSource() = default;
+  // Opens `name`; ok() tells whether that worked, error() says why ("NAME: reason").
+  explicit DocumentSource(const std::string &name);
   ~DocumentSource();
   DocumentSource(const DocumentSource &) = delete;
   DocumentSource &operator=(const DocumentSource &) = delete;
 
-  // Opens the operand. False after a message on standard error.
-  bool open(const std::string &operand);
-  int fd() const { return fd_; }
-  // The operand as messages name it: the file, "(standard input)" or "vol:NAME".
+  bool ok() const { return first_ >= 0; }
+  const std::string &error() const { return error_; }
+  // The name findings show: the operand, or "(standard input)".
   const std::string &label() const { return label_; }
+  // The first descriptor, at the document's start.
+  int first() const { return first_; }
+  // A second descriptor at the document's start, opened on first use; -1 if it cannot be.
+  int second();
 
 private:
-  bool openVolume(const std::string &volume);
-  int fd_ = -1;
-  bool owned_ = false;
   std::string label_;
+  std::string error_;
+  int first_ = -1;
+  int second_ = -1;
 };
-
-// Writes the Metadata document of the live volume `volume` (all sections, no user type or path
-// filter, nothing removed) to `fd` with trovan save's own code. Returns 0, or trovan save's
-// completion code after its messages.
-int saveVolumeTo(const std::string &volume, int fd);

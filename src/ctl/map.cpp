@@ -11,8 +11,8 @@
 #include <sstream>
 
 #include "ctl/commands.h"
+#include "ctl/document_operand.h"
 #include "ctl/document_output.h"
-#include "ctl/document_source.h"
 #include "ctl/entry_selection.h"
 #include "ctl/map_rules.h"
 #include "ctl/output.h"
@@ -70,7 +70,7 @@ std::string entryLabel(const Entry &entry) {
 int runMap(const MapOptions &options) {
   MapRules rules;
   if (!loadRules(options, rules)) return kTrouble;
-  DocumentSource source;
+  DocumentOperand source;
   if (!source.open(options.document)) return kTrouble;
   DocumentOutput output;
   if (!output.open(options.output)) return kTrouble;

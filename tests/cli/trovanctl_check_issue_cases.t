@@ -32,7 +32,9 @@ One `</trustee>` deleted by hand: the XML is no longer well-formed, and check sa
 
     $ sed '7s#</trustee>##' saved.xml > edited.xml && trovanctl check edited.xml
     > trovanctl: edited.xml:8:3: not well-formed XML: mismatched tag (the open element is <trustee> of line 7)
-    > edited.xml: 1 entry (1 trustee, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 1 request (1 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 1 finding
+    > trovanctl: edited.xml:8:3: past the point where the document stops being XML, trovan restore would still send this trustee of u1.corp.TREE. on /mnt/VOLUME/b [r]
+    > trovanctl: edited.xml:8:3: past the point where the document stops being XML, trovan restore would still send this trustee of u1.corp.TREE. on /mnt/VOLUME/c.txt [rwc]
+    > edited.xml: 1 entry (1 trustee, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 3 requests (3 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 3 findings
     ? 1
 
 What trovan restore makes of it, for the record: u1 gets [r] on /b instead of /b/y.txt, and the
@@ -121,8 +123,9 @@ attributes (`<inheritedRightsFilter value=""/>`) whose end trovan's reader never
     ? 0
     $ trovanctl check formatted.xml
     > trovanctl: formatted.xml:1:1: an XML declaration: trovan restore refuses a document that does not start with <metadata>
+    > trovanctl: formatted.xml:7:7: trovan restore would stop with status 255 before this entry: nothing is sent for it or the 5 entries after it
     > trovanctl: formatted.xml:15:7: <inheritedRightsFilter> written as an empty element with attributes: trovan restore does not see where it ends and reads the elements after it as its content
-    > formatted.xml: 6 entries (4 trustees, 2 filters, 0 user quotas, 0 directory quotas); trovan restore would send 6 requests (4 addTrustee, 2 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 2 findings
+    > formatted.xml: 6 entries (4 trustees, 2 filters, 0 user quotas, 0 directory quotas); trovan restore would send 0 requests (0 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 3 findings
     ? 1
 
 Without its declaration, trovan restore reads the formatted document, but not as it was meant:
@@ -130,5 +133,10 @@ check finds the empty element all the same.
 
     $ sed 1d formatted.xml > formatted-bare.xml && trovanctl check formatted-bare.xml
     > trovanctl: formatted-bare.xml:14:7: <inheritedRightsFilter> written as an empty element with attributes: trovan restore does not see where it ends and reads the elements after it as its content
-    > formatted-bare.xml: 6 entries (4 trustees, 2 filters, 0 user quotas, 0 directory quotas); trovan restore would send 6 requests (4 addTrustee, 2 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 1 finding
+    > trovanctl: formatted-bare.xml:14:7: trovan restore would send this inherited rights filter on /mnt/VOLUME/a.txt with rights [rwcfs] and elements that are not rights, not []
+    > trovanctl: formatted-bare.xml:19:7: trovan restore would send nothing for this trustee of u0.corp.TREE. on /mnt/VOLUME/b
+    > trovanctl: formatted-bare.xml:31:7: trovan restore would send nothing for this trustee of u1.corp.TREE. on /mnt/VOLUME/b/y.txt
+    > trovanctl: formatted-bare.xml:42:7: trovan restore would send nothing for this trustee of u1.corp.TREE. on /mnt/VOLUME/c.txt
+    > trovanctl: formatted-bare.xml:51:7: trovan restore would send nothing for this inherited rights filter on /mnt/VOLUME/c.txt
+    > formatted-bare.xml: 6 entries (4 trustees, 2 filters, 0 user quotas, 0 directory quotas); trovan restore would send 2 requests (1 addTrustee, 1 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 6 findings
     ? 1

@@ -1,15 +1,15 @@
 trovanctl check finds nothing in a document that trovan save wrote, whatever it holds: Arbor and
 AD trustees, inherited rights filters (an empty one too), user and directory quotas, the "no
 quota" amount, and odd characters in paths and names (an ampersand, a blank, a non-ASCII
-letter, a '<' and a "]]>" inside CDATA).
+letter, a '<' inside CDATA). What trovan restore would send is what the document says.
 
-    $ quillsim volume add VOL1 && quillsim file add VOL1 '/docs/a&b.txt' '/docs/x y/é.txt' '/docs/l<t' '/docs/x]]>y' /q/sub/ '/q/a&b/'
+    $ quillsim volume add VOL1 && quillsim file add VOL1 '/docs/a&b.txt' '/docs/x y/é.txt' '/docs/l<t' /q/sub/ '/q/a&b/'
     ? 0
     $ quillsim user add admin.corp.TREE. && quillsim user add-ad S-1-5-21-1-2-3-1104 'ann&co'
     ? 0
     $ quillsim trustee add VOL1 '/docs/a&b.txt' admin.corp.TREE. rwf && quillsim trustee add VOL1 '/docs/l<t' admin.corp.TREE. r && quillsim trustee add-ad VOL1 '/docs/x y/é.txt' S-1-5-21-1-2-3-1104 rf
     ? 0
-    $ quillsim irf set VOL1 /docs s && quillsim irf set VOL1 '/docs/x]]>y' none && quillsim quota user VOL1 admin.corp.TREE. 1000 && quillsim quota user VOL1 'ann&co' 2000 --ad && quillsim quota dir VOL1 /q/sub 77 && quillsim quota dir VOL1 '/q/a&b' 9223372036854775807
+    $ quillsim irf set VOL1 /docs s && quillsim irf set VOL1 '/docs/l<t' none && quillsim quota user VOL1 admin.corp.TREE. 1000 && quillsim quota user VOL1 'ann&co' 2000 --ad && quillsim quota dir VOL1 /q/sub 77 && quillsim quota dir VOL1 '/q/a&b' 9223372036854775807
     ? 0
     $ trovan save VOL1 > saved.xml
     ? 0
@@ -21,7 +21,7 @@ The same in JSON Lines: the summary object alone. The directory quota of 9223372
 ("no quota") is an entry that trovan restore sends nothing for.
 
     $ trovanctl check --json saved.xml
-    > {"type":"summary","file":"saved.xml","entries":{"trustee":3,"filter":2,"userQuota":2,"dirQuota":2,"total":9},"requests":{"addTrustee":3,"modifyInheritedRightsFilter":2,"userSpaceRestrictions":2,"addQuota":1,"total":8},"findings":0}
+    > {"type":"summary","file":"saved.xml","entries":{"trustee":3,"filter":2,"userQuota":2,"dirQuota":2,"total":9},"requests":{"addTrustee":3,"modifyInheritedRightsFilter":2,"userSpaceRestrictions":2,"addQuota":1,"total":8},"compared":true,"findings":0}
     ? 0
 
 A document read from standard input; with -m t only the trustee section is restored.
