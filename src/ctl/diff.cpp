@@ -29,13 +29,16 @@ struct Difference {
   Entry entry;  // the new entry, or the old one when removed
   RightsSet oldRights = 0;
   std::string oldAmount;
-  bool operator<(const Difference &other) const {
-    const std::string a = comparablePath(entry);
-    const std::string b = comparablePath(other.entry);
-    if (a != b) return a < b;
-    if (entry.kind != other.entry.kind) return entry.kind < other.entry.kind;
-    return userLabel(entry) < userLabel(other.entry);
+  std::string order;  // path, kind and user: made once, so that sorting compares only this
+
+  Difference(ChangeKind kind, Entry &&what, RightsSet rights = 0, std::string amount = {})
+      : change(kind), entry(std::move(what)), oldRights(rights), oldAmount(std::move(amount)) {
+    order = comparablePath(entry);
+    order += '\0';
+    order += static_cast<char>('0' + static_cast<int>(entry.kind));
+    order += userLabel(entry);
   }
+  bool operator<(const Difference &other) const { return order < other.order; }
 };
 
 // Reads every selected entry of `source`, giving each to `take`. False after a message when the
@@ -73,15 +76,14 @@ int runDiff(const DiffOptions &options) {
   if (!readEntries(newSource, options.selection, [&](Entry &entry) {
         ++tally.newEntries;
         if (!index.match(entry, old)) {
-          differences.push_back({ChangeKind::added, std::move(entry), 0, {}});
+          differences.emplace_back(ChangeKind::added, std::move(entry));
         } else if (valuesDiffer(old, entry)) {
-          differences.push_back({ChangeKind::changed, std::move(entry), old.rights, old.amount});
+          differences.emplace_back(ChangeKind::changed, std::move(entry), old.rights, old.amount);
         }
       }))
     return kTrouble;
-  index.forEachUnmatched([&](const Entry &entry) {
-    differences.push_back({ChangeKind::removed, entry, 0, {}});
-  });
+  index.forEachUnmatched(
+      [&](const Entry &entry) { differences.emplace_back(ChangeKind::removed, Entry(entry)); });
   std::sort(differences.begin(), differences.end());
   Output output(options.json ? Format::json : Format::text);
   for (const Difference &difference : differences) {

@@ -128,7 +128,10 @@ check names that entry's line and reads no further.
     > </file>
     > </trusteeInfo>
     > </metadata>trovanctl: amp-raw.xml:4:22: not well-formed XML: not well-formed (invalid token)
-    > amp-raw.xml: 0 entries (0 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 0 requests (0 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 1 finding
+    > trovanctl: amp-raw.xml:4:22: past the point where the document stops being XML, trovan restore would still send this trustee of JDOE.CORP on /mnt/VOLUME/R&D [rw]
+    > trovanctl: amp-raw.xml:4:22: past the point where the document stops being XML, trovan restore would still send this trustee of JDOE.CORP on /mnt/VOLUME/PLAIN [rw]
+    > trovanctl: amp-raw.xml:4:22: trovan restore would end with status 157 here: the document ends before </metadata>
+    > amp-raw.xml: 0 entries (0 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 2 requests (2 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 4 findings
     ? 1
 
 A --raw document of a report without them: check finds nothing.
