@@ -86,8 +86,8 @@ listed are the same).
     ? 1
 
 Values that trovan's conversion leaves unescaped: the canonical document escapes them, and check
-finds nothing in it. In the --raw document the first bare `&` or `<` is not well-formed XML:
-check names that entry's line and reads no further.
+finds nothing in it. In the --raw document the first bare `&` is not well-formed XML: check
+names that entry's line, and what trovan restore would still send past it.
 
     $ printf 'TRUSTEE.KXM\n"TRUSTEE","VOL1:\\R&D","x","JDOE","RW"\n"TRUSTEE","VOL1:\\PLAIN","x","JDOE","RW"\n"TRUSTEE","VOL1:\\A<B","x","ANN","R"\n' > amp.txt
     ? 0
