@@ -6,6 +6,14 @@ constexpr Command kCommands[] = {
     {"check", "DOC [-m MASK] [-u TYPE] [-t TREE] [-f FILTER] [-k] [-n] [--json]",
      "report everything wrong with a Metadata document before trovan restore applies it",
      defineCheck},
+    {"diff", "OLD NEW [--path PREFIX] [--user USER] [--kind KIND] [--json]",
+     "per-entry differences between two documents (or vol:NAME, a live volume)", defineDiff},
+    {"convert", "-t TREE [-r PREFIX] [--raw] [-o FILE] [REPORT]",
+     "a legacy TRUSTEE.KXM report to a canonical Metadata document", defineConvert},
+    {"map",
+     "DOC [-U FILE] [-t TREE] [-r OLD=NEW] [--path PREFIX] [--user USER] [--kind KIND] "
+     "[--drop-unmapped] [-o FILE]",
+     "a new canonical document from an old one: users, tree and paths rewritten", defineMap},
 };
 
 }  // namespace

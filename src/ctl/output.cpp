@@ -51,11 +51,13 @@ std::string genericText(const Row &row) {
 
 Output::Output(Format format, std::FILE *stream) : format_(format), stream_(stream) {}
 
-void Output::emit(const Row &row) {
+void Output::emit(const Row &row) { emit(row, renderText); }
+
+void Output::emit(const Row &row, std::string (*render)(const Row &)) {
   const std::string line =
       format_ == Format::json
           ? row.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
-          : renderText(row);
+          : render(row);
   std::fwrite(line.data(), 1, line.size(), stream_);
   std::fputc('\n', stream_);
 }

@@ -17,6 +17,8 @@ public:
 
   // Writes one row; its "type" member picks the text renderer.
   void emit(const Row &row);
+  // Writes one row whose text line `render` makes from the row itself (a command's own rows).
+  void emit(const Row &row, std::string (*render)(const Row &));
 
   Format format() const { return format_; }
 

@@ -17,6 +17,10 @@ constexpr std::size_t kLineStep = 80;  // a line buffer starts at 80 bytes and g
 char block[kBlockSize];
 std::size_t blockStart = 0;
 std::size_t blockEnd = 0;
+// Lines ended so far (CR LF counts once), and whether the last line end seen was a CR.
+unsigned long lineEnds = 0;
+bool afterCr = false;
+unsigned long lastLineStart = 0;
 
 // Refills the block when it is used up. False once a read returns 0 or less.
 bool haveInput() {
@@ -29,6 +33,11 @@ bool haveInput() {
 }
 
 bool isLineEnd(char c) { return c == '\n' || c == '\r'; }
+
+void countLineEnd(char c) {
+  if (c == '\r' || !afterCr) ++lineEnds;
+  afterCr = c == '\r';
+}
 
 // Capacity for `needed` bytes: a multiple of the step, at least doubling so growth stays linear.
 std::size_t grownCapacity(std::size_t capacity, std::size_t needed) {
@@ -48,8 +57,11 @@ char *readReportLine() {
   for (;;) {
     if (!haveInput()) return nullptr;
     if (!isLineEnd(block[blockStart])) break;
+    countLineEnd(block[blockStart]);
     ++blockStart;
   }
+  lastLineStart = lineEnds + 1;
+  afterCr = false;
   std::size_t capacity = kLineStep;
   char *line = static_cast<char *>(std::calloc(capacity, 1));
   if (line == nullptr) return noBuffer(nullptr);
@@ -71,6 +83,7 @@ char *readReportLine() {
     length += count;
     blockStart = stop;
     if (stop < blockEnd) {
+      countLineEnd(block[blockStart]);
       ++blockStart;  // the line end is consumed, not stored
       break;
     }
@@ -79,7 +92,12 @@ char *readReportLine() {
   return line;
 }
 
+unsigned long reportLineStart() { return lastLineStart; }
+
 void resetReportInput() {
   blockStart = 0;
   blockEnd = 0;
+  lineEnds = 0;
+  afterCr = false;
+  lastLineStart = 0;
 }

@@ -6,5 +6,9 @@
 // or after "Error getting enough buffer for reading input file" when no buffer could be had.
 char *readReportLine();
 
+// The line of the input, counted from 1 (a line end is LF, CR or CR LF), on which the line last
+// returned by readReportLine starts.
+unsigned long reportLineStart();
+
 // Forgets what was read ahead of the last line. For tests that feed many inputs to one process.
 void resetReportInput();

@@ -114,3 +114,21 @@ TEST_F(ReadReportLine, ReadErrorIsTheEndOfInput) {
 }
 
 }  // namespace
+
+TEST_F(ReadReportLine, LineStartCountsEveryLineEndOnce) {
+  StdinFromBytes input(directory_.path(), "H\r\n\r\nA\rB\n\nC");
+  char *line = readReportLine();
+  EXPECT_EQ(reportLineStart(), 1u);
+  std::free(line);
+  line = readReportLine();
+  EXPECT_STREQ(line, "A");
+  EXPECT_EQ(reportLineStart(), 3u);
+  std::free(line);
+  line = readReportLine();
+  EXPECT_EQ(reportLineStart(), 4u);
+  std::free(line);
+  line = readReportLine();
+  EXPECT_STREQ(line, "C");
+  EXPECT_EQ(reportLineStart(), 6u);
+  std::free(line);
+}

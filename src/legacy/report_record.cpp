@@ -96,3 +96,23 @@ void writeRecord(std::FILE *out, const char *form, std::initializer_list<RecordV
   }
   fwrite_unlocked(rest.data(), 1, rest.size(), out);
 }
+
+namespace {
+
+bool startsWith(const char *text, const char *keyword) {
+  return std::strncmp(text, keyword, std::strlen(keyword)) == 0;
+}
+
+}  // namespace
+
+ReportKind reportKindOf(const char *keyword) {
+  if (startsWith(keyword, "TRUSTEE")) return ReportKind::trustee;
+  if (startsWith(keyword, "DIRQUOTA")) return ReportKind::dirQuota;
+  if (startsWith(keyword, "USERQUOTA")) return ReportKind::userQuota;
+  if (startsWith(keyword, "IRM")) return ReportKind::filter;
+  return ReportKind::other;
+}
+
+bool isReportHeader(const char *line) { return line != nullptr && startsWith(line, "TRUSTEE.KXM"); }
+
+bool takesTreeName(const char *name) { return !startsWith(name, "[Public]"); }

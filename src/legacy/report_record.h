@@ -28,3 +28,14 @@ private:
 
 // Writes `form` (a record form with "%s" for each value) with the values in order.
 void writeRecord(std::FILE *out, const char *form, std::initializer_list<RecordValue> values);
+
+// The kinds of report line, by the first keyword the line's field 0 begins with ("TRUSTEES" is
+// a trustee line).
+enum class ReportKind { trustee, dirQuota, userQuota, filter, other };
+ReportKind reportKindOf(const char *keyword);
+
+// Whether a first line is a report's header: it begins with "TRUSTEE.KXM".
+bool isReportHeader(const char *line);
+
+// Whether a trustee or user name gets "." and the tree appended under -t: all but [Public].
+bool takesTreeName(const char *name);

@@ -11,25 +11,8 @@
 
 namespace {
 
-constexpr char kHeader[] = "TRUSTEE.KXM";
-constexpr char kPublicTrustee[] = "[Public]";
 constexpr char kSeparator = ',';
 constexpr std::size_t kOutputBufferSize = 64 * 1024;
-
-enum class Kind { kTrustee, kDirQuota, kUserQuota, kFilter, kOther };
-
-bool startsWith(const char *text, const char *keyword) {
-  return std::strncmp(text, keyword, std::strlen(keyword)) == 0;
-}
-
-// The first keyword the field begins with; longer keywords (TRUSTEES) count as their prefix.
-Kind kindOf(const char *keyword) {
-  if (startsWith(keyword, "TRUSTEE")) return Kind::kTrustee;
-  if (startsWith(keyword, "DIRQUOTA")) return Kind::kDirQuota;
-  if (startsWith(keyword, "USERQUOTA")) return Kind::kUserQuota;
-  if (startsWith(keyword, "IRM")) return Kind::kFilter;
-  return Kind::kOther;
-}
 
 // "Invalid entry for %s in input file at line %d.\n". The text can be longer than a printf
 // count can hold, so it is written as it stands, between the message's two halves.
@@ -62,8 +45,8 @@ public:
     char *cursor = nullptr;
     const char *keyword = nextQuotedField(line, kSeparator, &cursor);
     if (keyword == nullptr) return true;
-    const Kind kind = kindOf(keyword);
-    if (kind == Kind::kOther) return true;
+    const ReportKind kind = reportKindOf(keyword);
+    if (kind == ReportKind::other) return true;
     const char *field[5] = {keyword};
     for (int i = 1; i <= 4; ++i) {
       field[i] = nextQuotedField(nullptr, kSeparator, &cursor);
@@ -74,7 +57,7 @@ public:
       }
     }
     switch (kind) {
-    case Kind::kTrustee: {
+    case ReportKind::trustee: {
       const char *name = qualified(field[3]);
       if (name == nullptr) return false;
       writeRecord(out_, kTrusteeSectionOpen, {});
@@ -85,25 +68,25 @@ public:
       writeRecord(out_, kTrusteeSectionClose, {});
       return true;
     }
-    case Kind::kFilter:
+    case ReportKind::filter:
       writeRecord(out_, kTrusteeSectionOpen, {});
       writeRecord(out_, kFilterFileRecord,
                   {RecordValue::path(prefix_, field[1]), RecordValue::text(field[3]),
                    RecordValue::elementsOf(field[3])});
       writeRecord(out_, kTrusteeSectionClose, {});
       return true;
-    case Kind::kDirQuota:
+    case ReportKind::dirQuota:
       writeRecord(out_, kDirQuotaSection,
                   {RecordValue::path(prefix_, field[1]), RecordValue::text(field[4]),
                    RecordValue::text(field[3])});
       return true;
-    case Kind::kUserQuota: {
+    case ReportKind::userQuota: {
       const char *name = qualified(field[3]);
       if (name == nullptr) return false;
       writeRecord(out_, kUserQuotaSection, {RecordValue::text(field[4]), RecordValue::text(name)});
       return true;
     }
-    case Kind::kOther: break;
+    case ReportKind::other: break;
     }
     return true;
   }
@@ -125,7 +108,7 @@ private:
   // The name with "." and the tree appended, unless there is no tree or it is [Public]. Null
   // after "Error getting enough buffer for TRUSTEE fdn".
   const char *qualified(const char *name) {
-    if (tree_ == nullptr || startsWith(name, kPublicTrustee)) return name;
+    if (tree_ == nullptr || !takesTreeName(name)) return name;
     const std::size_t nameLength = std::strlen(name);
     const std::size_t treeLength = std::strlen(tree_);
     const std::size_t needed = nameLength + 1 + treeLength + 1;
@@ -157,7 +140,7 @@ private:
 
 int convertTrusteeReport(const char *tree, const char *outputPath, const char *prefix) {
   char *header = readReportLine();
-  const bool isReport = header != nullptr && std::strncmp(header, kHeader, sizeof kHeader - 1) == 0;
+  const bool isReport = isReportHeader(header);
   std::free(header);
   if (!isReport) {
     std::fprintf(stderr, "Invalid input file\n");

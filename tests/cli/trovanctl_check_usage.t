@@ -16,6 +16,12 @@ errors in the GNU shape with status 2.
     > Commands:
     >   check DOC [-m MASK] [-u TYPE] [-t TREE] [-f FILTER] [-k] [-n] [--json]
     >       report everything wrong with a Metadata document before trovan restore applies it
+    >   diff OLD NEW [--path PREFIX] [--user USER] [--kind KIND] [--json]
+    >       per-entry differences between two documents (or vol:NAME, a live volume)
+    >   convert -t TREE [-r PREFIX] [--raw] [-o FILE] [REPORT]
+    >       a legacy TRUSTEE.KXM report to a canonical Metadata document
+    >   map DOC [-U FILE] [-t TREE] [-r OLD=NEW] [--path PREFIX] [--user USER] [--kind KIND] [--drop-unmapped] [-o FILE]
+    >       a new canonical document from an old one: users, tree and paths rewritten
     >
     >
     > Exit status: 0 clean, 1 findings or differences, 2 usage or fatal error.

@@ -28,3 +28,62 @@ Check what a formatter made of a document.
     > trovanctl: (standard input):7:7: trovan restore would stop with status 255 before this entry: nothing is sent for it or the 3 entries after it
     > (standard input): 4 entries (1 trustee, 1 filter, 1 user quota, 1 directory quota); trovan restore would send 0 requests (0 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 2 findings
     ? 1
+
+Compare a saved document with the live volume.
+
+    $ quillsim trustee add VOL1 /docs/a.txt admin.corp.TREE. rw
+    ? 0
+    $ trovanctl diff saved.xml vol:VOL1
+    > ~ trustee         /docs/a.txt admin.corp.TREE. [rwf] -> [rw]
+    > saved.xml -> vol:VOL1: 1 difference (0 added, 0 removed, 1 changed) in 4 and 4 entries
+    ? 1
+
+Convert a legacy report, and see what trovan restore -w would apply.
+
+    $ printf 'TRUSTEE.KXM\n"TRUSTEE","VOL1:\\DOCS","x","ADMIN","RF"\n' > report.txt
+    ? 0
+    $ trovanctl convert -t CORP -o converted.xml report.txt
+    ? 0
+    $ cat converted.xml
+    > <metadata>
+    > <trusteeInfo>
+    > <file><zid></zid><path><![CDATA[/DOCS]]></path>
+    > <trustee><name>ADMIN.CORP</name><id></id><rights value="RF"><read/><fileScan/></rights></trustee>
+    > </file>
+    > </trusteeInfo>
+    > </metadata>
+    ? 0
+    $ trovanctl convert --raw -t CORP report.txt
+    > <metadata>
+    > <trusteeInfo>
+    > <file>
+    > <zid></zid><path>/DOCS</path>
+    > <trustee><name>ADMIN.CORP</name><id></id><rights value="RF"><read/><fileScan/></rights></trustee>
+    > </file>
+    > </trusteeInfo>
+    >! </metadata>
+    ? 0
+
+Move a document to another tree and folder.
+
+    $ trovanctl map -t NEW -r /docs=/new -o moved.xml saved.xml
+    2> trovanctl: saved.xml:14:1: directory quota /q: the path /q is under no -r OLD; kept unchanged
+    ? 1
+    $ cat moved.xml
+    > <metadata>
+    > <trusteeInfo>
+    > <file><zid>601066489</zid><path><![CDATA[/new]]></path>
+    > <inheritedRightsFilter value="S"><supervisor/></inheritedRightsFilter>
+    > </file>
+    > <file><zid>857901855</zid><path><![CDATA[/new/a.txt]]></path>
+    > <trustee><name>admin.corp.NEW.</name><id></id><rights value="RWF"><read/><write/><fileScan/></rights></trustee>
+    > </file>
+    > </trusteeInfo>
+    > <userInfo>
+    > <user><id></id><spaceUsed>0</spaceUsed><quotaAmount>1000</quotaAmount><name>admin.corp.NEW.</name></user>
+    > </userInfo>
+    > <dirInfo>
+    > <directory><zid>824375037</zid><path>\q</path><spaceUsed>0</spaceUsed><quotaAmount>50</quotaAmount></directory>
+    > </dirInfo>
+    > </metadata>
+    ? 0

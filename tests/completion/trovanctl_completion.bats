@@ -32,7 +32,7 @@ complete_words() {
 
 @test "the first word is a command" {
   run complete_words trovanctl ''
-  [ "$output" = $'check\n--help\n--version' ]
+  [ "$output" = $'check\ndiff\nconvert\nmap\n--help\n--version' ]
   run complete_words trovanctl ch
   [ "$output" = check ]
 }
@@ -56,4 +56,22 @@ complete_words() {
 @test "the document is a file name" {
   run complete_words trovanctl check s
   [ "$(sort <<<"$output")" = $'saved.xml\nsecond.xml' ]
+}
+
+@test "the options of diff, convert and map" {
+  run complete_words trovanctl diff --k
+  [ "$output" = --kind ]
+  run complete_words trovanctl diff --kind u
+  [ "$output" = userQuota ]
+  run complete_words trovanctl convert --r
+  [ "$output" = $'--relative\n--raw' ]
+  run complete_words trovanctl map --d
+  [ "$output" = --drop-unmapped ]
+}
+
+@test "diff and map take vol:NAME for a live volume" {
+  run complete_words trovanctl diff saved.xml vol:V
+  [ "$output" = vol:VOL1 ]
+  run complete_words trovanctl convert vol:V
+  [ "$output" = "" ]
 }
