@@ -24,3 +24,4 @@ inline constexpr int kTrouble = 2;   // a usage error or a fatal one
 
 // Each command's definition, in its own source file.
 CommandRun defineCheck(CLI::App &command);
+CommandRun defineReport(CLI::App &command);

@@ -16,6 +16,8 @@ errors in the GNU shape with status 2.
     > Commands:
     >   check DOC [-m MASK] [-u TYPE] [-t TREE] [-f FILTER] [-k] [-n] [--json]
     >       report everything wrong with a Metadata document before trovan restore applies it
+    >   report DOC [--by VIEW] [--effective PATH|--effective-all] [--path PREFIX] [--user NAME] [--rights LETTERS] [--kind KIND] [--format FORMAT|--html FILE]
+    >       who has access to what: assignments, quotas and effective rights, by path or by user
     >
     >
     > Exit status: 0 clean, 1 findings or differences, 2 usage or fatal error.

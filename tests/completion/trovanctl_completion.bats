@@ -32,7 +32,7 @@ complete_words() {
 
 @test "the first word is a command" {
   run complete_words trovanctl ''
-  [ "$output" = $'check\n--help\n--version' ]
+  [ "$output" = $'check\nreport\n--help\n--version' ]
   run complete_words trovanctl ch
   [ "$output" = check ]
 }
@@ -56,4 +56,19 @@ complete_words() {
 @test "the document is a file name" {
   run complete_words trovanctl check s
   [ "$(sort <<<"$output")" = $'saved.xml\nsecond.xml' ]
+}
+
+@test "the options of report and their values" {
+  run complete_words trovanctl report --ef
+  [ "$output" = $'--effective\n--effective-all' ]
+  run complete_words trovanctl report --by ''
+  [ "$output" = $'path\nuser' ]
+  run complete_words trovanctl report --format c
+  [ "$output" = csv ]
+  run complete_words trovanctl report --kind d
+  [ "$output" = dir-quota ]
+  run complete_words trovanctl report --user ''
+  [ "$output" = '' ]
+  run complete_words trovanctl report --html sa
+  [ "$output" = saved.xml ]
 }
