@@ -1,17 +1,20 @@
 #!/bin/bash
-# Restore benchmarks, each a ratio measured side by side in this run:
+# Restore benchmarks, each a ratio measured side by side in this run, in processor time (user +
+# system of the whole process, the simulator's share included) beside wall time:
 #  1. the tag reader over a 1,000,000-trustee document against the window-copying reference;
 #  2. the Release `trovan restore VOL1 < doc.xml` against the simulator's fast mode, next to a
 #     loop that sends the same request bytes through the same simulator, with the same
 #     lseek/write/lseek/read-until-0 pattern, reads the replies and does nothing else
-#     (five pairs, each the loop and then the restore; the median pair's ratio, and the ratio
+#     (five rounds, each the loop and then the restore; the median round's ratio, and the ratio
 #     of either side's best time);
 #  3. trovan's peak resident memory, for that document and for one ten times smaller.
+# With BEFORE=/path/to/another/trovan, that binary (an earlier build, say) restores the same
+# document in each round too, after this tree's, and is reported beside it.
 # The document is shaped like a save of a real volume (about 190 bytes and 16 tags a trustee).
 # The loop's requests are computed from the document by bench/restore_requests.awk; they are
 # first checked to be byte for byte what trovan sends, against the simulator's request log of a
 # restore of the smaller document.
-# Usage: bench/restore_bench.sh [TRUSTEES]   (default 1000000; run from the source tree)
+# Usage: [BEFORE=trovan] bench/restore_bench.sh [TRUSTEES]   (default 1000000; from the source tree)
 set -eu
 N=${1:-1000000}
 SRC=$(cd "$(dirname "$0")/.." && pwd)
@@ -49,31 +52,46 @@ fi
 "$Q" log --clear >/dev/null
 "$Q" fastmode on
 
-now() { date +%s.%N; }
-# Each run is a pair, the loop and then the restore, so that both halves of a pair meet the
-# machine at the same speed (this machine's speed drifts by a third from minute to minute). The
-# ratio is given for each pair, as the median pair's, and as the best times' of either side.
-loop_best=; restore_best=; ratios=
+# One restore of the document by the trovan given: prints "wall processor" in seconds.
+restore_times() {
+  /usr/bin/time -f "%e %U %S" -o "$W/times" "$1" restore VOL1 < "$W/doc.xml"
+  awk '{ printf "%.3f %.3f\n", $1, $2 + $3 }' "$W/times"
+}
+# Each round runs the loop and then the restore (and the BEFORE binary), so that all of them meet
+# the machine at the same speed (this machine's speed drifts from minute to minute).
+: > "$W/rounds"
 for run in 1 2 3 4 5; do
-  loop=$("$B/bench/request_loop_bench" "$W/requests.txt" 2>/dev/null)
-  t0=$(now)
-  "$B/trovan" restore VOL1 < "$W/doc.xml"
-  t1=$(now)
-  restore=$(awk -v a="$t0" -v b="$t1" 'BEGIN { printf "%.6f", b - a }')
-  ratio=$(awk -v l="$loop" -v r="$restore" 'BEGIN { printf "%.3f", r / l }')
-  echo "  run $run: request loop $loop s, trovan restore $restore s, ratio ${ratio}x"
-  ratios="$ratios $ratio"
-  loop_best=$(awk -v a="$loop" -v b="${loop_best:-$loop}" 'BEGIN { print (a < b ? a : b) }')
-  restore_best=$(awk -v a="$restore" -v b="${restore_best:-$restore}" 'BEGIN { print (a < b ? a : b) }')
+  read -r loop_wall loop_cpu < <("$B/bench/request_loop_bench" "$W/requests.txt" 2>/dev/null)
+  read -r wall cpu < <(restore_times "$B/trovan")
+  before_wall=0 before_cpu=0
+  if [ -n "${BEFORE:-}" ]; then read -r before_wall before_cpu < <(restore_times "$BEFORE"); fi
+  echo "$loop_wall $loop_cpu $wall $cpu $before_wall $before_cpu" >> "$W/rounds"
 done
 /usr/bin/time -f "%M" -o "$W/rss" "$B/trovan" restore VOL1 < "$W/doc.xml"
 /usr/bin/time -f "%M" -o "$W/rss_small" "$B/trovan" restore VOL1 < "$W/small.xml"
-median=$(echo "$ratios" | tr ' ' '\n' | grep . | sort -n | sed -n 3p)
-awk -v loop="$loop_best" -v restore="$restore_best" -v n="$N" -v median="$median" \
-    -v r="$(wc -l < "$W/requests.txt")" 'BEGIN {
-  printf "restore of %d trustees (%d requests) under the simulator (fast mode), 5 pairs\n", n, r
-  printf "  request loop only   %8.3f s  %6.0f ns/request (best)\n", loop, loop * 1e9 / r
-  printf "  trovan restore      %8.3f s  %6.0f ns/request (best)\n", restore, restore * 1e9 / r
-  printf "  ratio of the bests  %8.2fx\n", restore / loop
-  printf "  median pair ratio   %8.2fx (target <= 2x)\n", median }'
+if [ -n "${BEFORE:-}" ]; then
+  /usr/bin/time -f "%M" -o "$W/rss_before" "$BEFORE" restore VOL1 < "$W/doc.xml"
+fi
+awk -v n="$N" -v r="$(wc -l < "$W/requests.txt")" -v before="${BEFORE:-}" '
+function median(values, count,   i, j, t) {
+  for (i = 2; i <= count; i++)
+    for (j = i; j > 1 && values[j - 1] > values[j]; j--) { t = values[j]; values[j] = values[j - 1]; values[j - 1] = t }
+  return values[int((count + 1) / 2)]
+}
+function best(column,   i, m) { m = v[1, column]; for (i = 2; i <= NR; i++) if (v[i, column] < m) m = v[i, column]; return m }
+{ for (c = 1; c <= 6; c++) v[NR, c] = $c
+  printf "  round %d: loop %.3f s (processor %.3f s), restore %.3f s (processor %.3f s), processor ratio %.2fx", NR, $1, $2, $3, $4, $4 / $2
+  if (before != "") printf "; before %.3f s (processor %.3f s), %.2fx", $5, $6, $6 / $2
+  printf "\n"
+  cpu[NR] = $4 / $2; wall[NR] = $3 / $1; bcpu[NR] = $6 / $2 }
+END {
+  printf "restore of %d trustees (%d requests) under the simulator (fast mode), %d rounds\n", n, r, NR
+  printf "  request loop only   %8.3f s wall  %8.3f s processor  %6.0f ns/request (best)\n", best(1), best(2), best(2) * 1e9 / r
+  printf "  trovan restore      %8.3f s wall  %8.3f s processor  %6.0f ns/request (best)\n", best(3), best(4), best(4) * 1e9 / r
+  if (before != "")
+    printf "  before (%s) %8.3f s wall  %8.3f s processor\n", before, best(5), best(6)
+  printf "  median round ratio  %8.2fx wall  %8.2fx processor (target <= 2x processor)\n", median(wall, NR), median(cpu, NR)
+  if (before != "") printf "  before, median      %19.2fx processor\n", median(bcpu, NR)
+}' "$W/rounds"
 echo "peak RSS: $(cat "$W/rss") KiB for $N trustees, $(cat "$W/rss_small") KiB for $((N / 10)) (target < 16384 KiB)"
+if [ -n "${BEFORE:-}" ]; then echo "peak RSS before: $(cat "$W/rss_before") KiB for $N trustees"; fi

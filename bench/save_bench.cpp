@@ -6,6 +6,12 @@
 //                                  writing the document to descriptor 1
 //   save_bench filters FILE PATH   times the one-pass and the element-by-element filters
 //                                  (-u arbor then -p PATH) on FILE and checks they agree
+//   save_bench time COMMAND...     runs COMMAND (standard output to /dev/null) and prints
+//                                  "wall user system peak-KiB" of that whole process, in seconds
+//                                  to the microsecond
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -19,8 +25,8 @@
 
 #include "channel/admin_channel.h"
 #include "document/run_settings.h"
+#include "info_filters_oracle.h"
 #include "save/info_filters.h"
-#include "save/info_filters_oracle.h"
 #include "save/save_driver.h"
 
 namespace {
@@ -117,6 +123,27 @@ int filters(const char *file, const char *path) {
   return fastOut == slowOut ? 0 : 1;
 }
 
+// Processor and wall time of one child process, from the kernel's own accounting of it.
+int timeCommand(char **command) {
+  const auto start = std::chrono::steady_clock::now();
+  const pid_t child = fork();
+  if (child < 0) return 1;
+  if (child == 0) {
+    const int null = open("/dev/null", O_WRONLY);
+    if (null < 0 || dup2(null, 1) < 0) _exit(127);
+    execvp(command[0], command);
+    _exit(127);
+  }
+  int status = 0;
+  struct rusage usage;
+  if (wait4(child, &status, 0, &usage) != child) return 1;
+  const double wall = seconds(start);
+  const auto toSeconds = [](const timeval &t) { return t.tv_sec + t.tv_usec / 1e6; };
+  std::printf("%.6f %.6f %.6f %ld\n", wall, toSeconds(usage.ru_utime), toSeconds(usage.ru_stime),
+              usage.ru_maxrss);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 1;
+}
+
 }  // namespace
 
 int main(int argc, char **argv) {
@@ -126,7 +153,9 @@ int main(int argc, char **argv) {
     return save(argv[2], argc > 3 ? argv[3] : nullptr, argc > 4 ? argv[4] : nullptr);
   }
   if (argc >= 4 && std::strcmp(argv[1], "filters") == 0) return filters(argv[2], argv[3]);
-  std::fprintf(
-      stderr, "usage: save_bench gen DIR FILES | save DIR [PATH [arbor|ad]] | filters FILE PATH\n");
+  if (argc >= 3 && std::strcmp(argv[1], "time") == 0) return timeCommand(argv + 2);
+  std::fprintf(stderr,
+               "usage: save_bench gen DIR FILES | save DIR [PATH [arbor|ad]] | filters FILE PATH | "
+               "time COMMAND...\n");
   return 2;
 }

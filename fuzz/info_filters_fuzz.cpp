@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "channel/admin_channel.h"
+#include "info_filters_oracle.h"
 #include "save/info_filters.h"
-#include "save/info_filters_oracle.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
-// The fast tag reader against the window-copying reference on long documents: the fuzzed bytes
-// are set between stretches of plain trustee records long enough that the reader takes its fast
-// steps over them and around them, and both readers are walked through the document with the
-// same calls. Any difference in what they return stops the fuzzer.
+// The tag reader against the window-copying reference on long documents: the fuzzed bytes are
+// set between stretches of plain trustee records long enough that the reader shifts, refills and
+// compacts around them, and both readers are walked through the document with the same calls. Any
+// difference in what they return stops the fuzzer.
 //
 //   cmake -S . -B build-fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang \
 //         -DTROVAN_FUZZ=ON -DTROVAN_TESTS=OFF && ninja -C build-fuzz tag_reader_fuzz
@@ -52,7 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
   const std::string doc = "<metadata>\n<trusteeInfo>\n" + plainStretch(0) + piece +
                           plainStretch(1000) + piece + plainStretch(2000) +
                           "</trusteeInfo>\n</metadata>\n";
-  if (walkDocument(testing_support::kFastReader, doc, seed) !=
+  if (walkDocument(testing_support::kReader, doc, seed) !=
       walkDocument(testing_support::kReferenceReader, doc, seed))
     __builtin_trap();
   return 0;

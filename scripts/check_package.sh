@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Builds the Debian package of trovan, unpacks it with dpkg -x into a temporary root as a fresh
 # machine would receive it, and checks what it holds: the package fields, the exact file list,
-# the libraries the program needs, and the installed program, manual page and completion at
-# work.
+# the libraries the program needs, that it starts no thread, and the installed program, manual
+# page and completion at work.
 #
 # Usage: scripts/check_package.sh [--build-dir DIR] [--root DIR] [--transcripts] [--print-binary]
 #   --build-dir DIR   build folder (default build/package; the transcripts use DIR-transcripts)
@@ -15,7 +15,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/require.sh
 trovan_require_build_tools
-trovan_require dpkg-deb:dpkg cpack:cmake groff:groff man:man-db bats:bats readelf:binutils
+trovan_require dpkg-deb:dpkg cpack:cmake groff:groff man:man-db bats:bats readelf:binutils \
+  nm:binutils
 
 build_dir=build/package
 root=''
@@ -130,12 +131,15 @@ else
   fail "the program uses GLIBC_$newest_glibc but the package asks only for libc6 >= $declared_glibc"
 fi
 
+# One thread: the program asks for nothing that starts another.
+if threads=$(scripts/check_no_threads.sh "$binary" 2>&1); then pass "$threads"; else fail "$threads"; fi
 # trovanctl needs, beside those, the XML parser the package depends on.
 ctl_binary=$root/usr/sbin/trovanctl
 needed=$(readelf -d "$ctl_binary" | sed -nE 's/.*\(NEEDED\).*\[(.*)\]/\1/p' | sort | tr '\n' ' ')
 unexpected=$(tr ' ' '\n' <<<"$needed" |
   grep -vxE 'libc\.so\.6|libm\.so\.6|libstdc\+\+\.so\.6|libgcc_s\.so\.1|libexpat\.so\.1|' || true)
 if [ -z "$unexpected" ]; then pass "trovanctl needs only: $needed"; else fail "trovanctl needs other libraries: $unexpected"; fi
+if threads=$(scripts/check_no_threads.sh "$ctl_binary" 2>&1); then pass "trovanctl: $threads"; else fail "trovanctl: $threads"; fi
 
 # The installed program runs.
 set +e

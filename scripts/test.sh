@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Builds trovan and runs every test: a Release build with warnings as errors, then the same
-# suite (unit tests and command-line transcripts under the simulator) built with AddressSanitizer
-# and UndefinedBehaviorSanitizer, a fuzz smoke run, and the installed package passing the
-# command-line transcripts.
+# Builds trovan and runs every test: the static checks (format, clang-tidy, include layering),
+# a Release build with warnings as errors, then the same suite (unit tests and command-line
+# transcripts under the simulator) built with AddressSanitizer and UndefinedBehaviorSanitizer, a
+# fuzz smoke run, and the installed package passing the command-line transcripts.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/require.sh
@@ -20,7 +20,11 @@ run_suite() {
   ctest --test-dir "$dir" --output-on-failure -j "$jobs"
 }
 
+echo "== static checks"
+scripts/static_checks.sh
 run_suite build/release -DCMAKE_BUILD_TYPE=Release
+echo "== cross build for aarch64: trovan and its core library compile for a processor that is not x86"
+scripts/cross_check.sh
 ASAN_OPTIONS=detect_leaks=1 run_suite build/sanitize -DCMAKE_BUILD_TYPE=Debug -DTROVAN_SANITIZE=ON
 
 echo "== fuzz smoke run: every target, a fixed number of inputs, under both sanitizers"

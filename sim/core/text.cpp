@@ -32,7 +32,7 @@ void appendUtf8(std::string &out, unsigned long code) {
 // Decodes the reference starting at text[0] == '&'; returns its length or 0.
 size_t decodeOne(std::string_view text, std::string &out) {
   size_t semi = text.find(';');
-  if (semi == std::string_view::npos || semi > 12) return 0;
+  if (semi > 12) return 0;  // npos (no ';') too
   std::string_view ref = text.substr(1, semi - 1);
   static constexpr struct {
     std::string_view name;

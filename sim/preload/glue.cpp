@@ -155,7 +155,7 @@ extern "C" const char *qs_redirect(const char *path, char *buf, size_t size) {
     errno = ENAMETOOLONG;
     return nullptr;
   }
-  std::memcpy(buf, r.data(), r.size());
+  r.copy(buf, r.size());
   std::memcpy(buf + r.size(), path, p.size() + 1);
   {
     ErrnoGuard keep;

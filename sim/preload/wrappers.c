@@ -23,8 +23,8 @@
 /* REAL(name) is the next definition of name after this library, resolved on first use. */
 #define REAL(name)                                                                                 \
   ({                                                                                               \
-    static __typeof__(&name) real_##name;                                                          \
-    if (!real_##name) real_##name = (__typeof__(&name))dlsym(RTLD_NEXT, #name);                    \
+    static __typeof__(&(name)) real_##name;                                                        \
+    if (!real_##name) real_##name = (__typeof__(&(name)))dlsym(RTLD_NEXT, #name);                  \
     real_##name;                                                                                   \
   })
 

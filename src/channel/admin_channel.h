@@ -45,7 +45,7 @@ int sendRequest(std::size_t length);
 
 // Reads the reply from offset 0 of adminFd, finds replyElement, then <result value="N">,
 // <description> and (when name is given) the <name> after it. Returns 0 when a result was
-// found, -1 for an unrecognised reply or a buffer failure, or an errno value.
+// found, kOwnFailure for an unrecognised reply or a buffer failure, or an errno value.
 int receiveReply(const char *replyElement, int *result, std::size_t descriptionSize,
                  char *description, std::size_t nameSize, char *name);
 
@@ -67,5 +67,16 @@ int exchangeRequest(std::string_view replyElement, Reply &reply, std::size_t len
 // Removes the <quillReply> wrapper and the <result .../result> element of a stored reply.
 void stripReplyWrapper(char *text, int *length);
 
-// Puts the channel back to its start-of-run state. For tests.
+// A stand-in for the file system's command files, so that the restore walkers can run with no
+// file system: it takes the request's bytes, writes a NUL-terminated reply text into replyBuffer
+// (within replyBufferSize) and returns 0 or an errno value. The reply is then read as a reply from
+// a command file would be. With a stand-in set, the section restores open and close no command
+// file. trovan itself never sets one.
+using RequestStandIn = int (*)(const char *request, std::size_t length, void *context);
+void setRequestStandIn(RequestStandIn standIn, void *context);  // nullptr: the command files again
+// Whether a stand-in answers the requests.
+bool requestStandInSet();
+
+// Puts the channel back to its start-of-run state: reflectOnGemel, adminFd (not closed), the
+// request buffer, the reply buffer (freed) and the stand-in. For tests.
 void resetAdminChannel();

@@ -9,7 +9,7 @@
 #include <cstring>
 #include <string>
 
-#include "save/save_test_support.h"
+#include "save_test_support.h"
 
 namespace {
 

@@ -8,6 +8,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "document/completion_codes.h"
+
 namespace {
 
 // Points descriptor 2 of the child at the caller's temporary file, created or truncated. The
@@ -38,7 +40,7 @@ int runCommand(const char *file, char *const argv[], char *tempName) {
   std::fflush(stdout);
   std::fflush(stderr);
   const pid_t child = fork();
-  if (child < 0) return -1;
+  if (child < 0) return kOwnFailure;
 
   if (child == 0) {
     if (tempName != nullptr) {
@@ -46,20 +48,20 @@ int runCommand(const char *file, char *const argv[], char *tempName) {
         // The child does not end here: it goes back to its caller as if the command had failed,
         // and the parent's wait collects it whenever it ends.
         std::fprintf(stderr, "Error %d(%m)opening temp file", errno);
-        return -2;
+        return kConsoleFailure;
       }
     } else {
       discardStream(stderr);
     }
     discardStream(stdout);
     execvp(file, argv);
-    _exit(-1);
+    _exit(kOwnFailure);
   }
 
   int status = 0;
   const pid_t ended = wait(&status);
   if (ended < 0) return ended;
-  if ((status & 0x7f) != 0) return -1;
+  if ((status & 0x7f) != 0) return kOwnFailure;
   return (status >> 8) & 0xff;
 }
 

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "document/completion_codes.h"
 #include "document/run_settings.h"
 
 int parseMask(const char *mask, int *trustees, int *userQuotas, int *dirQuotas,
@@ -20,7 +21,9 @@ int parseMask(const char *mask, int *trustees, int *userQuotas, int *dirQuotas,
     case 'd': *dirQuotas = 1; break;
     case 'r': *removeInvalid = 1; break;
     case 'a': *trustees = *userQuotas = *dirQuotas = *removeInvalid = 1; break;
-    default: std::fprintf(stderr, "Unknown metadata type in the mask: %c\n", *letter); return -1;
+    default:
+      std::fprintf(stderr, "Unknown metadata type in the mask: %c\n", *letter);
+      return kOwnFailure;
     }
   }
   return 0;
@@ -47,7 +50,7 @@ int parseUserType(int given, const char *type, bool forSave) {
     return 0;
   }
   std::fprintf(stderr, "Unknown user type : %s\n", type);
-  return -1;
+  return kOwnFailure;
 }
 
 char *normalisePathOption(const char *argument) {

@@ -17,6 +17,7 @@
 #include "cli/help_text.h"
 #include "cli/options.h"
 #include "cli/volume.h"
+#include "document/completion_codes.h"
 #include "document/run_settings.h"
 #include "legacy/trustee_report.h"
 #include "restore/restore_driver.h"
@@ -27,13 +28,12 @@ extern "C" char *__strcpy_chk(char *destination, const char *source, std::size_t
 
 namespace {
 
-constexpr int kStatusNoMemory = 12;
-constexpr int kStatusUsage = 22;
 constexpr std::size_t kMaskSize = 16;
 constexpr const char *kInfoDirectoryBase = "/_admin/Manage_QUILL/Volume/";
 constexpr const char *kRxlTrusteeFileSuffix = "/._KESTREL/.trustee_database.xml";
 constexpr std::size_t kPathBufferSize = 4096;
 constexpr std::size_t kMountEntryBufferSize = 4096;
+constexpr char kTemporaryTemplate[] = "/tmp/tmp.XXXXXX";
 
 struct RunOptions {
   const char *programName = nullptr;
@@ -50,7 +50,7 @@ struct RunOptions {
   char *volume = nullptr;
   char *infoDir = nullptr;
   char *rxlTrusteeFile = nullptr;
-  char temporaryName[sizeof "/tmp/tmp.XXXXXX"] = {};  // the -w document, once made
+  char temporaryName[sizeof kTemporaryTemplate] = {};  // the -w document, once made
 };
 
 // Frees every copy the run made; safe on every path.
@@ -75,8 +75,17 @@ const char *baseName(const char *argv0) {
 char *copyText(const char *text) {
   const std::size_t length = std::strlen(text);
   char *copy = static_cast<char *>(std::calloc(length + 1, 1));
-  if (copy != nullptr) std::memcpy(copy, text, length);
+  if (copy != nullptr) std::memcpy(copy, text, length + 1);
   return copy;
+}
+
+// Copies the -m text; a text of kMaskSize characters or more aborts the process through the C
+// library's checked copy. The copy is made in a local buffer and moved in whole, a write that the
+// static analyser can bound (a copy of unknown length straight into `run` loses its pointers).
+void copyMask(char (&mask)[kMaskSize], const char *text) {
+  char copy[kMaskSize] = {};
+  __strcpy_chk(copy, text, sizeof copy);
+  std::memcpy(mask, copy, sizeof copy);
 }
 
 constexpr int kKeepParsing = -1000;
@@ -88,7 +97,7 @@ int keepCopy(char *&slot, const char *argument) {
   slot = copyText(argument);
   if (slot == nullptr) {
     std::fprintf(stderr, "Unable to allocate memory.\n");
-    return kStatusNoMemory;
+    return kOutOfMemory;
   }
   return kKeepParsing;
 }
@@ -120,26 +129,26 @@ int applyOption(int option, RunOptions &run) {
   case 'w': run.fromKestrel = 1; return kKeepParsing;
   case 'h': printUsage(run.programName); return kDoneSuccessfully;
   case 'v': printVersion(); return kDoneSuccessfully;
-  case 'm': __strcpy_chk(run.mask, optarg, sizeof run.mask); return kKeepParsing;
+  case 'm': copyMask(run.mask, optarg); return kKeepParsing;
   case 'p':
     std::free(run.path);
     run.path = normalisePathOption(optarg);
     if (run.path == nullptr) {
       std::fprintf(stderr, "Unable to allocate memory.\n");
-      return kStatusNoMemory;
+      return kOutOfMemory;
     }
     return kKeepParsing;
   case 'u':
     if (run.userTypeGiven) {
       std::fprintf(stderr, "Multiple user type option is not allowed.\n");
-      return kStatusUsage;
+      return kUsageError;
     }
     run.userTypeGiven = 1;
     run.userType = optarg;
     // Only checked when -n came first; "-u ad -n" passes here.
     if (run.rxl && std::strcmp(optarg, "ad") == 0) {
       std::fprintf(stderr, "Option '-u ad' cannot be used with the option '-n' \n");
-      return kStatusUsage;
+      return kUsageError;
     }
     return kKeepParsing;
   case 'f':
@@ -147,7 +156,7 @@ int applyOption(int option, RunOptions &run) {
     run.filterCompiled = 0;
     if (regcomp(&run.filter, optarg, REG_NOSUB) != 0) {
       std::fprintf(stderr, "Error parsing the regular expression.\n");
-      return kStatusNoMemory;
+      return kOutOfMemory;
     }
     run.filterCompiled = 1;
     return kKeepParsing;
@@ -156,11 +165,11 @@ int applyOption(int option, RunOptions &run) {
   case ':':
   case '?':
     std::fprintf(stderr, "Try '%s --help' for more information.\n", run.programName);
-    return kStatusUsage;
+    return kUsageError;
   default:
     std::fprintf(stderr, "Invalid option \"%c\".\nTry '%s --help' for more information.\n", option,
                  run.programName);
-    return kStatusUsage;
+    return kUsageError;
   }
 }
 
@@ -178,7 +187,7 @@ int checkPathOnVolume(const RunOptions &run) {
     struct stat info;
     if (stat(fullPath, &info) != 0) {
       std::fprintf(stderr, "Invalid path specified: [%s]\n", fullPath);
-      status = kStatusUsage;
+      status = kUsageError;
       break;
     }
   }
@@ -191,30 +200,30 @@ int runSave(RunOptions &run) {
   run.infoDir = static_cast<char *>(std::malloc(infoDirSize));
   if (run.infoDir == nullptr) {
     std::fprintf(stderr, "Unable to allocate memory.\n");
-    return kStatusNoMemory;
+    return kOutOfMemory;
   }
   std::snprintf(run.infoDir, infoDirSize, "%s%s/", kInfoDirectoryBase, run.volume);
   struct stat info;
   if (stat(run.infoDir, &info) != 0) {
     std::fprintf(stderr, "Unable to find the info file for this volume.\n"
                          "The volume may not be found or QUILL may not be running\n");
-    return kStatusUsage;
+    return kUsageError;
   }
   if (run.rxl) {
     run.rxlTrusteeFile = static_cast<char *>(std::calloc(kMountPointSize, 1));
     if (run.rxlTrusteeFile == nullptr) {
       std::fprintf(stderr, "Unable to allocate memory.\n");
-      return kStatusNoMemory;
+      return kOutOfMemory;
     }
     findVolumeMountPoint(run.volume, run.rxlTrusteeFile);
     if (std::strlen(run.rxlTrusteeFile) + 32 > kPathBufferSize) {
       std::fprintf(stderr, "RXL pathname is too long\n");
-      return kStatusUsage;
+      return kUsageError;
     }
     std::strcat(run.rxlTrusteeFile, kRxlTrusteeFileSuffix);
     if (stat(run.rxlTrusteeFile, &info) != 0) {
       std::fprintf(stderr, "Unable to find the RXL trustee file for this volume.\n");
-      return kStatusUsage;
+      return kUsageError;
     }
   }
   if (run.path != nullptr) {
@@ -230,25 +239,25 @@ int runSave(RunOptions &run) {
 int prepareLegacyInput(RunOptions &run) {
   if (run.tree == nullptr) {
     std::fprintf(stderr, "Provide Arbor tree name.\n");
-    return kStatusUsage;
+    return kUsageError;
   }
   char *temporaryName = run.temporaryName;
-  std::strcpy(temporaryName, "/tmp/tmp.XXXXXX");
+  std::memcpy(temporaryName, kTemporaryTemplate, sizeof kTemporaryTemplate);
   const int temporaryFd = mkstemp(temporaryName);
   if (temporaryFd < 0) {
     std::fprintf(stderr, "Unable to create a temporary file from /tmp/tmp.XXXXXX.  err=%m\n");
-    return kStatusUsage;
+    return kUsageError;
   }
   close(temporaryFd);
   if (convertTrusteeReport(run.tree, temporaryName, run.prefix) != 0) {
     std::fprintf(stderr, "Unable to read input file.\n");
-    return kStatusUsage;
+    return kUsageError;
   }
   inputFd = open(temporaryName, O_RDONLY);
   if (inputFd < 0) {
     inputFd = 0;
     std::fprintf(stderr, "Unable to open temporary input file : %s\n", temporaryName);
-    return kStatusUsage;
+    return kUsageError;
   }
   // The converted names already carry the tree: the restore runs without -t and -r.
   std::free(run.tree);
@@ -292,16 +301,16 @@ int parseAndRun(int argc, char **argv, RunOptions &run) {
   const bool save = strcasecmp(action, "save") == 0;
   if (!save && strcasecmp(action, "restore") != 0) {
     std::fprintf(stderr, "Missing action.\nUse %s --help for more information\n", run.programName);
-    return kStatusUsage;
+    return kUsageError;
   }
   run.volume = copyText(argv[optind + 1]);
   if (run.volume == nullptr) {
     std::fprintf(stderr, "Unable to allocate memory.\n");
-    return kStatusNoMemory;
+    return kOutOfMemory;
   }
   if (!allocateReplyBuffer()) {
     std::fprintf(stderr, "Unable to allocate memory\n");
-    return kStatusNoMemory;
+    return kOutOfMemory;
   }
   return save ? runSave(run) : runRestore(run);
 }

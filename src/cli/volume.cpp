@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "document/completion_codes.h"
+
 namespace {
 
 constexpr std::size_t kEntryBufferSize = 4096;
@@ -31,7 +33,7 @@ int findVolumeMountPoint(const char *volumeName, char *mountPoint) {
   FILE *table = setmntent(kMountTable, "r");
   if (table == nullptr) {
     std::fprintf(stderr, "Error opening %s.  Error=%m\n", kMountTable);
-    return -2;
+    return kConsoleFailure;
   }
   mountPoint[0] = '\0';
   struct mntent entry;
@@ -52,5 +54,5 @@ int findVolumeMountPoint(const char *volumeName, char *mountPoint) {
   endmntent(table);
   if (mountPoint[0] != '\0') return 0;
   std::fprintf(stderr, "Volume not found in the mount table\n");
-  return -1;
+  return kOwnFailure;
 }

@@ -7,5 +7,5 @@ inline constexpr std::size_t kMountPointSize = 4097;  // callers' buffers: a pat
 
 // Looks `volumeName` up among the "quillvol" entries of the mount table (case-sensitive) and
 // copies its mount directory into `mountPoint` (kMountPointSize bytes). Returns 0 when found,
-// -1 when not found (after a message), -2 when the table cannot be opened.
+// kOwnFailure when not found (after a message), kConsoleFailure when the table cannot be opened.
 int findVolumeMountPoint(const char *volumeName, char *mountPoint);

@@ -1,8 +1,5 @@
 // trovanctl check DOC [restore options]: everything wrong with a document before trovan restore
 // applies it, one finding a line, sorted by line, and a summary.
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -11,7 +8,9 @@
 
 #include "ctl/check_settings.h"
 #include "ctl/commands.h"
+#include "ctl/document_source.h"
 #include "ctl/output.h"
+#include "ctl/restore_match.h"
 #include "model/document_reader.h"
 #include "model/entry_rules.h"
 
@@ -60,23 +59,18 @@ Row summaryRow(const std::string &file, const Tally &tally, std::size_t findings
   return row;
 }
 
-// Opens the document; "-" is standard input. Returns the descriptor, or -1 after a message.
-int openDocument(const std::string &name) {
-  if (name == "-") return 0;
-  const int fd = open(name.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) reportError(name + ": " + std::strerror(errno));
-  return fd;
-}
-
 int runCheck(CheckOptions &options) {
   RestoreSettings settings;
   if (const std::string problem = resolveCheckOptions(options, settings); !problem.empty()) {
     reportError("check: " + problem);
     return kTrouble;
   }
-  const int fd = openDocument(options.document);
-  if (fd < 0) return kTrouble;
-  const std::string file = options.document == "-" ? "(standard input)" : options.document;
+  DocumentSource source(options.document);
+  if (!source.ok()) {
+    reportError(source.error());
+    return kTrouble;
+  }
+  const std::string &file = source.label();
 
   std::vector<Finding> findings;
   const FindingSink sink = [&findings](Finding finding) { findings.push_back(std::move(finding)); };
@@ -85,21 +79,20 @@ int runCheck(CheckOptions &options) {
   rules.rxlMode = options.rxlMode;
   Tally tally;
   {
-    DocumentReader reader(fd, sink);
-    Entry entry;
-    while (reader.next(entry)) {
+    DocumentReader reader(source.first(), sink);
+    const auto onEntry = [&](const Entry &entry) {
       const int kind = static_cast<int>(entry.kind);
       ++tally.entries[kind];
       checkEntryRules(entry, rules, sink);
       if (wouldRestore(entry, options, settings)) ++tally.requests[kind];
-    }
+    };
+    RestoreMatch match(reader, options, settings, sink, onEntry, nullptr);
+    match.drain();
     if (reader.readError() != 0) {
       reportError(file + ": " + std::strerror(reader.readError()));
-      if (fd != 0) close(fd);
       return kTrouble;
     }
   }
-  if (fd != 0) close(fd);
 
   std::stable_sort(findings.begin(), findings.end(), [](const Finding &a, const Finding &b) {
     return a.at.line != b.at.line ? a.at.line < b.at.line : a.at.column < b.at.column;

@@ -25,8 +25,8 @@ std::string summaryText(const Row &row) {
           counted(entries, "userQuota", "user quota", "user quotas") + ", " +
           counted(entries, "dirQuota", "directory quota", "directory quotas") + "); ";
   const Row &requests = row["requests"];
-  text += "trovan restore would send " + counted(requests, "total", "request", "requests") +
-          " (" + std::to_string(requests.value("addTrustee", 0UL)) + " addTrustee, " +
+  text += "trovan restore would send " + counted(requests, "total", "request", "requests") + " (" +
+          std::to_string(requests.value("addTrustee", 0UL)) + " addTrustee, " +
           std::to_string(requests.value("modifyInheritedRightsFilter", 0UL)) +
           " modifyInheritedRightsFilter, " +
           std::to_string(requests.value("userSpaceRestrictions", 0UL)) +

@@ -9,6 +9,8 @@ inline constexpr int kSuccess = 0;
 inline constexpr int kOwnFailure = -1;
 // The console runner's failures and a mount table that cannot be opened on restore. Exit 254.
 inline constexpr int kConsoleFailure = -2;
+// A line of the RXL trustee file too long for the save to process. Exit 254.
+inline constexpr int kLineTooLong = -2;
 // A Metadata document that ends before </metadata>. Exit 157.
 inline constexpr int kEndOfInput = -99;
 // ENOMEM: memory exhausted, and a -f expression that does not compile.

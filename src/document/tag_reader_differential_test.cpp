@@ -1,5 +1,5 @@
-// The fast tag reader against the literal window-copying reference: the same calls on the same
-// document give the same tags, texts and results, whether the fast reader gets the document in
+// The tag reader against the literal window-copying reference: the same calls on the same
+// document give the same tags, texts and results, whether the reader gets the document in
 // one piece or through a pipe that delivers it in small chunks of random sizes.
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -49,7 +49,7 @@ std::string generateDocument(std::mt19937 &random, std::size_t pieces) {
       "<user type=\"adID\">", "<quotaAmount>9223372036854775807</quotaAmount>", "<a/>",
       "<a b='/x'>", "</", "<", "/", ">", "]]>", "<![CDATA[", "<![CDATA[x]]>", "<?xml v?>",
       "<!-- c -->", "\n", "  ", "<rights value=\"a/b\">",
-      // Attributes across the fast step's 16-byte blocks, and past its 64 bytes.
+      // Attributes across 16-byte blocks, and past 64 bytes.
       "<trustee id=\"0123456789abcdef\" type=\"adID\">",
       "<user x=\"1\"   type=\"adID\"  y=\"2\" type=\"adID\"/>",
       "<rights value=\"RWF\" extra=\"0123456789012345678901234567890123456789012345\">"};
@@ -142,7 +142,7 @@ protected:
     });
     inputFd = fds[0];
     resetTagReader();
-    std::string log = walkTags(kFastReader, seed, doc.size() + 100, nearEnds);
+    std::string log = walkTags(kReader, seed, doc.size() + 100, nearEnds);
     close(fds[0]);
     writer.join();
     return log;
@@ -150,7 +150,7 @@ protected:
 
   void compare(const std::string &doc, unsigned seed, bool viaPipe, bool nearEnds = false) {
     const std::string expected = walkFile(kReferenceReader, doc, seed, nearEnds);
-    ASSERT_EQ(walkFile(kFastReader, doc, seed, nearEnds), expected) << "seed " << seed;
+    ASSERT_EQ(walkFile(kReader, doc, seed, nearEnds), expected) << "seed " << seed;
     if (viaPipe) {
       ASSERT_EQ(walkPipe(doc, seed, nearEnds), expected) << "seed " << seed << " (pipe)";
     }
@@ -177,7 +177,7 @@ TEST_F(TagReaderDifferentialTest, MutatedDocumentsReadTheSame) {
 }
 
 TEST_F(TagReaderDifferentialTest, DocumentsLargerThanTheReadAheadReadTheSame) {
-  // Several MiB, so that the fast reader compacts its read-ahead buffer more than once.
+  // Several MiB, so that the reader compacts its read-ahead buffer more than once.
   for (unsigned seed = 5000; seed < 5010; ++seed) {
     std::mt19937 random(seed);
     std::string doc;

@@ -1,6 +1,6 @@
 // A literal tag reader kept only as a test reference: it copies the 8,192-byte window through a
 // scratch area at every shift, exactly as the window rules are written, and reads straight into
-// the window. Given the input in one piece (a regular file), it must agree with the fast reader.
+// the window. Given the input in one piece (a regular file), it must agree with the reader.
 #pragma once
 #include <cstddef>
 

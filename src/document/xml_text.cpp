@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+#include "document/completion_codes.h"
+
 namespace {
 
 struct Entity {
@@ -25,7 +27,7 @@ constexpr Entity kEntities[] = {
 }  // namespace
 
 int unescapeXml(char *s) {
-  if (s == nullptr) return -1;
+  if (s == nullptr) return kOwnFailure;
   const std::size_t length = std::strlen(s);
   int replaced = 0;
   for (std::size_t i = 0; i < length;) {

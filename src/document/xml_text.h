@@ -3,8 +3,8 @@
 #include <cstddef>
 
 // Decodes &lt; &gt; &amp; &apos; &quot; in place. Returns the summed length of the references
-// replaced (0 when none), -1 for a null string. An '&' that starts none of the five references
-// makes the call never return: that is how the program has always behaved on such input.
+// replaced (0 when none), kOwnFailure for a null string. An '&' that starts none of the five
+// references makes the call never return: that is how the program has always behaved on such input.
 int unescapeXml(char *s);
 
 // Turns a typed dotted directory name (".cn=admin.ou=sales.o=corp") into its typeless form

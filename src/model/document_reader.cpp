@@ -91,6 +91,7 @@ void DocumentReader::onSection(std::function<void(Section, bool)> observer) {
 bool DocumentReader::failed() const { return state_->failed; }
 int DocumentReader::readError() const { return state_->readError; }
 unsigned long long DocumentReader::offset() const { return state_->offset; }
+Position DocumentReader::position() const { return state_->position(); }
 
 bool DocumentReader::next(Entry &entry) {
   State &state = *state_;

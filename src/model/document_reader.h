@@ -27,6 +27,8 @@ public:
 
   bool failed() const;
   int readError() const;
+  // Where the parser stands: the place of the error after a failure, the end after the end.
+  Position position() const;
   // Bytes of the document the parser has consumed up to the end of the last entry handed out.
   unsigned long long offset() const;
 

@@ -1,8 +1,15 @@
 #include "model/entry_rules.h"
 
+#include "document/records.h"
 #include "model/server_text.h"
 
 namespace {
+
+// The longest texts trovan's reader takes: its field sizes less the terminator.
+constexpr std::size_t kPathLimit = kPathTextSize - 1;
+constexpr std::size_t kNameLimit = kNameTextSize - 1;
+constexpr std::size_t kIdLimit = kIdTextSize - 1;
+constexpr std::size_t kQuotaLimit = kQuotaTextSize - 1;
 
 // "<path> ..." and the like: the element a value stands in.
 std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
@@ -62,10 +69,43 @@ void checkRequestText(const Entry &entry, Position at, std::string_view element,
               quoted(read)});
 }
 
+// trovan's reader keeps a value in a field of fixed size; a longer one is refused.
+void checkLimit(const Entry &entry, Position at, std::string_view what, std::size_t size,
+                std::size_t limit, const FindingSink &sink) {
+  if (size <= limit) return;
+  sink({at, "over-limit",
+        std::string(what) + " " + std::to_string(size) + " bytes, over trovan restore's limit of " +
+            std::to_string(limit) + ": it sends nothing for this " +
+            std::string(kindName(entry.kind))});
+}
+
+void checkLimits(const Entry &entry, const RuleSettings &settings, const FindingSink &sink) {
+  const Position pathAt = entry.pathAt.line != 0 ? entry.pathAt : entry.at;
+  if (entry.kind == EntryKind::dirQuota && entry.rawPath.size() <= kPathLimit &&
+      settings.mountPoint.size() + entry.rawPath.size() > kPathLimit) {
+    sink({pathAt, "restore-aborts",
+          "the mount point and this path make a file name of " +
+              std::to_string(settings.mountPoint.size() + entry.rawPath.size()) +
+              " bytes, over 4,095: trovan restore would end the process here"});
+  } else if (entry.kind == EntryKind::dirQuota) {
+    checkLimit(entry, pathAt, "<path> text of", entry.rawPath.size(), kPathLimit, sink);
+  } else if (entry.kind != EntryKind::userQuota) {
+    checkLimit(entry, pathAt, "the mount point and <path> text make",
+               settings.mountPoint.size() + entry.rawPath.size(), kPathLimit, sink);
+  }
+  if (entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota)
+    checkLimit(entry, entry.at, "<name> text of", entry.rawName.size(), kNameLimit, sink);
+  if (entry.kind == EntryKind::trustee)
+    checkLimit(entry, entry.at, "<id> text of", entry.rawId.size(), kIdLimit, sink);
+  if (entry.kind == EntryKind::userQuota || entry.kind == EntryKind::dirQuota)
+    checkLimit(entry, entry.at, "<quotaAmount> text of", entry.rawAmount.size(), kQuotaLimit, sink);
+}
+
 }  // namespace
 
 void checkEntryRules(const Entry &entry, const RuleSettings &settings, const FindingSink &sink) {
   if (entry.kind != EntryKind::userQuota) checkPath(entry, settings, sink);
+  checkLimits(entry, settings, sink);
   if (settings.rxlMode) {
     if (entry.kind == EntryKind::trustee || entry.kind == EntryKind::filter) {
       if (hasUndecodableAmpersand(entry.rawPath))
@@ -73,6 +113,10 @@ void checkEntryRules(const Entry &entry, const RuleSettings &settings, const Fin
               "path text " + quoted(entry.rawPath) +
                   " holds an '&' that trovan restore -n "
                   "decodes forever: the restore would never return"});
+      if (entry.kind == EntryKind::trustee && entry.ad)
+        sink({entry.at, "rxl-ad-trustee",
+              "AD trustee: trovan restore -n has no console command for it and writes its "
+              "request on standard input, where nothing answers"});
       if (entry.kind == EntryKind::trustee && !entry.ad && hasUndecodableAmpersand(entry.rawName))
         sink({entry.at, "rxl-never-returns",
               "name text " + quoted(entry.rawName) +

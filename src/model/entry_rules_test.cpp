@@ -93,6 +93,25 @@ TEST(EntryRules, RxlModeAmpersands) {
                   "-n decodes forever: the restore would never return"});
   EXPECT_EQ(ruleFindings(trusteeAt("/a&#38;b"), true).size(), 1u);
   EXPECT_TRUE(ruleFindings(trusteeAt("/a&amp;b"), true).empty());
+  EXPECT_EQ(ruleFindings("<metadata><trusteeInfo><file><path>/a</path><trustee type=\"adID\">"
+                         "<id>S-1</id></trustee></file></trusteeInfo></metadata>",
+                         true),
+            Texts{"1:45 rxl-ad-trustee: AD trustee: trovan restore -n has no console command for "
+                  "it and writes its request on standard input, where nothing answers"});
+}
+
+TEST(EntryRules, TrovansFieldLimits) {
+  EXPECT_EQ(ruleFindings(trusteeAt("/" + std::string(4086, 'p'))),
+            Texts{"1:30 over-limit: the mount point and <path> text make 4096 bytes, over trovan "
+                  "restore's limit of 4095: it sends nothing for this trustee"});
+  EXPECT_TRUE(ruleFindings(trusteeAt("/" + std::string(4085, 'p'))).empty());
+  EXPECT_EQ(ruleFindings(trusteeAt("/a", std::string(1024, 'n'))),
+            Texts{"1:45 over-limit: <name> text of 1024 bytes, over trovan restore's limit of "
+                  "1023: it sends nothing for this trustee"});
+  EXPECT_EQ(ruleFindings("<metadata><dirInfo><directory><path>\\" + std::string(4086, 'd') +
+                         "</path><quotaAmount>1</quotaAmount></directory></dirInfo></metadata>"),
+            Texts{"1:31 restore-aborts: the mount point and this path make a file name of 4096 "
+                  "bytes, over 4,095: trovan restore would end the process here"});
 }
 
 }  // namespace

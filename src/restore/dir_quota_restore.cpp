@@ -1,17 +1,16 @@
 #include "restore/dir_quota_restore.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
 #include "channel/admin_channel.h"
+#include "channel/request_builder.h"
+#include "document/completion_codes.h"
 #include "document/records.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
 #include "restore/entry_messages.h"
+#include "restore/section_restore.h"
 
 // The checked string functions of the C library: they end the process when the text does not
 // fit, which is what a directory name longer than its 4,096-byte field does.
@@ -24,18 +23,8 @@ void toForwardSlashes(char *text) {
 }
 
 int restoreDirQuotas(const char *mountPoint, const regex_t *filter) {
-  adminFd = 0;
-  adminFd = open(kFilesCommandFile, O_RDWR);
-  if (adminFd < 0) {
-    const int error = errno;
-    std::fprintf(stderr, "Unable to open the admin file for administration of files.  err=%m\n");
-    adminFd = 0;
-    return error;
-  }
-  const int result = walkDirQuotaSection(mountPoint, filter);
-  if (adminFd > 0) close(adminFd);
-  adminFd = 0;
-  return result;
+  return restoreSection(kFilesCommandFile, "files",
+                        [mountPoint, filter] { return walkDirQuotaSection(mountPoint, filter); });
 }
 
 int walkDirQuotaSection(const char *mountPoint, const regex_t *filter) {
@@ -102,16 +91,16 @@ int processDirQuotaInfo(const char *mountPoint, const regex_t *filter) {
 }
 
 int addDirQuota(const char *fileName, const char *quota) {
-  std::snprintf(requestBuffer, sizeof requestBuffer,
-                "%s<directoryQuota><addQuota><fileName>%s</fileName>%s<quotaAmount>%s"
-                "</quotaAmount></addQuota></directoryQuota>%s",
-                kFileRequestOpen, fileName, gemelElement(), quota, kFileRequestClose);
+  const std::size_t length =
+      buildRequest({kFileRequestOpen, "<directoryQuota><addQuota><fileName>", fileName,
+                    "</fileName>", gemelPiece(), "<quotaAmount>", quota,
+                    "</quotaAmount></addQuota></directoryQuota>", kFileRequestClose});
   Reply reply;
-  if (exchangeRequest("<addQuota>", reply) != 0) return -1;
+  if (exchangeRequest("<addQuota>", reply, length) != 0) return kOwnFailure;
   if (reply.result != 0) {
     std::fprintf(stderr, "Error adding directory quota of %s to %s: %s(%s)\n", quota, fileName,
                  reply.description, reply.name);
-    return -1;
+    return kOwnFailure;
   }
   if (showActions) std::printf("Directory quota of %s added to %s.\n", quota, fileName);
   return 0;

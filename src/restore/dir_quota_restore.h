@@ -13,7 +13,8 @@ int walkDirQuotaSection(const char *mountPoint, const regex_t *filter);
 // or the reader's failure code. A mount point and path longer than 4,095 bytes end the process.
 int processDirQuotaInfo(const char *mountPoint, const regex_t *filter);
 
-// One addQuota request. Returns 0 on success, -1 on any failure.
+// One addQuota request. Returns kSuccess when the file system accepted it, kOwnFailure when it
+// was refused or could not be exchanged (after the message); the walker goes on either way.
 int addDirQuota(const char *fileName, const char *quota);
 
 // Replaces every '\' in text by '/', in place.

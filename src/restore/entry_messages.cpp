@@ -2,14 +2,12 @@
 
 #include <cstdio>
 
-#include "document/messages.h"
-
-void reportUnrecognizedTag(const char *tag) { printMessage(stderr, "Unrecognized tag: %s\n", tag); }
+void reportUnrecognizedTag(const char *tag) { std::fprintf(stderr, "Unrecognized tag: %s\n", tag); }
 
 void reportValueTooLong(const char *element) {
-  printMessage(stderr, "Value too long in element %s; entry skipped.\n", element);
+  std::fprintf(stderr, "Value too long in element %s; entry skipped.\n", element);
 }
 
 void reportNoPath(const char *element) {
-  printMessage(stderr, "No path for the entry <%s>; entry skipped.\n", element);
+  std::fprintf(stderr, "No path for the entry <%s>; entry skipped.\n", element);
 }

@@ -138,3 +138,20 @@ TEST_F(RestoreDriverTest, RxlTrusteeSectionWithAnUnknownVolumeEndsTheRestore) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(RestoreDriverTest, RxlModeReadsTheInputNoFurtherThanTheWindow) {
+  const std::string savedPath = getenv("PATH") ? getenv("PATH") : "";
+  setenv("PATH", dir.path().c_str(), 1);  // no rxlcon to run: the restore ends at trusteeInfo
+  const std::string head = "<metadata><userInfo>" + std::string(30000, ' ') + "</userInfo>";
+  const std::string document =
+      head + "<trusteeInfo>" + std::string(100000, ' ') + "</trusteeInfo></metadata>";
+  const int result = run(document, "a", 1);
+  setenv("PATH", savedPath.c_str(), 1);
+  EXPECT_EQ(result, -1);
+  // The window starts at <trusteeInfo>, the last tag read.
+  EXPECT_LE(lseek(inputFd, 0, SEEK_CUR), static_cast<off_t>(head.size() + kInputWindowSize));
+}
+
+}  // namespace

@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include "channel/console_runner.h"
+#include "document/completion_codes.h"
 #include "document/rights.h"
 #include "document/run_settings.h"
 #include "document/xml_text.h"
@@ -23,16 +24,16 @@ constexpr std::string_view kConfirmation = "completed OK";
 
 char *arg(const char *text) { return const_cast<char *>(text); }
 
-// The console's report for one change: 0 when it holds the confirmation, -1 otherwise (after the
-// message). The temporary file is removed unless it could not be opened.
+// The console's report for one change: 0 when it holds the confirmation, kOwnFailure otherwise
+// (after the message). The temporary file is removed unless it could not be opened.
 template <typename NoMemory, typename NotConfirmed>
 int judgeReport(const char *tempName, NoMemory noMemory, NotConfirmed notConfirmed) {
   const int fd = open(tempName, O_RDONLY);
   if (fd < 0) {
     std::fprintf(stderr, "Error reading tmp file: %m\n");
-    return -1;
+    return kOwnFailure;
   }
-  int result = -1;
+  int result = kOwnFailure;
   char *text = nullptr;
   struct stat info;
   if (fstat(fd, &info) != 0) {

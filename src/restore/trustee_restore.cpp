@@ -1,76 +1,45 @@
 #include "restore/trustee_restore.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
 #include "channel/admin_channel.h"
 #include "channel/console_runner.h"
+#include "channel/request_builder.h"
+#include "document/completion_codes.h"
 #include "document/records.h"
 #include "document/rights.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
 #include "document/xml_text.h"
 #include "restore/entry_messages.h"
-#include "restore/request_queue.h"
-#include "restore/request_text.h"
 #include "restore/rxl_restore.h"
+#include "restore/section_restore.h"
 
 namespace {
 
 // Where a file element stands with its path.
 enum class PathState { missing, refused, ready };
 
-// The section walk of a restore through the command file, run ahead of its requests.
-struct SectionWalk {
-  const char *basePath;
-  const regex_t *filter;
-  const char *tree;
-};
-
-int runSectionWalk(void *context) {
-  const SectionWalk &walk = *static_cast<const SectionWalk *>(context);
-  return walkTrusteeSection(walk.basePath, walk.filter, walk.tree, 0);
-}
-
 }  // namespace
 
 int restoreTrustees(char *basePath, const regex_t *filter, const char *tree, int rxlMode) {
   adminFd = 0;
-  if (rxlMode) {
-    if (checkRxlVolume(basePath) != 0) {
-      std::fprintf(stderr, "RXL volume not found.\n");
-      return -1;
-    }
-    const std::size_t length = std::strlen(basePath);
-    if (length + 1 < kBasePathSize) {
-      basePath[length] = ':';
-      basePath[length + 1] = '\0';
-    }
-  } else {
-    adminFd = open(kFilesCommandFile, O_RDWR);
-    if (adminFd < 0) {
-      const int error = errno;
-      std::fprintf(
-          stderr, "Unable to open the admin file for administration of the file system.  err=%m\n");
-      adminFd = 0;
-      return error;
-    }
+  if (!rxlMode) {
+    return restoreSection(kFilesCommandFile, "the file system", [basePath, filter, tree] {
+      return walkTrusteeSection(basePath, filter, tree, 0);
+    });
   }
-  int result = 0;
-  if (rxlMode || debug) {
-    // The console runner and the -d trace stay on this thread.
-    result = walkTrusteeSection(basePath, filter, tree, rxlMode);
-  } else {
-    SectionWalk walk{basePath, filter, tree};
-    result = walkAheadOfRequests(runSectionWalk, &walk);
+  if (checkRxlVolume(basePath) != 0) {
+    std::fprintf(stderr, "RXL volume not found.\n");
+    return kOwnFailure;
   }
-  if (adminFd > 0) close(adminFd);
-  adminFd = 0;
-  return result;
+  const std::size_t length = std::strlen(basePath);
+  if (length + 1 < kBasePathSize) {
+    basePath[length] = ':';
+    basePath[length + 1] = '\0';
+  }
+  return walkTrusteeSection(basePath, filter, tree, rxlMode);
 }
 
 int walkTrusteeSection(const char *basePath, const regex_t *filter, const char *tree, int rxlMode) {
@@ -187,7 +156,7 @@ int processATrustee(const char *fullPath, const char *tree, int skip, int rxlMod
 
   if (skip || refused) return 0;
   if (rxlMode && !isAd) {
-    if (name[0] == '\0') return -1;
+    if (name[0] == '\0') return kOwnFailure;
     addRxlTrustee(fullPath, name, rights);
     return 0;
   }
@@ -195,84 +164,53 @@ int processATrustee(const char *fullPath, const char *tree, int skip, int rxlMod
     if (arborUsers) addTrustee(fullPath, nullptr, name, rights, 0);
     return 0;
   }
-  if (id[0] == '\0' || !isAd) return -1;
+  if (id[0] == '\0' || !isAd) return kOwnFailure;
   if (adUsers) addTrustee(fullPath, id, name, rights, 1);
   return 0;
 }
 
-namespace {
-
-// Builds, sends and reports an addTrustee request; texts: the path, the id (AD), the name and the
-// rights list; number: whether the trustee is an AD one.
-int sendAddTrustee(const RequestTexts &texts) {
-  const char *fullPath = texts.text[0].data();
-  const char *name = texts.text[2].data();
-  const char *rights = texts.text[3].data();
+int addTrustee(const char *fullPath, const char *id, const char *name, const char *rights,
+               int isAd) {
   const std::size_t length =
-      texts.number != 0
-          ? buildRequest(kFileRequestOpen, "<trustees><addTrustee type=\"adID\"><userID>",
-                         texts.text[1], "</userID><rights>", texts.text[3], "</rights><fileName>",
-                         texts.text[0], "</fileName>", gemelPiece(),
-                         "<symLink/></addTrustee></trustees>", kFileRequestClose)
-          : buildRequest(kFileRequestOpen, "<trustees><addTrustee><name>", texts.text[2],
-                         "</name><rights>", texts.text[3], "</rights><fileName>", texts.text[0],
-                         "</fileName>", gemelPiece(), "<symLink/></addTrustee></trustees>",
-                         kFileRequestClose);
+      isAd
+          ? buildRequest({kFileRequestOpen, "<trustees><addTrustee type=\"adID\"><userID>", id,
+                          "</userID><rights>", rights, "</rights><fileName>", fullPath,
+                          "</fileName>", gemelPiece(), "<symLink/></addTrustee></trustees>",
+                          kFileRequestClose})
+          : buildRequest({kFileRequestOpen, "<trustees><addTrustee><name>", name, "</name><rights>",
+                          rights, "</rights><fileName>", fullPath, "</fileName>", gemelPiece(),
+                          "<symLink/></addTrustee></trustees>", kFileRequestClose});
   Reply reply;
-  if (exchangeRequest("<addTrustee>", reply, length) != 0) return -1;
+  if (exchangeRequest("<addTrustee>", reply, length) != 0) return kOwnFailure;
   if (reply.result != 0) {
     std::fprintf(stderr, "Error adding trustee %s to %s: %s(%s)\n", name, fullPath,
                  reply.description, reply.name);
-    return -1;
+    return kOwnFailure;
   }
   if (showActions) {
     char letters[kRightsLettersSize];
     rightsToLetters(rights, letters, sizeof letters);
     std::printf("Trustee %s added to %s with rights [%s].\n", name, fullPath, letters);
   }
-  return 0;
+  return kSuccess;
 }
 
-// Builds, sends and reports a modifyInheritedRightsFilter request; texts: the path and the
-// filter's rights list.
-int sendInheritedRightsFilter(const RequestTexts &texts) {
-  const char *fullPath = texts.text[0].data();
-  const char *irf = texts.text[1].data();
+int modifyInheritedRightsFilter(const char *fullPath, const char *irf) {
   const std::size_t length = buildRequest(
-      kFileRequestOpen, "<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>",
-      texts.text[1], "</inheritedRightsFilter><fileName>", texts.text[0], "</fileName>",
-      gemelPiece(), "</modifyInheritedRightsFilter></trustees>", kFileRequestClose);
+      {kFileRequestOpen, "<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>", irf,
+       "</inheritedRightsFilter><fileName>", fullPath, "</fileName>", gemelPiece(),
+       "</modifyInheritedRightsFilter></trustees>", kFileRequestClose});
   Reply reply;
-  if (exchangeRequest("<modifyInheritedRightsFilter>", reply, length) != 0) return -1;
+  if (exchangeRequest("<modifyInheritedRightsFilter>", reply, length) != 0) return kOwnFailure;
   if (reply.result != 0) {
     std::fprintf(stderr, "Error setting IRF on %s: %s(%s)\n", fullPath, reply.description,
                  reply.name);
-    return -1;
+    return kOwnFailure;
   }
   if (showActions) {
     char letters[kRightsLettersSize];
     rightsToLetters(irf, letters, sizeof letters);
     std::printf("IRF mask [%s] added to %s.\n", letters, fullPath);
   }
-  return 0;
-}
-
-}  // namespace
-
-int addTrustee(const char *fullPath, const char *id, const char *name, const char *rights,
-               int isAd) {
-  RequestTexts texts;
-  texts.text[0] = fullPath;
-  if (isAd) texts.text[1] = id;
-  texts.text[2] = name;
-  texts.text[3] = rights;
-  texts.number = isAd;
-  return sendInTurn(sendAddTrustee, texts);
-}
-
-int modifyInheritedRightsFilter(const char *fullPath, const char *irf) {
-  RequestTexts texts;
-  texts.text[0] = fullPath;
-  texts.text[1] = irf;
-  return sendInTurn(sendInheritedRightsFilter, texts);
+  return kSuccess;
 }

@@ -9,7 +9,9 @@ inline constexpr std::size_t kBasePathSize = 4097;
 
 // Walks one trusteeInfo section (called after its start tag). basePath holds the mount point, or
 // in RXL mode the volume name, to which ':' is appended (kBasePathSize bytes). Opens the file
-// command file in normal mode. Returns 0 at </trusteeInfo>, else the first failure's code.
+// command file in normal mode (see section_restore.h). Returns 0 at </trusteeInfo>, else the
+// first failure's code: the errno of a failed open, kOwnFailure for an RXL volume not found, or
+// what walkTrusteeSection returned.
 int restoreTrustees(char *basePath, const regex_t *filter, const char *tree, int rxlMode);
 
 // The section loop of restoreTrustees, with the command file (if any) already in adminFd.
@@ -21,12 +23,14 @@ int processFileTrusteeInfo(const char *basePath, const regex_t *filter, const ch
                            int rxlMode);
 
 // Walks one trustee element and restores it unless `skip`. Returns 0, a reader failure's code, or
-// -1 for an Arbor trustee without a name or an AD trustee without an id.
+// kOwnFailure for an Arbor trustee without a name or an AD trustee without an id.
 int processATrustee(const char *fullPath, const char *tree, int skip, int rxlMode, int isAd);
 
-// One addTrustee request. id is used when isAd. Returns 0 on success, -1 on any failure.
+// One addTrustee request. id is used when isAd. Returns kSuccess when the file system accepted
+// it, kOwnFailure when it was refused or could not be exchanged (after the message). The walkers
+// do not look at the result: a refused entry does not stop the restore.
 int addTrustee(const char *fullPath, const char *id, const char *name, const char *rights,
                int isAd);
 
-// One modifyInheritedRightsFilter request. Returns 0 on success, -1 on any failure.
+// One modifyInheritedRightsFilter request. Returns as addTrustee does.
 int modifyInheritedRightsFilter(const char *fullPath, const char *irf);

@@ -11,7 +11,6 @@
 #include "document/records.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
-#include "restore/request_queue.h"
 #include "restore_fixture.h"
 
 using namespace testing_support;
@@ -50,28 +49,14 @@ protected:
     freeReplyBuffer();
   }
   // Runs the section walker over `section` (the text after <trusteeInfo>) with /srv/vol1 as the
-  // mount point and every request answered by `reply`: once on this thread, once reading ahead
-  // of its requests on a second thread. Both runs must send the same requests and print the same
-  // output in the same order, with the same result.
+  // mount point and every request answered by `reply`.
   int run(const std::string &section, const std::string &reply = replyWith(0),
           const char *tree = nullptr) {
-    const int result = runOnce(section, reply, tree, false);
-    const std::string firstOut = out, firstErr = err;
-    const std::vector<std::string> firstRequests = requests;
-    EXPECT_EQ(runOnce(section, reply, tree, true), result);
-    EXPECT_EQ(out, firstOut);
-    EXPECT_EQ(err, firstErr);
-    EXPECT_EQ(requests, firstRequests);
-    return result;
-  }
-  int runOnce(const std::string &section, const std::string &reply, const char *tree,
-              bool readAhead) {
     inputFd = openWithContents(dir, "doc.xml", section);
     resetTagReader();
     FakeAdminFile admin(dir, reply);
     Output output;
-    Walk walk{filterCompiled ? &filter : nullptr, tree};
-    const int result = readAhead ? walkAheadOfRequests(runWalk, &walk) : runWalk(&walk);
+    const int result = walkTrusteeSection("/srv/vol1", filterCompiled ? &filter : nullptr, tree, 0);
     output.finish();
     close(inputFd);
     inputFd = 0;
@@ -79,14 +64,6 @@ protected:
     err = output.err;
     requests = admin.requests();
     return result;
-  }
-  struct Walk {
-    const regex_t *filter;
-    const char *tree;
-  };
-  static int runWalk(void *context) {
-    const Walk &walk = *static_cast<const Walk *>(context);
-    return walkTrusteeSection("/srv/vol1", walk.filter, walk.tree, 0);
   }
   void useFilter(const char *expression) {
     ASSERT_EQ(regcomp(&filter, expression, REG_NOSUB), 0);

@@ -1,19 +1,18 @@
 #include "restore/user_quota_restore.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
 
 #include "channel/admin_channel.h"
+#include "channel/request_builder.h"
+#include "document/completion_codes.h"
 #include "document/records.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
 #include "document/xml_text.h"
 #include "restore/entry_messages.h"
+#include "restore/section_restore.h"
 
 namespace {
 
@@ -29,18 +28,8 @@ bool isIgnoredUserChild(const Tag &tag) {
 }  // namespace
 
 int restoreUserQuotas(const char *volume, const char *tree) {
-  adminFd = 0;
-  adminFd = open(kManageCommandFile, O_RDWR);
-  if (adminFd < 0) {
-    const int error = errno;
-    std::fprintf(stderr, "Unable to open the admin file for administration of volumes.  err=%m\n");
-    adminFd = 0;
-    return error;
-  }
-  const int result = walkUserQuotaSection(volume, tree);
-  if (adminFd > 0) close(adminFd);
-  adminFd = 0;
-  return result;
+  return restoreSection(kManageCommandFile, "volumes",
+                        [volume, tree] { return walkUserQuotaSection(volume, tree); });
 }
 
 int walkUserQuotaSection(const char *volume, const char *tree) {
@@ -102,17 +91,16 @@ int processUserQuotaInfo(const char *volume, const char *tree, int isAd) {
 }
 
 int addUserQuota(const char *volume, const char *userName, const char *quota, int isAd) {
-  std::snprintf(requestBuffer, sizeof requestBuffer,
-                "%s<userSpaceRestrictions>%s<volumeName>%s</volumeName><userName>%s</userName>"
-                "<quota>%s</quota>%s</set></userSpaceRestrictions>%s",
-                kVolumeRequestOpen, isAd ? "<set type=\"adID\">" : "<set>", volume, userName, quota,
-                gemelElement(), kVolumeRequestClose);
+  const std::size_t length = buildRequest(
+      {kVolumeRequestOpen, "<userSpaceRestrictions>", isAd ? "<set type=\"adID\">" : "<set>",
+       "<volumeName>", volume, "</volumeName><userName>", userName, "</userName><quota>", quota,
+       "</quota>", gemelPiece(), "</set></userSpaceRestrictions>", kVolumeRequestClose});
   Reply reply;
-  if (exchangeRequest("<userSpaceRestrictions>", reply) != 0) return -1;
+  if (exchangeRequest("<userSpaceRestrictions>", reply, length) != 0) return kOwnFailure;
   if (reply.result != 0) {
     std::fprintf(stderr, "Error adding user quotas for %s to %s: %s(%s)\n", userName, volume,
                  reply.description, reply.name);
-    return -1;
+    return kOwnFailure;
   }
   if (showActions)
     std::printf("User %s assigned a quota of %s on volume %s.\n", userName, quota, volume);

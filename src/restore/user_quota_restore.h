@@ -12,5 +12,7 @@ int walkUserQuotaSection(const char *volume, const char *tree);
 // reader's failure code; a refused request does not reach the result.
 int processUserQuotaInfo(const char *volume, const char *tree, int isAd);
 
-// One userSpaceRestrictions request. Returns 0 on success, -1 on any failure.
+// One userSpaceRestrictions request. Returns kSuccess when the file system accepted it,
+// kOwnFailure when it was refused or could not be exchanged (after the message); the walker goes
+// on either way.
 int addUserQuota(const char *volume, const char *userName, const char *quota, int isAd);

@@ -11,7 +11,7 @@
 #include <thread>
 
 #include "document/run_settings.h"
-#include "save/save_test_support.h"
+#include "save_test_support.h"
 
 namespace {
 
@@ -313,7 +313,7 @@ TEST_F(ExtractInfoFile, BothFiltersOnALargeFileKeepOnlyTheMatchingElements) {
 }
 
 TEST_F(ExtractInfoFile, FileLargeEnoughForPagesFaultedAheadIsCopiedWhole) {
-  // Past 32 MB the buffer's pages are made ready on a second thread while the file is read.
+  // Tens of megabytes: many reads into one buffer whose pages are faulted in as it fills.
   std::string body = "<trusteeInfo>\n";
   body.reserve(41 << 20);
   for (int i = 0; body.size() < (40 << 20); ++i)

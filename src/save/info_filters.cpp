@@ -5,7 +5,8 @@
 #include <cstring>
 #include <string_view>
 
-#include "save/filter_search.h"
+#include "document/completion_codes.h"
+#include "document/tag_search.h"
 
 // Both filters decide what to drop in one forward pass and close the gaps as they go. Every
 // search looks forward from the current element, and everything from the current element on is
@@ -13,10 +14,72 @@
 // element-by-element removal would: the bytes written over by the compaction all lie before the
 // current element and are never searched again.
 
-using info_scan::Compactor;
-using info_scan::ForwardSearch;
-using info_scan::kNone;
-using info_scan::removalEnd;
+namespace {
+
+constexpr std::size_t kNone = std::string_view::npos;
+
+// The first occurrence of a fixed text at or after a position. The positions asked for never
+// go backwards, so an earlier answer that is still ahead of the position is reused; each byte of
+// the text is searched at most once per searched text.
+class ForwardSearch {
+public:
+  ForwardSearch(const char *text, std::size_t size, std::string_view needle)
+      : text_(text, size), needle_(needle) {}
+
+  std::size_t from(std::size_t position) {
+    if (known_ && (found_ == kNone || found_ >= position)) return found_;
+    known_ = true;
+    found_ = findTag(text_, needle_, position);
+    return found_;
+  }
+
+private:
+  std::string_view text_;
+  std::string_view needle_;
+  bool known_ = false;
+  std::size_t found_ = kNone;
+};
+
+// Closes the gaps of a text in place while the drops are decided in increasing order.
+class Compactor {
+public:
+  explicit Compactor(char *text) : text_(text) {}
+
+  // Drops [begin, end) of the original text; begin is not before the end of the previous drop.
+  void drop(std::size_t begin, std::size_t end) {
+    keep(begin);
+    kept_ = end;
+    dropped_ += end - begin;
+  }
+
+  // Moves the rest down, terminates the text there and returns the number of bytes dropped.
+  std::size_t finish(std::size_t size) {
+    keep(size);
+    text_[written_] = '\0';
+    return dropped_;
+  }
+
+private:
+  // Moves the kept bytes before `end` down into place.
+  void keep(std::size_t end) {
+    if (end <= kept_) return;
+    if (written_ != kept_) std::memmove(text_ + written_, text_ + kept_, end - kept_);
+    written_ += end - kept_;
+    kept_ = end;
+  }
+
+  char *text_;
+  std::size_t kept_ = 0;
+  std::size_t written_ = 0;
+  std::size_t dropped_ = 0;
+};
+
+// End of an element's removal: through the end tag, and the line feed after it.
+std::size_t removalEnd(const char *text, std::size_t size, std::size_t endTagEnd) {
+  return endTagEnd < size && text[endTagEnd] == '\n' ? endTagEnd + 1 : endTagEnd;
+}
+
+}  // namespace
 
 void removeRange(char *position, int count, int *length) {
   if (position[count] == '\n') ++count;
@@ -45,12 +108,12 @@ int removeElementsOfSize(char *text, int *length, std::size_t size, const char *
     const std::size_t e = ends.from(p);
     if (e == kNone) {
       std::fprintf(stderr, "Missing end tag : %s\n", endTag);
-      status = -1;
+      status = kOwnFailure;
       break;
     }
     const std::size_t next = removalEnd(text, size, e + endTagLength);
     compactor.drop(p, next);
-    p = starts.fromNear(next);
+    p = starts.from(next);
   }
   const std::size_t dropped = compactor.finish(size);
   *length -= static_cast<int>(dropped);
@@ -61,14 +124,16 @@ int removeElementsOfSize(char *text, int *length, std::size_t size, const char *
 }  // namespace
 
 int removeElements(char *text, int *length, const char *startName, const char *endName) {
-  if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr) return -1;
+  if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr)
+    return kOwnFailure;
   text[*length] = '\0';
   std::size_t sizeLeft = 0;
   return removeElementsOfSize(text, length, std::strlen(text), startName, endName, &sizeLeft);
 }
 
 int removeElementsWhole(char *text, int *length, const char *startName, const char *endName) {
-  if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr) return -1;
+  if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr)
+    return kOwnFailure;
   text[*length] = '\0';
   std::size_t sizeLeft = 0;
   return removeElementsOfSize(text, length, static_cast<std::size_t>(*length), startName, endName,
@@ -100,7 +165,7 @@ std::size_t filterByPathOfSize(char *text, int *length, std::size_t size, const 
   std::size_t p = starts.from(0);
   if (p == kNone) return size;
   for (;;) {
-    const std::size_t e = ends.fromNoting(p, pathOpens, pathCloses);
+    const std::size_t e = ends.from(p);
     if (e == kNone) {
       // From here on the text stays as it is; the unfiltered rest goes to scratch.
       const std::size_t rest = size - p;
@@ -126,11 +191,11 @@ std::size_t filterByPathOfSize(char *text, int *length, std::size_t size, const 
     }
     std::size_t next;
     if (keep) {
-      next = starts.fromNear(e);
+      next = starts.from(e);
     } else {
       const std::size_t end = removalEnd(text, size, e + endTagLength);
       compactor.drop(p, end);
-      next = starts.fromNear(end);
+      next = starts.from(end);
     }
     if (next == kNone) break;
     p = next;

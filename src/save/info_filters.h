@@ -7,8 +7,8 @@
 
 // Removes every element that starts with <startName> and ends with the next </endName>, each
 // with the line feed right after it. The tags are matched literally, so <trustee> does not match
-// <trustee type="adID">. Returns 0, or -1 for a missing argument or after "Missing end tag : %s"
-// (the elements before the unmatched one are removed all the same).
+// <trustee type="adID">. Returns 0, or kOwnFailure for a missing argument or after "Missing end
+// tag : %s" (the elements before the unmatched one are removed all the same).
 int removeElements(char *text, int *length, const char *startName, const char *endName);
 
 // Removes every <elementName> element whose path does not begin with `path`. The path value

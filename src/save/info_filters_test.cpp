@@ -9,9 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "save/info_filters_oracle.h"
-#include "save/info_text_samples.h"
-#include "save/tag_search.h"
+#include "info_filters_oracle.h"
+#include "info_text_samples.h"
 
 namespace {
 
@@ -261,24 +260,26 @@ void expectSame(StderrSink &sink, const std::string &input, int kind, const char
 }
 
 void expectSameForAllFilters(const std::string &input) {
+  // Removals (0): start and end names; path filters (1): path and element name.
+  static const struct {
+    int kind;
+    const char *a;
+    const char *b;
+  } kFilters[] = {{0, "trustee type=\"adID\"", "trustee"},
+                  {0, "trustee", "trustee"},
+                  {0, "user type=\"adID\"", "user"},
+                  {0, "user", "user"},
+                  {0, "directory", "directory"},
+                  {0, "abcdefghijklmnopqrstuvwxyz", "path"},
+                  {1, "/test1", "file"},
+                  {1, "/", "file"},
+                  {1, "", "file"},
+                  {1, "\\test1", "directory"},
+                  {1, "/test1", "trustee"},
+                  {1, "/test1", "directoryXY"}};
   StderrSink sink;
-  // With the 64-byte, 32-byte and 16-byte search loops (those the processor has).
-  for (const int width : {64, 32, 16}) {
-    setTagSearchWidth(width);
-    expectSame(sink, input, 0, "trustee type=\"adID\"", "trustee");
-    expectSame(sink, input, 0, "trustee", "trustee");
-    expectSame(sink, input, 0, "user type=\"adID\"", "user");
-    expectSame(sink, input, 0, "user", "user");
-    expectSame(sink, input, 0, "directory", "directory");
-    expectSame(sink, input, 0, "abcdefghijklmnopqrstuvwxyz", "path");
-    expectSame(sink, input, 1, "/test1", "file");
-    expectSame(sink, input, 1, "/", "file");
-    expectSame(sink, input, 1, "", "file");
-    expectSame(sink, input, 1, "\\test1", "directory");
-    expectSame(sink, input, 1, "/test1", "trustee");
-    expectSame(sink, input, 1, "/test1", "directoryXY");
-  }
-  resetTagSearch();
+  for (const auto &filter : kFilters)
+    expectSame(sink, input, filter.kind, filter.a, filter.b);
 }
 
 TEST(InfoFiltersDifferential, GeneratedTextsGiveTheSameBytesAsElementByElement) {

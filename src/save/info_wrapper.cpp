@@ -3,18 +3,16 @@
 #include <cstring>
 #include <string_view>
 
-#include "save/tag_search.h"
+#include "document/tag_search.h"
 
 namespace {
 
 constexpr std::string_view kTags[3] = {"<quillReply>", "</quillReply>", "<result value="};
 constexpr std::string_view kResultEnd = "</result>";
-constexpr std::size_t kNone = WrapperTags::kNotFound;
-// A search for which the first occurrence in the text is not known.
-constexpr std::size_t kUnknown = kNone - 1;
+constexpr std::size_t kNone = std::string_view::npos;
 
 // The text left while the wrapper is cut out: pieces of the text as given, in order. Nothing
-// moves until the cutting is done, so positions in the text as given stay valid for the hints.
+// moves until the cutting is done.
 class Pieces {
 public:
   Pieces(const char *text, std::size_t size) : text_(text) {
@@ -22,22 +20,14 @@ public:
   }
 
   // The first occurrence of tag in what is left, at or after `from` (positions in what is left).
-  // `first` is where the tag first occurs in the text as given (kNone: nowhere), or kUnknown.
-  std::size_t find(std::string_view tag, std::size_t from, std::size_t first) const {
+  std::size_t find(std::string_view tag, std::size_t from) const {
     std::size_t live = 0;
     for (int i = 0; i < count_; ++i) {
       const Piece &piece = pieces_[i];
       const std::size_t length = piece.end - piece.begin;
       if (live + length > from) {
-        // Inside the piece: the hint answers unless the piece starts after it.
         const std::size_t start = piece.begin + (from > live ? from - live : 0);
-        std::size_t hit = kNone;
-        if (first == kUnknown || (first != kNone && first < start)) {
-          if (const char *found = findTag(text_ + start, text_ + piece.end, tag); found != nullptr)
-            hit = static_cast<std::size_t>(found - text_);
-        } else if (first != kNone && first + tag.size() <= piece.end) {
-          hit = first;
-        }
+        const std::size_t hit = findTag({text_, piece.end}, tag, start);
         if (hit != kNone) return live + (hit - piece.begin);
       }
       live += length;
@@ -136,47 +126,14 @@ private:
 
 }  // namespace
 
-std::size_t WrapperTagFinder::scan(const char *text, std::size_t previous, std::size_t size) {
-  std::size_t nul = kNone;
-  // The closing tag lies at the far end of the text: it is looked for in the same pass as the NUL.
-  if (first_[1] == kNone) {
-    static const PreparedTag close = prepareTag(kTags[1]);
-    const NulAndTag found = findNulAndTag(close, text + next_[1], text + previous, text + size);
-    if (found.nul != nullptr) nul = static_cast<std::size_t>(found.nul - text);
-    if (found.tag != nullptr) first_[1] = static_cast<std::size_t>(found.tag - text);
-  } else if (const void *found = std::memchr(text + previous, '\0', size - previous);
-             found != nullptr) {
-    nul = static_cast<std::size_t>(static_cast<const char *>(found) - text);
-  }
-  const std::size_t end = nul != kNone ? nul : size;
-  for (int i = 0; i < 3; ++i) {
-    const std::string_view tag = kTags[i];
-    if (first_[i] == kNone && i != 1) {
-      if (const char *hit = findTag(text + next_[i], text + end, tag); hit != nullptr)
-        first_[i] = static_cast<std::size_t>(hit - text);
-    }
-    // A tag that starts in the last few bytes may still be completed by the next piece.
-    if (first_[i] == kNone && end >= tag.size() && end - tag.size() + 1 > next_[i])
-      next_[i] = end - tag.size() + 1;
-  }
-  return nul;
-}
-
-WrapperTags WrapperTagFinder::found(std::size_t length) const {
-  std::size_t kept[3];
-  for (int i = 0; i < 3; ++i)
-    kept[i] = first_[i] != kNone && first_[i] + kTags[i].size() <= length ? first_[i] : kNone;
-  return {kept[0], kept[1], kept[2]};
-}
-
-char *stripInfoWrapper(char *text, int *length, const WrapperTags &first) {
+char *stripInfoWrapper(char *text, int *length) {
   Pieces left(text, static_cast<std::size_t>(*length));
-  if (const std::size_t open = left.find(kTags[0], 0, first.open); open != kNone)
+  if (const std::size_t open = left.find(kTags[0], 0); open != kNone)
     left.cut(open, kTags[0].size() + 1);
-  if (const std::size_t close = left.find(kTags[1], 0, first.close); close != kNone)
+  if (const std::size_t close = left.find(kTags[1], 0); close != kNone)
     left.cut(close, kTags[1].size() + 1);
-  if (const std::size_t result = left.find(kTags[2], 0, first.result); result != kNone) {
-    if (const std::size_t end = left.find(kResultEnd, result, kUnknown); end != kNone)
+  if (const std::size_t result = left.find(kTags[2], 0); result != kNone) {
+    if (const std::size_t end = left.find(kResultEnd, result); end != kNone)
       left.cut(result, end + kResultEnd.size() - result + 1);
   }
   return left.join(text, length);

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "channel/admin_channel.h"
+#include "channel/request_builder.h"
 #include "document/records.h"
 #include "document/tag_reader.h"
 #include "save/identity_library.h"
@@ -20,8 +21,6 @@ constexpr std::size_t kFileNameSize = 4096;  // "<volume>:<path>"
 constexpr char kReaderLabel[] = "copyTrustees";
 constexpr char kPlainRemoval[] = "removeTrustee";
 constexpr char kAdRemoval[] = "removeTrustee type=\"adID\"";
-constexpr char kRemovalRequest[] =
-    "%s<trustee><%s><fileName>%s</fileName><userID>%s</userID></removeTrustee></trustee>%s";
 
 // Closes the info file, the admin command file and frees the joined name on every way out.
 // Standard input keeps the info file: the redirection outlives this call on purpose.
@@ -52,9 +51,10 @@ bool startsWith(const char *text, const char *prefix) {
 
 // Sends one removeTrustee request and reports a refusal; the scan goes on either way.
 void removeTrustee(TrusteeScan &scan, const char *form, const char *identifier) {
-  std::snprintf(requestBuffer, kRequestBufferSize, kRemovalRequest, kFileRequestOpen, form,
-                scan.fileName, identifier, kFileRequestClose);
-  if (sendRequest() != 0) {
+  const std::size_t length = buildRequest(
+      {kFileRequestOpen, "<trustee><", form, "><fileName>", scan.fileName, "</fileName><userID>",
+       identifier, "</userID></removeTrustee></trustee>", kFileRequestClose});
+  if (sendRequest(length) != 0) {
     scan.unknownName = false;
     return;
   }

@@ -2,6 +2,7 @@
 // file is read in chunks, cut into blocks of whole lines, and each block goes through a scanner
 // whose state carries over from one block to the next.
 #include "save/rxl_import.h"
+#include "document/completion_codes.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -216,7 +217,7 @@ int importRxlTrusteeFile(const char *fileName, const char *pathFilter) {
   const int fd = open(fileName, O_RDONLY);
   if (fd < 0) {
     std::fprintf(stderr, "Unable to open %s.  err=%m\n", fileName);
-    return -1;
+    return kOwnFailure;
   }
   if (write(STDOUT_FILENO, kTrusteeSectionOpen, 14) < 0) {
     const int error = errno;
@@ -248,7 +249,7 @@ int importRxlTrusteeFile(const char *fileName, const char *pathFilter) {
         lastLineEnd == nullptr ? 0 : static_cast<const char *>(lastLineEnd) - chunk + 1;
     if (carried + (whole > 0 ? whole : size) > kCarrySize) {
       std::fprintf(stderr, "Saved line that was too long to process\n");
-      result = -2;
+      result = kLineTooLong;
       break;
     }
     if (whole == 0) {

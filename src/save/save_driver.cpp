@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "cli/options.h"
+#include "document/completion_codes.h"
 #include "document/records.h"
 #include "save/info_file.h"
 #include "save/invalid_trustees.h"
@@ -46,7 +47,7 @@ bool writeTrusteeSection(TrusteeSource source, const char *volume, const char *i
     // The removal reports success as 1; anything else ends the save with that code, so a
     // removal that reports 0 ends it with code 0.
     if (int removed = removeInvalidTrustees(volume, infoDir, kTrusteeInfoFile, path);
-        removed != 1) {
+        removed != kRemovalSucceeded) {
       *code = removed;
       return false;
     }

@@ -10,7 +10,7 @@
 #include "cli/options.h"
 #include "document/run_settings.h"
 #include "save/save_plan.h"
-#include "save/save_test_support.h"
+#include "save_test_support.h"
 
 namespace {
 

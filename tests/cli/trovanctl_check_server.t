@@ -81,3 +81,13 @@ the five entities makes that decoding loop for ever: check finds it (and never r
     > trovanctl: rxl.xml:3:33: name text "R&D.T." holds an '&' that trovan restore -n decodes forever: the restore would never return
     > rxl.xml: 2 entries (2 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 2 requests (2 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 2 findings
     ? 1
+
+Values longer than the fields trovan reads them into: trovan sends nothing for the entry, and a
+directory quota path that makes, with the mount point, a file name over 4,095 bytes ends trovan's
+process.
+
+    $ printf '<metadata><userInfo><user><name>%s</name><quotaAmount>1</quotaAmount></user></userInfo><dirInfo><directory><path>\\%s</path><quotaAmount>1</quotaAmount></directory></dirInfo></metadata>\n' $(printf 'n%.0s' {1..1024}) $(printf 'd%.0s' {1..4090}) > long.xml && trovanctl check long.xml
+    > trovanctl: long.xml:1:21: <name> text of 1024 bytes, over trovan restore's limit of 1023: it sends nothing for this user quota
+    > trovanctl: long.xml:1:1130: the mount point and this path make a file name of 4102 bytes, over 4,095: trovan restore would end the process here
+    > long.xml: 2 entries (0 trustees, 0 filters, 1 user quota, 1 directory quota); trovan restore would send 2 requests (0 addTrustee, 0 modifyInheritedRightsFilter, 1 userSpaceRestrictions, 1 addQuota); 2 findings
+    ? 1

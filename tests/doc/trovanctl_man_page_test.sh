@@ -44,7 +44,7 @@ done
 
 # Every finding code of the sources.
 codes=$(ls "$source_dir"/src/model/*.cpp "$source_dir"/src/ctl/*.cpp | grep -v '_test\.cpp$' |
-  xargs grep -ohE '(report\(|sink\(\{)[^"]*"[a-z]+(-[a-z]+)*"' | sed -E 's/.*"([a-z-]+)"$/\1/' |
+  xargs grep -ohE '(report\(|sink\(\{|findings_\(\{)[^"]*"[a-z]+(-[a-z]+)*"' | sed -E 's/.*"([a-z-]+)"$/\1/' |
   sort -u)
 [[ -n $codes ]] || fail "no finding codes found in the sources"
 for code in $codes; do

@@ -15,6 +15,8 @@ namespace {
 
 std::string redirectTarget;
 bool redirectSet = false;
+std::string manageTarget;
+bool manageSet = false;
 bool failStdinRedirect = false;
 
 using OpenFunction = int (*)(const char *, int, ...);
@@ -26,6 +28,8 @@ template <typename Function> Function realFunction(const char *name) {
 
 int openRedirected(OpenFunction real, const char *path, int flags, mode_t mode) {
   if (path != nullptr && std::strncmp(path, "/_admin", 7) == 0) {
+    if (std::strcmp(path, "/_admin/Manage_QUILL/manage.cmd") == 0 && manageSet)
+      return real(manageTarget.c_str(), flags | O_APPEND, mode);
     if (std::strcmp(path, "/_admin/Manage_QUILL/files.cmd") != 0 || !redirectSet) {
       errno = ENOENT;
       return -1;
@@ -44,6 +48,11 @@ mode_t modeArgument(int flags, va_list arguments) {
 void redirectFilesCommandFile(const char *path) {
   redirectSet = path != nullptr;
   redirectTarget = path != nullptr ? path : "";
+}
+
+void redirectManageCommandFile(const char *path) {
+  manageSet = path != nullptr;
+  manageTarget = path != nullptr ? path : "";
 }
 
 void failNextStdinRedirect() { failStdinRedirect = true; }

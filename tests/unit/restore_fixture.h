@@ -103,14 +103,17 @@ private:
   int fd_ = -1;
 };
 
-// Puts every process-wide setting back, and gives the run its reply buffer.
+// Puts every process-wide setting back, each through its owner's reset: the run settings
+// (showActions, debug, arborUsers, adUsers, inputFd), the admin channel (reflectOnGemel,
+// adminFd, the request and reply buffers, the request stand-in) and the tag reader (its reading
+// state and its window-only setting). Then gives the run a reply buffer and both user types, as
+// a restore without -u has.
 inline void resetProcessState() {
   resetRunSettings();
   resetAdminChannel();
   resetTagReader();
-  freeReplyBuffer();
   allocateReplyBuffer();
-  arborUsers = adUsers = 1;  // restore without -u
+  arborUsers = adUsers = 1;
 }
 
 // Captures what the code writes on descriptors 1 and 2 (stdio included).

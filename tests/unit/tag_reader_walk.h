@@ -1,5 +1,5 @@
 // A seeded walk through a document with a tag reader: the same calls in the same order on any
-// reader, with everything each call returns written down, so that the walks of the fast reader
+// reader, with everything each call returns written down, so that the walks of the reader
 // and of the window-copying reference can be compared. Used by the differential test and by the
 // differential fuzz target.
 #pragma once
@@ -21,8 +21,7 @@ struct TagReaderCalls {
   void (*reset)();
 };
 
-inline const TagReaderCalls kFastReader{readTag, readContents, goPastEndTag, getRights,
-                                        resetTagReader};
+inline const TagReaderCalls kReader{readTag, readContents, goPastEndTag, getRights, resetTagReader};
 inline const TagReaderCalls kReferenceReader{oracle::readTag, oracle::readContents,
                                              oracle::goPastEndTag, oracle::getRights,
                                              oracle::resetTagReader};

@@ -1,0 +1,238 @@
+#include "ctl/restore_match.h"
+
+#include "document/completion_codes.h"
+#include "document/records.h"
+#include "document/xml_text.h"
+
+namespace {
+
+// Entries kept waiting for their request at most; older ones are judged not sent.
+constexpr std::size_t kPendingLimit = 65536;
+
+std::string describe(EntryKind kind, const std::string &user, const std::string &fileName) {
+  std::string text(kindName(kind));
+  if (!user.empty()) text += " of " + user;
+  if (!fileName.empty()) text += " on " + fileName;
+  return text;
+}
+
+std::string letters(RightsSet rights) { return "[" + rightsLetters(rights) + "]"; }
+
+}  // namespace
+
+RestoreMatch::RestoreMatch(DocumentReader &reader, const CheckOptions &options,
+                           const RestoreSettings &settings, FindingSink findings,
+                           std::function<void(const Entry &)> onEntry,
+                           std::function<unsigned long long()> restoreOffset)
+    : reader_(reader), options_(options), settings_(settings), findings_(std::move(findings)),
+      onEntry_(std::move(onEntry)), restoreOffset_(std::move(restoreOffset)) {}
+
+void RestoreMatch::expect(Pending &pending) const {
+  const Entry &entry = pending.entry;
+  pending.expected = wouldRestore(entry, options_, settings_);
+  if (entry.kind != EntryKind::userQuota) {
+    pending.fileName = options_.mountPoint + comparablePath(entry);
+  } else {
+    pending.fileName.clear();
+  }
+  if (entry.kind == EntryKind::trustee && entry.ad) {
+    pending.user = entry.id;
+  } else if (entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota) {
+    // trovan's own -t rule, on the name as the file system reads it.
+    char name[kNameTextSize];
+    pending.user = entry.name;
+    if (entry.name.size() < sizeof name) {
+      entry.name.copy(name, entry.name.size());
+      name[entry.name.size()] = '\0';
+      if (replaceTreeName(name, options_.treeGiven ? options_.tree.c_str() : nullptr, sizeof name))
+        pending.user = name;
+    }
+  }
+}
+
+bool RestoreMatch::pull() {
+  if (readerDone_) return false;
+  Pending pending;
+  if (!reader_.next(pending.entry)) {
+    readerDone_ = true;
+    return false;
+  }
+  if (onEntry_) onEntry_(pending.entry);
+  lastEntryAt_ = pending.entry.at;
+  expect(pending);
+  pending_.push_back(std::move(pending));
+  if (pending_.size() > kPendingLimit) dropThrough(0);
+  return true;
+}
+
+void RestoreMatch::pullUpTo(unsigned long long offset) {
+  while (!readerDone_ && (pending_.empty() || reader_.offset() < offset))
+    if (!pull()) break;
+}
+
+void RestoreMatch::reportNotSent(const Pending &pending) {
+  findings_({pending.entry.at, "not-sent",
+             "trovan restore would send nothing for this " +
+                 describe(pending.entry.kind, pending.user, pending.fileName)});
+}
+
+// Removes the pending entries up to `index`, included; those before it that should have been
+// sent never will be (trovan sends in document order).
+void RestoreMatch::dropThrough(std::size_t index) {
+  for (std::size_t at = 0; at < index; ++at)
+    if (pending_[at].expected) reportNotSent(pending_[at]);
+  pending_.erase(pending_.begin(), pending_.begin() + static_cast<long>(index) + 1);
+}
+
+void RestoreMatch::compareValues(const Pending &pending, const SentRequest &request) {
+  const Entry &entry = pending.entry;
+  const std::string what = describe(entry.kind, pending.user, pending.fileName);
+  if (!pending.expected)
+    findings_({entry.at, "unexpected-request",
+               "trovan restore would send this " + what + " although the options leave it out"});
+  if ((entry.kind == EntryKind::trustee || entry.kind == EntryKind::filter) &&
+      (request.rights != entry.rights || request.unknownRight))
+    findings_({entry.at, "sent-otherwise",
+               "trovan restore would send this " + what + " with rights " +
+                   letters(request.rights) +
+                   (request.unknownRight ? " and elements that are not rights" : "") + ", not " +
+                   letters(entry.rights)});
+  if ((entry.kind == EntryKind::userQuota || entry.kind == EntryKind::dirQuota) &&
+      request.amount != entry.amount)
+    findings_({entry.at, "sent-otherwise",
+               "trovan restore would send this " + what + " with the amount \"" + request.amount +
+                   "\", not \"" + entry.amount + "\""});
+  if (entry.kind == EntryKind::trustee && request.ad != entry.ad)
+    findings_({entry.at, "sent-otherwise",
+               "trovan restore would send this " + what +
+                   (request.ad ? " as an AD user" : " as an Arbor user")});
+}
+
+Position RestoreMatch::lastPosition() const {
+  if (!pending_.empty()) return pending_.back().entry.at;
+  if (reader_.failed()) return reader_.position();
+  return lastEntryAt_;
+}
+
+void RestoreMatch::reportUnmatched(const SentRequest &request) {
+  const EntryKind kind = entryKindOf(request.kind);
+  std::string what = describe(kind, request.user, request.fileName);
+  if (kind == EntryKind::trustee || kind == EntryKind::filter)
+    what += " " + letters(request.rights);
+  if (kind == EntryKind::userQuota || kind == EntryKind::dirQuota) what += " " + request.amount;
+  if (reader_.failed() && pending_.empty())
+    findings_({reader_.position(), "unexpected-request",
+               "past the point where the document stops being XML, trovan restore would still "
+               "send this " +
+                   what});
+  else
+    findings_(
+        {lastPosition(), "unexpected-request",
+         "trovan restore would send this " + what + ", which no entry of the document asks for"});
+}
+
+namespace {
+
+// The request kind named in bytes that are not one of trovan's forms, for the count.
+RequestKind guessKind(std::string_view bytes) {
+  if (bytes.find("<modifyInheritedRightsFilter>") != std::string_view::npos)
+    return RequestKind::modifyInheritedRightsFilter;
+  if (bytes.find("<userSpaceRestrictions>") != std::string_view::npos)
+    return RequestKind::userSpaceRestrictions;
+  if (bytes.find("<directoryQuota>") != std::string_view::npos) return RequestKind::addQuota;
+  return RequestKind::addTrustee;
+}
+
+bool sameTarget(EntryKind kind, const std::string &fileName, const std::string &user,
+                const SentRequest &request) {
+  if (kind != entryKindOf(request.kind)) return false;
+  if (kind != EntryKind::userQuota && fileName != request.fileName) return false;
+  return (kind != EntryKind::trustee && kind != EntryKind::userQuota) || user == request.user;
+}
+
+std::string statusText(int status) {
+  if (status == kEndOfInput)
+    return "trovan restore would end with status 157 here: the document ends before </metadata>";
+  return "trovan restore would stop with status " + std::to_string(status & 0xff) +
+         " before this entry";
+}
+
+}  // namespace
+
+void RestoreMatch::request(std::string_view bytes) {
+  pullUpTo(restoreOffset_ ? restoreOffset_() : ~0ULL);
+  SentRequest request;
+  if (!readSentRequest(bytes, request)) {
+    ++sent_[static_cast<int>(guessKind(bytes))];
+    std::size_t index = 0;
+    while (index < pending_.size() && !pending_[index].expected)
+      ++index;
+    const Position at = index < pending_.size() ? pending_[index].entry.at : lastPosition();
+    findings_({at, "malformed-request",
+               "trovan restore would send a request that is none of its forms: " +
+                   std::string(bytes.substr(0, 160)) + (bytes.size() > 160 ? "..." : "")});
+    if (index < pending_.size()) dropThrough(index);
+    return;
+  }
+  ++sent_[static_cast<int>(request.kind)];
+  for (std::size_t at = 0; at < pending_.size(); ++at) {
+    if (!sameTarget(pending_[at].entry.kind, pending_[at].fileName, pending_[at].user, request))
+      continue;
+    compareValues(pending_[at], request);
+    dropThrough(at);
+    return;
+  }
+  // The first entry still waiting for its request, when the request is of its kind but names
+  // another file or user: that is where its request went.
+  std::size_t first = 0;
+  while (first < pending_.size() && !pending_[first].expected)
+    ++first;
+  const EntryKind kind = entryKindOf(request.kind);
+  // A trustee is known by its user first: the same user on another path is where it went.
+  for (std::size_t at = first; kind == EntryKind::trustee && at < pending_.size(); ++at) {
+    const Pending &pending = pending_[at];
+    if (pending.entry.kind != kind || pending.user != request.user) continue;
+    findings_({pending.entry.at, "lands-elsewhere",
+               "trovan restore would add this trustee of " + pending.user + " to " +
+                   request.fileName + ", not to " + pending.fileName});
+    dropThrough(at);
+    return;
+  }
+  if (first < pending_.size() && pending_[first].entry.kind == kind &&
+      kind != EntryKind::userQuota) {
+    const Pending &pending = pending_[first];
+    if (pending.fileName == request.fileName)
+      findings_({pending.entry.at, "sent-for-another-user",
+                 "trovan restore would send this " + std::string(kindName(kind)) + " on " +
+                     pending.fileName + " for " + request.user + ", not for " + pending.user});
+    else
+      findings_({pending.entry.at, "lands-elsewhere",
+                 "trovan restore would send this " + std::string(kindName(kind)) + " to " +
+                     request.fileName + ", not to " + pending.fileName});
+    dropThrough(first);
+    return;
+  }
+  reportUnmatched(request);
+}
+
+void RestoreMatch::finish(int status) {
+  pullUpTo(restoreOffset_ ? restoreOffset_() : ~0ULL);
+  std::size_t first = 0;
+  while (first < pending_.size() && !pending_[first].expected)
+    ++first;
+  Position stoppedAt;
+  const bool stoppedAtEntry = first < pending_.size() && status != kEndOfInput;
+  if (stoppedAtEntry) stoppedAt = pending_[first].entry.at;
+  while (pull()) {
+  }
+  for (const Pending &pending : pending_)
+    if (pending.expected) reportNotSent(pending);
+  pending_.clear();
+  if (status == 0) return;
+  findings_({stoppedAtEntry ? stoppedAt : reader_.position(), "restore-stops", statusText(status)});
+}
+
+void RestoreMatch::drain() {
+  while (pull())
+    pending_.clear();
+}

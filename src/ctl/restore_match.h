@@ -1,0 +1,61 @@
+// What trovan restore would send, set against what the document says. The requests come one by
+// one from trovan's own restore run over the document; the entries come from the strict reader
+// over the same bytes, pulled only as far as trovan has read, so that neither side is held
+// whole. Every difference becomes a finding on the line of the entry it concerns.
+#pragma once
+#include <deque>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "ctl/check_settings.h"
+#include "model/document_reader.h"
+#include "model/sent_request.h"
+
+class RestoreMatch {
+public:
+  // `restoreOffset` tells how many bytes of the document trovan's reader has taken so far;
+  // `onEntry` sees every entry the strict reader yields, in order.
+  RestoreMatch(DocumentReader &reader, const CheckOptions &options, const RestoreSettings &settings,
+               FindingSink findings, std::function<void(const Entry &)> onEntry,
+               std::function<unsigned long long()> restoreOffset);
+
+  // One request trovan's restore would send, as its bytes.
+  void request(std::string_view bytes);
+  // The restore has ended with `status`: what was not sent is reported, and a status other
+  // than 0 too.
+  void finish(int status);
+  // Without a restore run: reads the rest of the document for its entries alone.
+  void drain();
+
+  // Requests seen, by RequestKind.
+  unsigned long sent(RequestKind kind) const { return sent_[static_cast<int>(kind)]; }
+
+private:
+  struct Pending {
+    Entry entry;
+    bool expected;
+    std::string fileName;  // what the request should name, as the file system reads it
+    std::string user;
+  };
+
+  bool pull();
+  void pullUpTo(unsigned long long offset);
+  void expect(Pending &pending) const;
+  void dropThrough(std::size_t index);
+  void reportNotSent(const Pending &pending);
+  void compareValues(const Pending &pending, const SentRequest &request);
+  void reportUnmatched(const SentRequest &request);
+  Position lastPosition() const;
+
+  DocumentReader &reader_;
+  const CheckOptions &options_;
+  const RestoreSettings &settings_;
+  FindingSink findings_;
+  std::function<void(const Entry &)> onEntry_;
+  std::function<unsigned long long()> restoreOffset_;
+  std::deque<Pending> pending_;
+  bool readerDone_ = false;
+  Position lastEntryAt_;
+  unsigned long sent_[4] = {};
+};

@@ -1,0 +1,150 @@
+#include "model/sent_request.h"
+
+#include "model/server_text.h"
+
+namespace {
+
+constexpr std::string_view kFileOpen =
+    "<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>";
+constexpr std::string_view kFileClose = "</fileRequest>";
+constexpr std::string_view kVolumeOpen =
+    "<virtualIO><datastream name=\"command\"/></virtualIO><quillRequest>";
+constexpr std::string_view kVolumeClose = "</quillRequest>";
+
+// Reads a request from its start, piece by piece.
+struct Cursor {
+  std::string_view rest;
+  bool ok = true;
+
+  bool take(std::string_view literal) {
+    if (!ok || !rest.starts_with(literal)) return false;
+    rest.remove_prefix(literal.size());
+    return true;
+  }
+  void need(std::string_view literal) {
+    if (!take(literal)) ok = false;
+  }
+  // The text up to `end`, which is consumed. A text that holds a '<' is not a value.
+  std::string_view until(std::string_view end, bool allowTags = false) {
+    const std::size_t at = ok ? rest.find(end) : std::string_view::npos;
+    if (at == std::string_view::npos) {
+      ok = false;
+      return {};
+    }
+    const std::string_view text = rest.substr(0, at);
+    rest.remove_prefix(at + end.size());
+    if (!allowTags && text.find('<') != std::string_view::npos) ok = false;
+    return text;
+  }
+};
+
+// "<read/><write/>" to a set; false when it is not a run of empty elements.
+bool readRights(std::string_view text, RightsSet &rights, bool &unknown) {
+  rights = 0;
+  while (!text.empty()) {
+    if (!text.starts_with('<')) return false;
+    const std::size_t end = text.find("/>");
+    if (end == std::string_view::npos) return false;
+    const RightsSet bit = rightBit(text.substr(1, end - 1));
+    if (bit == 0) unknown = true;
+    rights |= bit;
+    text.remove_prefix(end + 2);
+  }
+  return true;
+}
+
+bool readTrusteeRequest(Cursor &cursor, SentRequest &request) {
+  if (cursor.take("<trustees><addTrustee type=\"adID\"><userID>")) {
+    request.ad = true;
+    request.user = decodeAsServer(cursor.until("</userID>"));
+  } else if (cursor.take("<trustees><addTrustee><name>")) {
+    request.user = decodeAsServer(cursor.until("</name>"));
+  } else {
+    request.kind = RequestKind::modifyInheritedRightsFilter;
+    cursor.need("<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>");
+    if (!readRights(cursor.until("</inheritedRightsFilter>", true), request.rights,
+                    request.unknownRight))
+      return false;
+    cursor.need("<fileName>");
+    request.fileName = decodeAsServer(cursor.until("</fileName>", true));
+    request.gemel = cursor.take("<gemelPath/>");
+    cursor.need("</modifyInheritedRightsFilter></trustees>");
+    return cursor.ok;
+  }
+  cursor.need("<rights>");
+  if (!readRights(cursor.until("</rights>", true), request.rights, request.unknownRight))
+    return false;
+  cursor.need("<fileName>");
+  request.fileName = decodeAsServer(cursor.until("</fileName>", true));
+  request.gemel = cursor.take("<gemelPath/>");
+  cursor.need("<symLink/></addTrustee></trustees>");
+  return cursor.ok;
+}
+
+bool readQuotaRequest(Cursor &cursor, SentRequest &request) {
+  request.kind = RequestKind::addQuota;
+  cursor.need("<directoryQuota><addQuota><fileName>");
+  request.fileName = decodeAsServer(cursor.until("</fileName>", true));
+  request.gemel = cursor.take("<gemelPath/>");
+  cursor.need("<quotaAmount>");
+  request.amount = decodeAsServer(cursor.until("</quotaAmount>"));
+  cursor.need("</addQuota></directoryQuota>");
+  return cursor.ok;
+}
+
+bool readUserQuotaRequest(Cursor &cursor, SentRequest &request) {
+  request.kind = RequestKind::userSpaceRestrictions;
+  cursor.need("<userSpaceRestrictions>");
+  if (cursor.take("<set type=\"adID\">"))
+    request.ad = true;
+  else
+    cursor.need("<set>");
+  cursor.need("<volumeName>");
+  request.volume = decodeAsServer(cursor.until("</volumeName>"));
+  cursor.need("<userName>");
+  request.user = decodeAsServer(cursor.until("</userName>"));
+  cursor.need("<quota>");
+  request.amount = decodeAsServer(cursor.until("</quota>"));
+  request.gemel = cursor.take("<gemelPath/>");
+  cursor.need("</set></userSpaceRestrictions>");
+  return cursor.ok;
+}
+
+}  // namespace
+
+bool readSentRequest(std::string_view bytes, SentRequest &request) {
+  request = SentRequest();
+  Cursor cursor{bytes};
+  bool read = false;
+  if (cursor.take(kFileOpen)) {
+    if (!bytes.ends_with(kFileClose)) return false;
+    cursor.rest.remove_suffix(kFileClose.size());
+    read = cursor.rest.starts_with("<directoryQuota>") ? readQuotaRequest(cursor, request)
+                                                       : readTrusteeRequest(cursor, request);
+  } else if (cursor.take(kVolumeOpen)) {
+    if (!bytes.ends_with(kVolumeClose)) return false;
+    cursor.rest.remove_suffix(kVolumeClose.size());
+    read = readUserQuotaRequest(cursor, request);
+  }
+  return read && cursor.ok && cursor.rest.empty();
+}
+
+EntryKind entryKindOf(RequestKind kind) {
+  switch (kind) {
+  case RequestKind::addTrustee: return EntryKind::trustee;
+  case RequestKind::modifyInheritedRightsFilter: return EntryKind::filter;
+  case RequestKind::userSpaceRestrictions: return EntryKind::userQuota;
+  case RequestKind::addQuota: break;
+  }
+  return EntryKind::dirQuota;
+}
+
+std::string_view requestName(RequestKind kind) {
+  switch (kind) {
+  case RequestKind::addTrustee: return "addTrustee";
+  case RequestKind::modifyInheritedRightsFilter: return "modifyInheritedRightsFilter";
+  case RequestKind::userSpaceRestrictions: return "userSpaceRestrictions";
+  case RequestKind::addQuota: break;
+  }
+  return "addQuota";
+}

@@ -1,0 +1,35 @@
+// A request as trovan sends it to the file system, read back into what the file system makes of
+// it: its kind, the file or user it names and the values it sets, texts decoded as the file
+// system decodes them. Only the exact forms trovan's restore writes are read; anything else
+// (a request whose texts carried markup, say) is not.
+#pragma once
+#include <string>
+#include <string_view>
+
+#include "model/entry.h"
+
+enum class RequestKind : std::uint8_t {
+  addTrustee,
+  modifyInheritedRightsFilter,
+  userSpaceRestrictions,
+  addQuota,
+};
+
+struct SentRequest {
+  RequestKind kind = RequestKind::addTrustee;
+  bool ad = false;            // type="adID" (addTrustee, userSpaceRestrictions)
+  bool gemel = false;         // carries <gemelPath/>
+  std::string fileName;       // addTrustee, modifyInheritedRightsFilter, addQuota
+  std::string user;           // the <name> or <userID> of addTrustee, the <userName> of a quota
+  std::string volume;         // userSpaceRestrictions
+  std::string amount;         // the quota of userSpaceRestrictions and addQuota
+  RightsSet rights = 0;       // addTrustee, modifyInheritedRightsFilter
+  bool unknownRight = false;  // a rights element outside the table
+};
+
+// Reads one request. False when the bytes are not exactly one of trovan's request forms.
+bool readSentRequest(std::string_view bytes, SentRequest &request);
+
+// The entry kind a request kind restores.
+EntryKind entryKindOf(RequestKind kind);
+std::string_view requestName(RequestKind kind);
