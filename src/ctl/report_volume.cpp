@@ -10,19 +10,37 @@
 
 namespace {
 
+// Merges `from` (a node of the same path) into `into`.
+void mergeNode(PathNode &into, PathNode &from) {
+  into.trustees.insert(into.trustees.end(), from.trustees.begin(), from.trustees.end());
+  if (from.hasFilter) {
+    into.hasFilter = true;
+    into.filter = from.filter;
+  }
+  if (from.hasDirQuota) {
+    into.hasDirQuota = true;
+    into.dirQuota = std::move(from.dirQuota);
+  }
+}
+
+// Whether `path` lies strictly below `above`.
+bool strictlyBelow(const std::string &path, const std::string &above) {
+  return path.size() > above.size() && underPath(path, above);
+}
+
 struct Builder {
   ReportVolume &volume;
-  std::unordered_map<std::string, std::uint32_t> pathIndex;
+  std::vector<PathNode> read;  // a node for each run of entries of one path, as they come
   std::unordered_map<std::string, std::uint32_t> userIndex;
   std::string key;
 
-  std::uint32_t node(const std::string &path) {
-    const auto [at, added] = pathIndex.try_emplace(path, std::uint32_t(volume.nodes.size()));
-    if (added) {
-      volume.nodes.emplace_back();
-      volume.nodes.back().path = path;
+  PathNode &node(const std::string &path) {
+    // The entries of one <file> come together: most entries need no new node.
+    if (read.empty() || read.back().path != path) {
+      read.emplace_back();
+      read.back().path = path;
     }
-    return at->second;
+    return read.back();
   }
 
   std::uint32_t user(const Entry &entry) {
@@ -43,7 +61,7 @@ struct Builder {
       return;
     }
     const std::uint32_t userAt = entry.kind == EntryKind::trustee ? user(entry) : kNone;
-    PathNode &target = volume.nodes[node(nodePath(comparablePath(entry)))];
+    PathNode &target = node(nodePath(comparablePath(entry)));
     switch (entry.kind) {
     case EntryKind::trustee: target.trustees.push_back({userAt, entry.rights}); break;
     case EntryKind::filter:
@@ -57,27 +75,45 @@ struct Builder {
     }
   }
 
-  // Adds every directory above the paths read, then sorts and links each node to its parent.
+  // Appends `node` to the volume below the nodes on `stack`, adding the directories between.
+  void place(PathNode &&node, std::vector<std::uint32_t> &stack) {
+    std::vector<PathNode> &nodes = volume.nodes;
+    while (!strictlyBelow(node.path, nodes[stack.back()].path))
+      stack.pop_back();
+    for (;;) {
+      const std::string &above = nodes[stack.back()].path;
+      const std::size_t next = node.path.find('/', above.size() + (above.size() > 1 ? 1 : 0));
+      if (next == std::string::npos) break;
+      PathNode directory;
+      directory.path = node.path.substr(0, next);
+      directory.parent = stack.back();
+      stack.push_back(std::uint32_t(nodes.size()));
+      nodes.push_back(std::move(directory));
+    }
+    node.parent = stack.back();
+    stack.push_back(std::uint32_t(nodes.size()));
+    nodes.push_back(std::move(node));
+  }
+
+  // Puts the nodes in tree order, merges those of one path, and adds every directory above.
   void finish() {
-    node("/");
-    for (std::size_t at = 0; at < volume.nodes.size(); ++at) {
-      std::string path = volume.nodes[at].path;
-      while (path != "/") {
-        const std::size_t slash = path.rfind('/');
-        path.resize(slash == 0 ? 1 : slash);
-        if (pathIndex.count(path) != 0) break;
-        node(path);
-      }
+    const auto before = [](const PathNode &a, const PathNode &b) {
+      return treeBefore(a.path, b.path);
+    };
+    if (!std::is_sorted(read.begin(), read.end(), before))
+      std::stable_sort(read.begin(), read.end(), before);
+    volume.nodes.reserve(read.size() + 1);
+    volume.nodes.emplace_back();
+    volume.nodes.back().path = "/";
+    std::vector<std::uint32_t> stack{0};
+    for (PathNode &each : read) {
+      PathNode &last = volume.nodes.back();
+      if (each.path == last.path)
+        mergeNode(last, each);
+      else
+        place(std::move(each), stack);
     }
-    std::sort(volume.nodes.begin(), volume.nodes.end(),
-              [](const PathNode &a, const PathNode &b) { return treeBefore(a.path, b.path); });
-    for (std::size_t at = 0; at < volume.nodes.size(); ++at)
-      pathIndex[volume.nodes[at].path] = std::uint32_t(at);
-    for (PathNode &each : volume.nodes) {
-      if (each.path == "/") continue;
-      const std::size_t slash = each.path.rfind('/');
-      each.parent = pathIndex[slash == 0 ? std::string("/") : each.path.substr(0, slash)];
-    }
+    read.clear();
   }
 };
 
@@ -92,6 +128,7 @@ std::string collectVolume(int fd, const std::string &file, ReportVolume &volume)
            ": " + finding.message;
   };
   Builder builder{volume, {}, {}, {}};
+  builder.userIndex.reserve(1024);
   DocumentReader reader(fd, sink);
   Entry entry;
   while (reader.next(entry))
