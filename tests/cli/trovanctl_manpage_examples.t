@@ -28,19 +28,9 @@ Check what a formatter made of a document.
     > (standard input): 4 entries (1 trustee, 1 filter, 1 user quota, 1 directory quota); trovan restore would send 4 requests (1 addTrustee, 1 modifyInheritedRightsFilter, 1 userSpaceRestrictions, 1 addQuota); 1 finding
     ? 1
 
-The volume of the worked cases of effective rights, saved (its users are added here too).
+The volume of the worked cases of effective rights, saved (data/report_volume.sh).
 
-    $ quillsim user add staff.corp.TREE. && quillsim user add bob.corp.TREE. && quillsim user add-ad S-1-5-21-1-2-3-1104 'Ann "Q" & Co – ü'
-    ? 0
-    $ quillsim volume add VOL2 && quillsim dir add VOL2 /data/open/any /data/finance/reports /data/finance/2026/q1 /home/ann && quillsim file add VOL2 '/data/x, "y" & <z>'
-    ? 0
-    $ quillsim trustee add VOL2 / admin.corp.TREE. s && quillsim trustee add VOL2 /data staff.corp.TREE. rwcef && quillsim irf set VOL2 /data/open rwceafms && quillsim irf set VOL2 /data/finance rf && quillsim trustee add-ad VOL2 /data/finance S-1-5-21-1-2-3-1104 rw
-    ? 0
-    $ quillsim trustee add VOL2 /data/finance/reports staff.corp.TREE. r && quillsim irf set VOL2 /data/finance/2026 none && quillsim trustee add VOL2 /data/finance/2026/q1 bob.corp.TREE. rwf && quillsim trustee add VOL2 '/data/x, "y" & <z>' bob.corp.TREE. r
-    ? 0
-    $ quillsim quota user VOL2 bob.corp.TREE. 1000 && quillsim quota user VOL2 'Ann "Q" & Co – ü' 2000 --ad && quillsim quota dir VOL2 /home/ann 500 && quillsim quota dir VOL2 /data/finance 77
-    ? 0
-    $ trovan save VOL2 > saved.xml
+    $ bash $DATA/data/report_volume.sh VOL2 --no-admin
     ? 0
 
 Who holds write or more under /data/finance, and who can get into it.

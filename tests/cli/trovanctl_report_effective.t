@@ -1,20 +1,10 @@
 trovanctl report --effective PATH and --effective-all: the worked cases of trovanctl(8), on a
-volume seeded with nested directories, filters that block and do not block, a supervisor at
+volume (data/report_volume.sh) seeded with nested directories, filters that block and do not block, a supervisor at
 the root, Arbor and AD trustees and both kinds of quota. A trustee's rights walk down from the
 root: masked by each level's inherited rights filter (never the supervisor right), replaced
 by its own assignment at a level; supervisor implies every right.
 
-    $ quillsim volume add VOL1 && quillsim dir add VOL1 /data/open/any /data/finance/reports /data/finance/2026/q1 /home/ann && quillsim file add VOL1 '/data/x, "y" & <z>'
-    ? 0
-    $ quillsim user add admin.corp.TREE. && quillsim user add staff.corp.TREE. && quillsim user add bob.corp.TREE. && quillsim user add-ad S-1-5-21-1-2-3-1104 'Ann "Q" & Co – ü'
-    ? 0
-    $ quillsim trustee add VOL1 / admin.corp.TREE. s && quillsim trustee add VOL1 /data staff.corp.TREE. rwcef && quillsim irf set VOL1 /data/open rwceafms && quillsim irf set VOL1 /data/finance rf && quillsim trustee add-ad VOL1 /data/finance S-1-5-21-1-2-3-1104 rw
-    ? 0
-    $ quillsim trustee add VOL1 /data/finance/reports staff.corp.TREE. r && quillsim irf set VOL1 /data/finance/2026 none && quillsim trustee add VOL1 /data/finance/2026/q1 bob.corp.TREE. rwf && quillsim trustee add VOL1 '/data/x, "y" & <z>' bob.corp.TREE. r
-    ? 0
-    $ quillsim quota user VOL1 bob.corp.TREE. 1000 && quillsim quota user VOL1 'Ann "Q" & Co – ü' 2000 --ad && quillsim quota dir VOL1 /home/ann 500 && quillsim quota dir VOL1 /data/finance 77
-    ? 0
-    $ trovan save VOL1 > saved.xml
+    $ bash $DATA/data/report_volume.sh VOL1
     ? 0
 
 Where no filter stands in the way (/data/open's filter holds every right staff has): admin

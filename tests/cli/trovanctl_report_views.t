@@ -1,20 +1,10 @@
-trovanctl report on a saved volume with nested directories: a supervisor at the root, an
+trovanctl report on a saved volume (data/report_volume.sh) with nested directories: a supervisor at the root, an
 Arbor trustee on /data, a filter on /data/open that blocks nothing it names, a filter rf on
 /data/finance, an empty filter on /data/finance/2026 that blocks everything but supervisor, an
 AD trustee whose name holds quotes, an ampersand and non-ASCII letters, a path with a comma,
 quotes, an ampersand and angle brackets, and both kinds of quota.
 
-    $ quillsim volume add VOL1 && quillsim dir add VOL1 /data/open/any /data/finance/reports /data/finance/2026/q1 /home/ann && quillsim file add VOL1 '/data/x, "y" & <z>'
-    ? 0
-    $ quillsim user add admin.corp.TREE. && quillsim user add staff.corp.TREE. && quillsim user add bob.corp.TREE. && quillsim user add-ad S-1-5-21-1-2-3-1104 'Ann "Q" & Co – ü'
-    ? 0
-    $ quillsim trustee add VOL1 / admin.corp.TREE. s && quillsim trustee add VOL1 /data staff.corp.TREE. rwcef && quillsim irf set VOL1 /data/open rwceafms && quillsim irf set VOL1 /data/finance rf && quillsim trustee add-ad VOL1 /data/finance S-1-5-21-1-2-3-1104 rw
-    ? 0
-    $ quillsim trustee add VOL1 /data/finance/reports staff.corp.TREE. r && quillsim irf set VOL1 /data/finance/2026 none && quillsim trustee add VOL1 /data/finance/2026/q1 bob.corp.TREE. rwf && quillsim trustee add VOL1 '/data/x, "y" & <z>' bob.corp.TREE. r
-    ? 0
-    $ quillsim quota user VOL1 bob.corp.TREE. 1000 && quillsim quota user VOL1 'Ann "Q" & Co – ü' 2000 --ad && quillsim quota dir VOL1 /home/ann 500 && quillsim quota dir VOL1 /data/finance 77
-    ? 0
-    $ trovan save VOL1 > saved.xml
+    $ bash $DATA/data/report_volume.sh VOL1
     ? 0
 
 The default view, by path: each path's trustees (name, kind, rights), its inherited rights
