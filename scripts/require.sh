@@ -31,4 +31,6 @@ trovan_require_build_tools() {
     /usr/include/nlohmann/json.hpp:nlohmann-json3-dev
   # The trovanctl transcripts format a document with xmllint as administrators do.
   trovan_require xmllint:libxml2-utils
+  # The page of trovanctl report --html is tested in a real browser.
+  trovan_require chromium:chromium
 }

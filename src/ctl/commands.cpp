@@ -14,6 +14,11 @@ constexpr Command kCommands[] = {
      "DOC [-U FILE] [-t TREE] [-r OLD=NEW] [--path PREFIX] [--user USER] [--kind KIND] "
      "[--drop-unmapped] [-o FILE]",
      "a new canonical document from an old one: users, tree and paths rewritten", defineMap},
+    {"report",
+     "DOC [--by VIEW] [--effective PATH|--effective-all] [--path PREFIX] [--user NAME] "
+     "[--rights LETTERS] [--kind KIND] [--format FORMAT|--html FILE]",
+     "who has access to what: assignments, quotas and effective rights, by path or by user",
+     defineReport},
 };
 
 }  // namespace

@@ -27,3 +27,4 @@ CommandRun defineCheck(CLI::App &command);
 CommandRun defineDiff(CLI::App &command);
 CommandRun defineConvert(CLI::App &command);
 CommandRun defineMap(CLI::App &command);
+CommandRun defineReport(CLI::App &command);

@@ -22,6 +22,8 @@ errors in the GNU shape with status 2.
     >       a legacy TRUSTEE.KXM report to a canonical Metadata document
     >   map DOC [-U FILE] [-t TREE] [-r OLD=NEW] [--path PREFIX] [--user USER] [--kind KIND] [--drop-unmapped] [-o FILE]
     >       a new canonical document from an old one: users, tree and paths rewritten
+    >   report DOC [--by VIEW] [--effective PATH|--effective-all] [--path PREFIX] [--user NAME] [--rights LETTERS] [--kind KIND] [--format FORMAT|--html FILE]
+    >       who has access to what: assignments, quotas and effective rights, by path or by user
     >
     >
     > Exit status: 0 clean, 1 findings or differences, 2 usage or fatal error.

@@ -86,4 +86,34 @@ Move a document to another tree and folder.
     > <directory><zid>824375037</zid><path>\q</path><spaceUsed>0</spaceUsed><quotaAmount>50</quotaAmount></directory>
     > </dirInfo>
     > </metadata>
+
+The volume of the worked cases of effective rights, saved (data/report_volume.sh).
+
+    $ bash $DATA/data/report_volume.sh VOL2 --no-admin
+    ? 0
+
+Who holds write or more under /data/finance, and who can get into it.
+
+    $ trovanctl report --path /data/finance --rights w saved.xml
+    > PATH                   ENTRY    USER                                    KIND   RIGHTS  QUOTA
+    > /data/finance          trustee  S-1-5-21-1-2-3-1104 (Ann "Q" & Co – ü)  ad     rw      -
+    > /data/finance/2026/q1  trustee  bob.corp.TREE.                          arbor  rwf     -
+    ? 0
+    $ trovanctl report --effective /data/finance saved.xml
+    > note: effective rights come from trustee assignments and inherited rights filters only; group membership and security equivalence are not counted
+    > PATH           USER                                    KIND   RIGHTS      FROM
+    > /data/finance  S-1-5-21-1-2-3-1104 (Ann "Q" & Co – ü)  ad     rw          /data/finance
+    > /data/finance  admin.corp.TREE.                        arbor  rwceafmsvx  /
+    > /data/finance  staff.corp.TREE.                        arbor  rf          /data
+    ? 0
+
+Each user's assignments as CSV, and the page to browse.
+
+    $ trovanctl report --by user --format csv saved.xml
+    >@ data/report_by_user.csv
+    ? 0
+    $ trovanctl report --html report.html saved.xml
+    ? 0
+    $ grep -c '<script' report.html && rm report.html
+    > 2
     ? 0

@@ -32,7 +32,7 @@ complete_words() {
 
 @test "the first word is a command" {
   run complete_words trovanctl ''
-  [ "$output" = $'check\ndiff\nconvert\nmap\n--help\n--version' ]
+  [ "$output" = $'check\ndiff\nconvert\nmap\nreport\n--help\n--version' ]
   run complete_words trovanctl ch
   [ "$output" = check ]
 }
@@ -74,4 +74,19 @@ complete_words() {
   [ "$output" = vol:VOL1 ]
   run complete_words trovanctl convert vol:V
   [ "$output" = "" ]
+}
+
+@test "the options of report and their values" {
+  run complete_words trovanctl report --ef
+  [ "$output" = $'--effective\n--effective-all' ]
+  run complete_words trovanctl report --by ''
+  [ "$output" = $'path\nuser' ]
+  run complete_words trovanctl report --format c
+  [ "$output" = csv ]
+  run complete_words trovanctl report --kind d
+  [ "$output" = dir-quota ]
+  run complete_words trovanctl report --user ''
+  [ "$output" = '' ]
+  run complete_words trovanctl report --html sa
+  [ "$output" = saved.xml ]
 }
