@@ -86,6 +86,7 @@ Move a document to another tree and folder.
     > <directory><zid>824375037</zid><path>\q</path><spaceUsed>0</spaceUsed><quotaAmount>50</quotaAmount></directory>
     > </dirInfo>
     > </metadata>
+    ? 0
 
 The volume of the worked cases of effective rights, saved (data/report_volume.sh).
 
