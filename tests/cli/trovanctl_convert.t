@@ -7,7 +7,7 @@ trovan would pass over or change are listed, with their line in the report; the 
 
     $ cp $DATA/data/legacy_report.txt report.txt
     ? 0
-    $ trovanctl convert -t CORP report.txt > first.xml; echo $?; cat -n first.xml
+    $ trovanctl convert -t CORP report.txt > first.xml; echo $?; awk '{ printf "%6d\t%s\n", NR, $0 }' first.xml
     > 1
     >      1	<metadata>
     >      2	<trusteeInfo>
