@@ -1,6 +1,5 @@
 // trovanctl report DOC: who has access to what, as assigned and as effective rights, by path or
 // by user, as text, CSV, JSON Lines or a self-contained HTML page.
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -8,6 +7,7 @@
 #include <memory>
 
 #include "ctl/commands.h"
+#include "ctl/document_operand.h"
 #include "ctl/output.h"
 #include "ctl/output_file.h"
 #include "ctl/report_html.h"
@@ -15,15 +15,12 @@
 
 namespace {
 
-// Reads the document named by the operand ("-" is standard input). False after a message.
+// Reads the document named by the operand: a file, "-" for standard input, or vol:NAME for the
+// live volume. False after a message.
 bool readVolume(const std::string &name, ReportVolume &volume) {
-  const int fd = name == "-" ? 0 : open(name.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) {
-    reportError(name + ": " + std::strerror(errno));
-    return false;
-  }
-  const std::string problem = collectVolume(fd, name == "-" ? "(standard input)" : name, volume);
-  if (fd != 0) close(fd);
+  DocumentOperand operand;
+  if (!operand.open(name)) return false;
+  const std::string problem = collectVolume(operand.fd(), operand.label(), volume);
   if (!problem.empty()) reportError(problem);
   return problem.empty();
 }

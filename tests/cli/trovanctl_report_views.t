@@ -185,3 +185,11 @@ in it loads from outside: no src, href or url( at all (grep counts none, status 
     ? 1
     $ rm page.html
     ? 0
+
+The live volume itself, vol:NAME, read through its info files as trovan save reads them: the
+same report as of the saved document.
+
+    $ trovanctl report vol:VOL1 > live.txt; echo $?; trovanctl report saved.xml | cmp - live.txt && echo same
+    > 0
+    > same
+    ? 0
