@@ -69,8 +69,10 @@ complete_words() {
   [ "$output" = --drop-unmapped ]
 }
 
-@test "diff and map take vol:NAME for a live volume" {
+@test "diff, map and report take vol:NAME for a live volume" {
   run complete_words trovanctl diff saved.xml vol:V
+  [ "$output" = vol:VOL1 ]
+  run complete_words trovanctl report vol:V
   [ "$output" = vol:VOL1 ]
   run complete_words trovanctl convert vol:V
   [ "$output" = "" ]
