@@ -24,3 +24,6 @@ inline constexpr int kTrouble = 2;   // a usage error or a fatal one
 
 // Each command's definition, in its own source file.
 CommandRun defineCheck(CLI::App &command);
+CommandRun definePlan(CLI::App &command);
+CommandRun defineApply(CLI::App &command);
+CommandRun defineVerify(CLI::App &command);

@@ -1,0 +1,48 @@
+// The entries of one document held compactly by their key, so that a second document can be
+// streamed against them: each entry's texts packed into large blocks, and an open-addressing
+// table of 64-bit key hashes (16 bytes a slot, at most 3/4 full). Memory is about the size of the
+// entries' texts, well below the document's own size.
+#pragma once
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "model/entry.h"
+
+class EntryIndex {
+public:
+  // Adds an entry (kind, ad, path, name, id, rights, amount are kept). False when an entry of the
+  // same key is already there; the first one stays.
+  bool add(const Entry &entry);
+  // The stored entry of the same key as `entry`, marked as matched, into `stored`. False if none.
+  bool match(const Entry &entry, Entry &stored);
+  // Every stored entry that no match() has found, in the order they were added.
+  void forEachUnmatched(const std::function<void(const Entry &)> &visit) const;
+
+  std::size_t size() const { return count_; }
+
+private:
+  static constexpr std::size_t kBlockSize = std::size_t(1) << 20;
+
+  std::uint64_t store(const Entry &entry);
+  // Reads the record at `at` into `entry`; returns the record's size.
+  static std::size_t load(const char *at, Entry &entry);
+  char *recordAt(std::uint64_t ref) const;
+  std::size_t find(std::uint64_t hash, const std::string &key) const;
+  void grow();
+
+  std::vector<std::unique_ptr<char[]>> blocks_;
+  std::size_t used_ = kBlockSize;  // bytes used in the last block
+  std::vector<std::uint64_t> hashes_;  // 0 marks a free slot
+  std::vector<std::uint64_t> refs_;    // block << 20 | offset of the entry's record
+  std::vector<std::size_t> filled_;    // bytes used in each block
+  std::size_t count_ = 0;
+  mutable std::string key_;
+  mutable std::string otherKey_;
+  mutable Entry scratch_;
+};
+
+// The 64-bit hash of an entry key that EntryIndex and KeySet use (never 0).
+std::uint64_t keyHash(std::string_view key);
