@@ -16,6 +16,12 @@ errors in the GNU shape with status 2.
     > Commands:
     >   check DOC [-m MASK] [-u TYPE] [-t TREE] [-f FILTER] [-k] [-n] [--json]
     >       report everything wrong with a Metadata document before trovan restore applies it
+    >   plan VOL DOC [-m MASK] [-u TYPE] [-t TREE] [-f FILTER] [-k] [--prune] [--out FILE] [--json]
+    >       show what a restore of a document would change on a volume, entry by entry
+    >   apply VOL DOC [restore options] [--prune] [--force] [--rejects FILE] [--no-wait] [--json]
+    >       send a volume only the changes a document asks for, with an account of every entry
+    >   verify VOL DOC [-m MASK] [-u TYPE] [-t TREE] [-f FILTER] [--remaining FILE] [--json]
+    >       tell whether every entry of a document is in place on a volume
     >
     >
     > Exit status: 0 clean, 1 findings or differences, 2 usage or fatal error.
