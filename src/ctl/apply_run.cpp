@@ -15,6 +15,7 @@
 #include "ctl/scratch_file.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
+#include "model/canonical_writer.h"
 #include "model/document_reader.h"
 #include "restore/restore_driver.h"
 #include "save/invalid_trustees.h"
@@ -65,9 +66,7 @@ ApplyRun::~ApplyRun() {
   if (!changesName_.empty()) unlink(changesName_.c_str());
 }
 
-void ApplyRun::reject(const Entry &entry) {
-  if (rejects_) rejects_->write(entry);
-}
+void ApplyRun::reject(const Entry &entry) { rejects_.write(entry); }
 
 // The plan: rows for what is not sent, and the changes into a canonical document.
 bool ApplyRun::planChanges(const std::string &label) {
@@ -229,29 +228,14 @@ int ApplyRun::finish(const std::string &label) {
   if (applyStopSignal != 0) row["interrupted"] = applyStopSignal == SIGINT ? "SIGINT" : "SIGTERM";
   output_.emit(row);
   std::fflush(stdout);
-  if (rejects_) {
-    const int error = rejects_->finish();
-    if (error != 0 || rejectsFile_->commit() != 0) {
-      reportError(error != 0 ? options_.rejects + ": " + std::strerror(error)
-                             : rejectsFile_->error());
-      return kTrouble;
-    }
-  }
+  if (!rejects_.commit()) return kTrouble;
   if (applyStopSignal != 0) return 128 + applyStopSignal;
   return counts_.refused > 0 ? kFindings : kClean;
 }
 
 int ApplyRun::run() {
   if (!plan_.readVolume()) return kTrouble;
-  if (!options_.rejects.empty()) {
-    rejectsFile_.emplace(options_.rejects);
-    if (!rejectsFile_->ok()) {
-      reportError(rejectsFile_->error());
-      return kTrouble;
-    }
-    rejects_.emplace(rejectsFile_->fd());
-    rejects_->begin();
-  }
+  if (!rejects_.open(options_.rejects)) return kTrouble;
   const std::string label =
       options_.restore.document == "-" ? "(standard input)" : options_.restore.document;
   if (!planChanges(label)) return kTrouble;

@@ -4,15 +4,13 @@
 // entry, the refused ones as a document, progress, and a clean stop on SIGINT or SIGTERM.
 #pragma once
 #include <csignal>
-#include <optional>
 #include <string>
 
 #include "ctl/check_settings.h"
 #include "ctl/command_files.h"
+#include "ctl/document_output.h"
 #include "ctl/output.h"
-#include "ctl/output_file.h"
 #include "ctl/volume_plan.h"
-#include "model/canonical_writer.h"
 
 struct ApplyOptions {
   CheckOptions restore;
@@ -56,6 +54,5 @@ private:
   std::string changesName_;
   int changesFd_ = -1;
   int progressFd_ = -1;
-  std::optional<OutputFile> rejectsFile_;
-  std::optional<CanonicalWriter> rejects_;
+  DocumentOutput rejects_;
 };

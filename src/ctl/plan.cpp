@@ -1,17 +1,13 @@
 // trovanctl plan VOL DOC [restore options]: what a restore of DOC would change on VOL, entry by
 // entry, and what VOL holds beyond DOC. --out writes the changes alone as a document.
-#include <cerrno>
-#include <cstring>
 #include <memory>
-#include <optional>
 
 #include "ctl/account_rows.h"
 #include "ctl/commands.h"
+#include "ctl/document_output.h"
 #include "ctl/document_source.h"
-#include "ctl/output_file.h"
 #include "ctl/plan_walk.h"
 #include "ctl/restore_options.h"
-#include "model/canonical_writer.h"
 
 namespace {
 
@@ -71,23 +67,14 @@ int runPlan(PlanOptions &options) {
     reportError(source.error());
     return kTrouble;
   }
-  std::optional<OutputFile> out;
-  std::optional<CanonicalWriter> writer;
-  if (!options.out.empty()) {
-    out.emplace(options.out);
-    if (!out->ok()) {
-      reportError(out->error());
-      return kTrouble;
-    }
-    writer.emplace(out->fd());
-    writer->begin();
-  }
+  DocumentOutput out;
+  if (!out.open(options.out)) return kTrouble;
   Output output(options.restore.json ? Format::json : Format::text);
   PlanCounts counts;
   const WalkResult walked = walkDocument(plan, source, [&](const PlannedEntry &planned) {
     countAndShow(planned, counts, output);
-    if (writer && (planned.verdict == Verdict::add || planned.verdict == Verdict::change))
-      writer->write(*planned.entry);
+    if (planned.verdict == Verdict::add || planned.verdict == Verdict::change)
+      out.write(*planned.entry);
   });
   if (!walked.ok) return kTrouble;
   plan.forEachExtra([&](const Entry &entry, bool inScope) {
@@ -100,12 +87,7 @@ int runPlan(PlanOptions &options) {
     output.emit(row);
   });
   output.emit(summaryRow(options.restore, source.label(), counts));
-  if (writer) {
-    if (const int error = writer->finish(); error != 0 || out->commit() != 0) {
-      reportError(error != 0 ? options.out + ": " + std::strerror(error) : out->error());
-      return kTrouble;
-    }
-  }
+  if (!out.commit()) return kTrouble;
   const unsigned long pending = counts.add + counts.change + counts.refused + counts.remove;
   return pending == 0 ? kClean : kFindings;
 }

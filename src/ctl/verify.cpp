@@ -1,16 +1,13 @@
 // trovanctl verify VOL DOC [restore options]: is every entry of DOC in place on VOL? One row for
 // each entry that is not; --remaining writes those entries as a document to apply.
-#include <cstring>
 #include <memory>
-#include <optional>
 
 #include "ctl/account_rows.h"
 #include "ctl/commands.h"
+#include "ctl/document_output.h"
 #include "ctl/document_source.h"
-#include "ctl/output_file.h"
 #include "ctl/plan_walk.h"
 #include "ctl/restore_options.h"
-#include "model/canonical_writer.h"
 
 namespace {
 
@@ -45,17 +42,8 @@ int runVerify(VerifyOptions &options) {
     reportError(source.error());
     return kTrouble;
   }
-  std::optional<OutputFile> out;
-  std::optional<CanonicalWriter> writer;
-  if (!options.remaining.empty()) {
-    out.emplace(options.remaining);
-    if (!out->ok()) {
-      reportError(out->error());
-      return kTrouble;
-    }
-    writer.emplace(out->fd());
-    writer->begin();
-  }
+  DocumentOutput out;
+  if (!out.open(options.remaining)) return kTrouble;
   Output output(options.restore.json ? Format::json : Format::text);
   VerifyCounts counts;
   const WalkResult walked = walkDocument(plan, source, [&](const PlannedEntry &planned) {
@@ -72,16 +60,11 @@ int runVerify(VerifyOptions &options) {
     Row row = entryRow("verify", different ? "different" : "missing", *planned.entry);
     if (different) row["reason"] = "the volume has " + planned.was;
     output.emit(row);
-    if (writer) writer->write(*planned.entry);
+    out.write(*planned.entry);
   });
   if (!walked.ok) return kTrouble;
   output.emit(summaryRow(options.restore, source.label(), counts));
-  if (writer) {
-    if (const int error = writer->finish(); error != 0 || out->commit() != 0) {
-      reportError(error != 0 ? options.remaining + ": " + std::strerror(error) : out->error());
-      return kTrouble;
-    }
-  }
+  if (!out.commit()) return kTrouble;
   return counts.missing + counts.different == 0 ? kClean : kFindings;
 }
 
