@@ -11,6 +11,7 @@
 #include "ctl/document_source.h"
 #include "ctl/output.h"
 #include "ctl/restore_match.h"
+#include "ctl/restore_run.h"
 #include "model/document_reader.h"
 #include "model/entry_rules.h"
 
@@ -33,7 +34,7 @@ Row findingRow(const std::string &file, const Finding &finding) {
   return row;
 }
 
-Row summaryRow(const std::string &file, const Tally &tally, std::size_t findings) {
+Row summaryRow(const std::string &file, const Tally &tally, bool compared, std::size_t findings) {
   Row row;
   row["type"] = "summary";
   row["file"] = file;
@@ -55,8 +56,28 @@ Row summaryRow(const std::string &file, const Tally &tally, std::size_t findings
   }
   requests["total"] = total;
   row["requests"] = requests;
+  row["compared"] = compared;
   row["findings"] = findings;
   return row;
+}
+
+// Runs trovan's restore over the document's second descriptor into `match`. False after a
+// message when the run cannot be made.
+bool compareWithRestore(DocumentSource &source, const CheckOptions &options,
+                        const RestoreSettings &settings, RestoreMatch &match,
+                        unsigned long long &restoreOffset) {
+  const int restoreFd = source.second();
+  if (restoreFd < 0) {
+    reportError(source.label() + ": " + std::strerror(errno));
+    return false;
+  }
+  const RestoreOutcome outcome = runRestore(restoreFd, options, settings, match, restoreOffset);
+  if (!outcome.failure.empty()) {
+    reportError("check: cannot run trovan's restore: " + outcome.failure);
+    return false;
+  }
+  match.finish(outcome.ran ? outcome.status : 0, outcome.signal);
+  return true;
 }
 
 int runCheck(CheckOptions &options) {
@@ -78,6 +99,7 @@ int runCheck(CheckOptions &options) {
   rules.mountPoint = options.mountPoint;
   rules.rxlMode = options.rxlMode;
   Tally tally;
+  bool compared = false;
   {
     DocumentReader reader(source.first(), sink);
     const auto onEntry = [&](const Entry &entry) {
@@ -86,8 +108,18 @@ int runCheck(CheckOptions &options) {
       checkEntryRules(entry, rules, sink);
       if (wouldRestore(entry, options, settings)) ++tally.requests[kind];
     };
-    RestoreMatch match(reader, options, settings, sink, onEntry, nullptr);
-    match.drain();
+    unsigned long long restoreOffset = 0;
+    RestoreMatch match(reader, options, settings, sink, onEntry,
+                       [&restoreOffset] { return restoreOffset; });
+    if (options.rxlMode) {
+      // The console path runs commands: it is not run, only read.
+      match.drain();
+    } else {
+      if (!compareWithRestore(source, options, settings, match, restoreOffset)) return kTrouble;
+      compared = true;
+      for (int kind = 0; kind < 4; ++kind)
+        tally.requests[kind] = match.sent(static_cast<RequestKind>(kind));
+    }
     if (reader.readError() != 0) {
       reportError(file + ": " + std::strerror(reader.readError()));
       return kTrouble;
@@ -100,7 +132,7 @@ int runCheck(CheckOptions &options) {
   Output output(options.json ? Format::json : Format::text);
   for (const Finding &finding : findings)
     output.emit(findingRow(file, finding));
-  output.emit(summaryRow(file, tally, findings.size()));
+  output.emit(summaryRow(file, tally, compared, findings.size()));
   return findings.empty() ? kClean : kFindings;
 }
 

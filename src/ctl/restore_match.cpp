@@ -150,11 +150,12 @@ bool sameTarget(EntryKind kind, const std::string &fileName, const std::string &
   return (kind != EntryKind::trustee && kind != EntryKind::userQuota) || user == request.user;
 }
 
-std::string statusText(int status) {
+// What a restore's status means, said at an entry ("before this entry") or elsewhere.
+std::string statusText(int status, bool atEntry) {
   if (status == kEndOfInput)
     return "trovan restore would end with status 157 here: the document ends before </metadata>";
   return "trovan restore would stop with status " + std::to_string(status & 0xff) +
-         " before this entry";
+         (atEntry ? " before this entry" : "");
 }
 
 }  // namespace
@@ -201,7 +202,13 @@ void RestoreMatch::request(std::string_view bytes) {
   if (first < pending_.size() && pending_[first].entry.kind == kind &&
       kind != EntryKind::userQuota) {
     const Pending &pending = pending_[first];
-    if (pending.fileName == request.fileName)
+    if (pending.fileName == request.fileName && kind == EntryKind::trustee &&
+        pending.entry.ad != request.ad)
+      findings_({pending.entry.at, "sent-otherwise",
+                 "trovan restore would send this trustee on " + pending.fileName + " as the " +
+                     (request.ad ? "AD user " : "Arbor user ") + request.user + ", not as the " +
+                     (pending.entry.ad ? "AD user " : "Arbor user ") + pending.user});
+    else if (pending.fileName == request.fileName)
       findings_({pending.entry.at, "sent-for-another-user",
                  "trovan restore would send this " + std::string(kindName(kind)) + " on " +
                      pending.fileName + " for " + request.user + ", not for " + pending.user});
@@ -215,21 +222,42 @@ void RestoreMatch::request(std::string_view bytes) {
   reportUnmatched(request);
 }
 
-void RestoreMatch::finish(int status) {
+void RestoreMatch::finish(int status, int signal) {
   pullUpTo(restoreOffset_ ? restoreOffset_() : ~0ULL);
   std::size_t first = 0;
   while (first < pending_.size() && !pending_[first].expected)
     ++first;
-  Position stoppedAt;
-  const bool stoppedAtEntry = first < pending_.size() && status != kEndOfInput;
-  if (stoppedAtEntry) stoppedAt = pending_[first].entry.at;
+  // A restore that stops (not one whose input ends early) sends nothing from the entry it
+  // stopped before: one finding says so for all of them.
+  const bool stopped = signal != 0 || (status != 0 && status != kEndOfInput);
+  if (stopped && first < pending_.size()) {
+    const Position at = pending_[first].entry.at;
+    while (pull()) {
+    }
+    unsigned long after = 0;
+    for (std::size_t index = first + 1; index < pending_.size(); ++index)
+      if (pending_[index].expected) ++after;
+    pending_.clear();
+    const std::string cause = signal != 0 ? "trovan restore would end its process with signal " +
+                                                std::to_string(signal) + " before this entry"
+                                          : statusText(status, true);
+    findings_({at, "restore-stops",
+               cause + ": nothing is sent for it" +
+                   (after == 0   ? std::string()
+                    : after == 1 ? std::string(" or the entry after it")
+                                 : " or the " + std::to_string(after) + " entries after it")});
+    return;
+  }
   while (pull()) {
   }
   for (const Pending &pending : pending_)
     if (pending.expected) reportNotSent(pending);
   pending_.clear();
-  if (status == 0) return;
-  findings_({stoppedAtEntry ? stoppedAt : reader_.position(), "restore-stops", statusText(status)});
+  if (signal != 0 || status != 0)
+    findings_({reader_.position(), "restore-stops",
+               signal != 0
+                   ? "trovan restore would end its process with signal " + std::to_string(signal)
+                   : statusText(status, false)});
 }
 
 void RestoreMatch::drain() {

@@ -22,9 +22,9 @@ public:
 
   // One request trovan's restore would send, as its bytes.
   void request(std::string_view bytes);
-  // The restore has ended with `status`: what was not sent is reported, and a status other
-  // than 0 too.
-  void finish(int status);
+  // The restore has ended with `status`, or its process with `signal`: what was not sent is
+  // reported, and a status other than 0 or a signal too.
+  void finish(int status, int signal = 0);
   // Without a restore run: reads the rest of the document for its entries alone.
   void drain();
 

@@ -100,10 +100,11 @@ TEST(RestoreMatch, PastTheEndOfTheXml) {
 
 TEST(RestoreMatch, AStopBeforeAnEntry) {
   EXPECT_EQ(match(kTwoFiles, {addTrustee("u0", "/b", "<read/>")}, -1),
-            (Texts{"3 not-sent: trovan restore would send nothing for this trustee of u1 on "
-                   "/mnt/V/b/y",
-                   "3 restore-stops: trovan restore would stop with status 255 before this "
-                   "entry"}));
+            Texts{"3 restore-stops: trovan restore would stop with status 255 before this entry: "
+                  "nothing is sent for it"});
+  EXPECT_EQ(match(kTwoFiles, {}, -1),
+            Texts{"2 restore-stops: trovan restore would stop with status 255 before this entry: "
+                  "nothing is sent for it or the entry after it"});
 }
 
 }  // namespace

@@ -27,7 +27,8 @@ and attributes trovan does not know. Nothing inside an element that is not accep
     ? 1
     $ printf '<trusteeInfo></trusteeInfo>\n' > root.xml && trovanctl check root.xml
     > trovanctl: root.xml:1:1: the root element is <trusteeInfo>, not <metadata>
-    > root.xml: 0 entries (0 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 0 requests (0 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 1 finding
+    > trovanctl: root.xml:2:1: trovan restore would stop with status 255
+    > root.xml: 0 entries (0 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 0 requests (0 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 2 findings
     ? 1
 
 Entries outside a file or before the path of their file, and a file without a path.
@@ -69,17 +70,19 @@ restore; a quota without its name, path or amount is skipped.
     < </dirInfo></metadata>
     ? 0
     $ trovanctl check values.xml
+    > trovanctl: values.xml:2:1: trovan restore would send this trustee of u.T. on /mnt/VOLUME/a with rights [r] and elements that are not rights, not [r]
     > trovanctl: values.xml:2:42: <Write> is not a right in <rights>
     > trovanctl: values.xml:2:50: <delete> is not a right in <rights>
     > trovanctl: values.xml:3:1: trustee without a <name>: trovan restore stops there
     > trovanctl: values.xml:4:1: AD trustee without an <id>: trovan restore stops there
+    > trovanctl: values.xml:6:1: trovan restore would stop with status 255 before this entry: nothing is sent for it or the 2 entries after it
     > trovanctl: values.xml:6:24: quota amount "10 MB" is not a whole number from 0 to 9223372036854775807
     > trovanctl: values.xml:7:24: quota amount "-1" is not a whole number from 0 to 9223372036854775807
     > trovanctl: values.xml:8:24: quota amount "9223372036854775808" is not a whole number from 0 to 9223372036854775807
     > trovanctl: values.xml:9:1: <user> without a <name>: trovan restore skips it
     > trovanctl: values.xml:11:1: <directory> without a <quotaAmount>: trovan restore skips it
     > trovanctl: values.xml:12:1: <directory> without a <path>: trovan restore skips it
-    > values.xml: 4 entries (1 trustee, 0 filters, 3 user quotas, 0 directory quotas); trovan restore would send 4 requests (1 addTrustee, 0 modifyInheritedRightsFilter, 3 userSpaceRestrictions, 0 addQuota); 10 findings
+    > values.xml: 4 entries (1 trustee, 0 filters, 3 user quotas, 0 directory quotas); trovan restore would send 1 request (1 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 12 findings
     ? 1
 
 The same entry twice (the last one wins on the volume): a trustee is its path and its user, a
@@ -116,22 +119,26 @@ document type declaration is never part of a Metadata document: reading stops th
     > trovanctl: markup.xml:1:1: an XML declaration: trovan restore refuses a document that does not start with <metadata>
     > trovanctl: markup.xml:2:11: a comment: trovan restore reads it as a tag
     > trovanctl: markup.xml:2:33: a processing instruction: trovan restore reads it as a tag
-    > markup.xml: 0 entries (0 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 0 requests (0 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 3 findings
+    > trovanctl: markup.xml:3:1: trovan restore would stop with status 255
+    > markup.xml: 0 entries (0 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 0 requests (0 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 4 findings
     ? 1
     $ printf '<!DOCTYPE metadata [<!ENTITY x "y">]>\n<metadata>&x;</metadata>\n' > doctype.xml && trovanctl check doctype.xml
     > trovanctl: doctype.xml:1:20: a document type declaration, which a Metadata document never holds; reading stops here
-    > doctype.xml: 0 entries (0 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 0 requests (0 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 1 finding
+    > trovanctl: doctype.xml:1:20: trovan restore would stop with status 255
+    > doctype.xml: 0 entries (0 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 0 requests (0 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 2 findings
     ? 1
 
 A document cut short, and one that is empty.
 
     $ head -c 60 twice.xml > cut.xml && trovanctl check cut.xml
     > trovanctl: cut.xml:2:34: not well-formed XML: unclosed token
-    > cut.xml: 0 entries (0 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 0 requests (0 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 1 finding
+    > trovanctl: cut.xml:2:34: trovan restore would end with status 157 here: the document ends before </metadata>
+    > cut.xml: 0 entries (0 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 0 requests (0 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 2 findings
     ? 1
     $ : > empty.xml && trovanctl check empty.xml
     > trovanctl: empty.xml:1:1: the document holds no element
-    > empty.xml: 0 entries (0 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 0 requests (0 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 1 finding
+    > trovanctl: empty.xml:1:1: trovan restore would stop with status 255
+    > empty.xml: 0 entries (0 trustees, 0 filters, 0 user quotas, 0 directory quotas); trovan restore would send 0 requests (0 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 2 findings
     ? 1
 
 Findings in JSON Lines: one object a finding, the summary last.
@@ -140,5 +147,5 @@ Findings in JSON Lines: one object a finding, the summary last.
     > {"type":"finding","file":"places.xml","line":2,"column":1,"code":"entry-outside-file","message":"<trustee> outside a <file> (in <trusteeInfo>)"}
     > {"type":"finding","file":"places.xml","line":4,"column":1,"code":"entry-before-path","message":"<inheritedRightsFilter> before the <path> of its <file>"}
     > {"type":"finding","file":"places.xml","line":7,"column":1,"code":"missing-path","message":"<file> without a <path>"}
-    > {"type":"summary","file":"places.xml","entries":{"trustee":0,"filter":0,"userQuota":0,"dirQuota":0,"total":0},"requests":{"addTrustee":0,"modifyInheritedRightsFilter":0,"userSpaceRestrictions":0,"addQuota":0,"total":0},"findings":3}
+    > {"type":"summary","file":"places.xml","entries":{"trustee":0,"filter":0,"userQuota":0,"dirQuota":0,"total":0},"requests":{"addTrustee":0,"modifyInheritedRightsFilter":0,"userSpaceRestrictions":0,"addQuota":0,"total":0},"compared":true,"findings":3}
     ? 1

@@ -18,14 +18,15 @@ Check a saved document before restoring it to VOL1.
 Check a document for a restore of the trustees of Arbor users only, in JSON Lines.
 
     $ trovanctl check -m t -u arbor --json saved.xml
-    > {"type":"summary","file":"saved.xml","entries":{"trustee":1,"filter":1,"userQuota":1,"dirQuota":1,"total":4},"requests":{"addTrustee":1,"modifyInheritedRightsFilter":1,"userSpaceRestrictions":0,"addQuota":0,"total":2},"findings":0}
+    > {"type":"summary","file":"saved.xml","entries":{"trustee":1,"filter":1,"userQuota":1,"dirQuota":1,"total":4},"requests":{"addTrustee":1,"modifyInheritedRightsFilter":1,"userSpaceRestrictions":0,"addQuota":0,"total":2},"compared":true,"findings":0}
     ? 0
 
 Check what a formatter made of a document.
 
     $ xmllint --format saved.xml | trovanctl check -
     > trovanctl: (standard input):1:1: an XML declaration: trovan restore refuses a document that does not start with <metadata>
-    > (standard input): 4 entries (1 trustee, 1 filter, 1 user quota, 1 directory quota); trovan restore would send 4 requests (1 addTrustee, 1 modifyInheritedRightsFilter, 1 userSpaceRestrictions, 1 addQuota); 1 finding
+    > trovanctl: (standard input):7:7: trovan restore would stop with status 255 before this entry: nothing is sent for it or the 3 entries after it
+    > (standard input): 4 entries (1 trustee, 1 filter, 1 user quota, 1 directory quota); trovan restore would send 0 requests (0 addTrustee, 0 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 2 findings
     ? 1
 
 The safe workflow, check, plan, apply, verify, here into an empty twin VOL2 of VOL1's files.
