@@ -19,6 +19,14 @@ constexpr Command kCommands[] = {
      "[--rights LETTERS] [--kind KIND] [--format FORMAT|--html FILE]",
      "who has access to what: assignments, quotas and effective rights, by path or by user",
      defineReport},
+    {"plan",
+     "VOL DOC [-m MASK] [-u TYPE] [-t TREE] [-f FILTER] [-k] [--prune] [--out FILE] [--json]",
+     "show what a restore of a document would change on a volume, entry by entry", definePlan},
+    {"apply", "VOL DOC [restore options] [--prune] [--force] [--rejects FILE] [--no-wait] [--json]",
+     "send a volume only the changes a document asks for, with an account of every entry",
+     defineApply},
+    {"verify", "VOL DOC [-m MASK] [-u TYPE] [-t TREE] [-f FILTER] [--remaining FILE] [--json]",
+     "tell whether every entry of a document is in place on a volume", defineVerify},
 };
 
 }  // namespace

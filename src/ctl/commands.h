@@ -28,3 +28,6 @@ CommandRun defineDiff(CLI::App &command);
 CommandRun defineConvert(CLI::App &command);
 CommandRun defineMap(CLI::App &command);
 CommandRun defineReport(CLI::App &command);
+CommandRun definePlan(CLI::App &command);
+CommandRun defineApply(CLI::App &command);
+CommandRun defineVerify(CLI::App &command);

@@ -1,5 +1,7 @@
 #include "ctl/output.h"
 
+#include "ctl/account_rows.h"
+
 namespace {
 
 // "trovanctl: FILE:LINE:COLUMN: message"
@@ -66,6 +68,7 @@ std::string renderText(const Row &row) {
   const std::string type = row.value("type", std::string());
   if (type == "finding") return findingText(row);
   if (type == "summary") return summaryText(row);
+  if (std::string text = renderAccountText(row); !text.empty()) return text;
   return genericText(row);
 }
 

@@ -58,8 +58,8 @@ bool isCommand(std::string_view name) {
 }  // namespace
 
 int runTrovanctl(int argc, char **argv) {
-  CLI::App program("trovanctl: check, compare, convert and map Metadata documents before "
-                   "trovan restore applies them.",
+  CLI::App program("trovanctl: check, compare, convert, map and report on Metadata documents, "
+                   "and plan, apply and verify their restore to a volume.",
                    "trovanctl");
   program.formatter(std::make_shared<HelpFormatter>());
   program.set_version_flag("--version", std::string(kVersionText), "show the version and exit");

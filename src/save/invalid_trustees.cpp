@@ -51,9 +51,8 @@ bool startsWith(const char *text, const char *prefix) {
 
 // Sends one removeTrustee request and reports a refusal; the scan goes on either way.
 void removeTrustee(TrusteeScan &scan, const char *form, const char *identifier) {
-  const std::size_t length = buildRequest(
-      {kFileRequestOpen, "<trustee><", form, "><fileName>", scan.fileName, "</fileName><userID>",
-       identifier, "</userID></removeTrustee></trustee>", kFileRequestClose});
+  const std::size_t length =
+      buildTrusteeRemoval(std::strcmp(form, kAdRemoval) == 0, scan.fileName, identifier);
   if (sendRequest(length) != 0) {
     scan.unknownName = false;
     return;
@@ -202,4 +201,10 @@ int removeInvalidTrustees(const char *volume, const char *infoDirectory, const c
     return 0;
   }
   return scanTrustees(volume, pathFilter);
+}
+
+std::size_t buildTrusteeRemoval(bool ad, std::string_view fileName, std::string_view identifier) {
+  return buildRequest({kFileRequestOpen, "<trustee><", ad ? kAdRemoval : kPlainRemoval,
+                       "><fileName>", fileName, "</fileName><userID>", identifier,
+                       "</userID></removeTrustee></trustee>", kFileRequestClose});
 }

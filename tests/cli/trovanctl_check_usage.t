@@ -6,7 +6,7 @@ errors in the GNU shape with status 2.
     > Copyright (C) 2026 the trovan developers. Free software under the MIT License.
     ? 0
     $ trovanctl --help
-    > trovanctl: check, compare, convert and map Metadata documents before trovan restore applies them.
+    > trovanctl: check, compare, convert, map and report on Metadata documents, and plan, apply and verify their restore to a volume.
     > Usage: trovanctl COMMAND [options] [operands]
     >
     > Options:
@@ -24,6 +24,12 @@ errors in the GNU shape with status 2.
     >       a new canonical document from an old one: users, tree and paths rewritten
     >   report DOC [--by VIEW] [--effective PATH|--effective-all] [--path PREFIX] [--user NAME] [--rights LETTERS] [--kind KIND] [--format FORMAT|--html FILE]
     >       who has access to what: assignments, quotas and effective rights, by path or by user
+    >   plan VOL DOC [-m MASK] [-u TYPE] [-t TREE] [-f FILTER] [-k] [--prune] [--out FILE] [--json]
+    >       show what a restore of a document would change on a volume, entry by entry
+    >   apply VOL DOC [restore options] [--prune] [--force] [--rejects FILE] [--no-wait] [--json]
+    >       send a volume only the changes a document asks for, with an account of every entry
+    >   verify VOL DOC [-m MASK] [-u TYPE] [-t TREE] [-f FILTER] [--remaining FILE] [--json]
+    >       tell whether every entry of a document is in place on a volume
     >
     >
     > Exit status: 0 clean, 1 findings or differences, 2 usage or fatal error.

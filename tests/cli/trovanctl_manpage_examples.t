@@ -88,9 +88,34 @@ Move a document to another tree and folder.
     > </metadata>
     ? 0
 
+The safe workflow, check, plan, apply, verify, here into an empty twin VOL2 of VOL1's files.
+
+    $ quillsim volume add VOL2 && quillsim file add VOL2 /docs/a.txt /q/
+    ? 0
+    $ trovanctl check --volume VOL2 saved.xml
+    > saved.xml: 4 entries (1 trustee, 1 filter, 1 user quota, 1 directory quota); trovan restore would send 4 requests (1 addTrustee, 1 modifyInheritedRightsFilter, 1 userSpaceRestrictions, 1 addQuota); 0 findings
+    ? 0
+    $ trovanctl plan VOL2 saved.xml
+    > + inherited rights filter /docs [s]
+    > + trustee /docs/a.txt admin.corp.TREE. [rwf]
+    > + user quota admin.corp.TREE. 1000
+    > + directory quota /q 50
+    > plan VOL2 <- saved.xml: 4 to add, 0 to change, 0 in place, 0 skipped, 0 never sent (0 may be refused); 0 on the volume only (0 to remove)
+    ? 1
+    $ trovanctl apply VOL2 saved.xml --rejects rejected.xml
+    > applied   inherited rights filter /docs [s]
+    > applied   trustee /docs/a.txt admin.corp.TREE. [rwf]
+    > applied   user quota admin.corp.TREE. 1000
+    > applied   directory quota /q 50
+    > apply VOL2 <- saved.xml: 4 applied, 0 in place, 0 refused, 0 skipped, 0 removed
+    ? 0
+    $ trovanctl verify VOL2 saved.xml
+    > verify VOL2 <- saved.xml: 4 in place, 0 missing, 0 different, 0 skipped
+    ? 0
+
 The volume of the worked cases of effective rights, saved (data/report_volume.sh).
 
-    $ bash $DATA/data/report_volume.sh VOL2 --no-admin
+    $ bash $DATA/data/report_volume.sh VOL3 --no-admin
     ? 0
 
 Who holds write or more under /data/finance, and who can get into it.

@@ -32,7 +32,7 @@ complete_words() {
 
 @test "the first word is a command" {
   run complete_words trovanctl ''
-  [ "$output" = $'check\ndiff\nconvert\nmap\nreport\n--help\n--version' ]
+  [ "$output" = $'check\ndiff\nconvert\nmap\nreport\nplan\napply\nverify\n--help\n--version' ]
   run complete_words trovanctl ch
   [ "$output" = check ]
 }
@@ -91,4 +91,20 @@ complete_words() {
   [ "$output" = '' ]
   run complete_words trovanctl report --html sa
   [ "$output" = saved.xml ]
+}
+
+@test "plan, apply and verify: a volume first, then the document" {
+  run complete_words trovanctl apply ''
+  [ "$output" = $'VOL1\nDATA' ]
+  run complete_words trovanctl plan -m t V
+  [ "$output" = VOL1 ]
+  run complete_words trovanctl verify VOL1 sa
+  [ "$output" = saved.xml ]
+}
+
+@test "the options of apply" {
+  run complete_words trovanctl apply VOL1 saved.xml --no
+  [ "$output" = $'--no-gemel\n--no-wait' ]
+  run complete_words trovanctl apply VOL1 saved.xml --re
+  [ "$output" = --rejects ]
 }

@@ -1,0 +1,112 @@
+#include "ctl/account_rows.h"
+
+#include "ctl/volume_plan.h"
+
+namespace {
+
+std::string pathOf(const Entry &entry) {
+  return entry.kind == EntryKind::userQuota ? "" : comparablePath(entry);
+}
+
+// "trustee /a bob.corp.TREE. [rwf]", "user quota bob.corp.TREE. 1000"
+std::string entryText(const Row &row) {
+  std::string text = row.value("kind", std::string());
+  for (const char *member : {"path", "user", "value"}) {
+    const std::string value = row.value(member, std::string());
+    if (!value.empty()) text += " " + value;
+  }
+  return text;
+}
+
+const char *symbolOf(const std::string &action) {
+  if (action == "add") return "+";
+  if (action == "change") return "~";
+  if (action == "extra") return "=";
+  if (action == "remove") return "-";
+  if (action == "refuse") return "x";
+  return " ";
+}
+
+// plan: "+ trustee /a bob [rwf]", "~ ... (now [rf])", "  ! reason"
+std::string planText(const Row &row) {
+  const std::string action = row.value("action", std::string());
+  std::string text = std::string(symbolOf(action)) + " " + entryText(row);
+  if (row.contains("was")) text += " (now " + row["was"].get<std::string>() + ")";
+  if (action == "extra") text += " (not in the document: a restore keeps it)";
+  if (!row.contains("reason")) return text;
+  if (action == "refuse") return text + ": never sent: " + row["reason"].get<std::string>();
+  if (action == "extra") return text + "; " + row["reason"].get<std::string>();
+  text += ": may be refused: " + row["reason"].get<std::string>();
+  return text;
+}
+
+// apply and verify: "applied   trustee /a bob [rwf]", "refused   ...: 3 user not found"
+std::string outcomeText(const Row &row) {
+  std::string action = row.value("action", std::string());
+  action.resize(action.size() < 9 ? 9 : action.size(), ' ');
+  std::string text = action + " " + entryText(row);
+  if (row.contains("result"))
+    text += ": " + std::to_string(row["result"].get<int>()) + " " +
+            row.value("description", std::string());
+  else if (row.contains("reason"))
+    text += ": " + row["reason"].get<std::string>();
+  return text;
+}
+
+std::string count(const Row &row, const char *member, const char *words) {
+  return std::to_string(row.value(member, 0UL)) + " " + words;
+}
+
+std::string planSummaryText(const Row &row) {
+  std::string text =
+      "plan " + row.value("volume", std::string()) + " <- " + row.value("document", std::string()) +
+      ": " + count(row, "add", "to add") + ", " + count(row, "change", "to change") + ", " +
+      count(row, "inPlace", "in place") + ", " + count(row, "skipped", "skipped") + ", " +
+      count(row, "refused", "never sent") + " (" + count(row, "flagged", "may be refused") + "); " +
+      count(row, "extra", "on the volume only") + " (" + count(row, "remove", "to remove") + ")";
+  return text;
+}
+
+std::string applySummaryText(const Row &row) {
+  std::string text = "apply " + row.value("volume", std::string()) + " <- " +
+                     row.value("document", std::string()) + ": " +
+                     count(row, "applied", "applied") + ", " + count(row, "inPlace", "in place") +
+                     ", " + count(row, "refused", "refused") + ", " +
+                     count(row, "skipped", "skipped") + ", " + count(row, "removed", "removed");
+  if (row.contains("interrupted"))
+    text += "; interrupted by " + row["interrupted"].get<std::string>();
+  return text;
+}
+
+std::string verifySummaryText(const Row &row) {
+  return "verify " + row.value("volume", std::string()) + " <- " +
+         row.value("document", std::string()) + ": " + count(row, "inPlace", "in place") + ", " +
+         count(row, "missing", "missing") + ", " + count(row, "different", "different") + ", " +
+         count(row, "skipped", "skipped");
+}
+
+}  // namespace
+
+Row entryRow(const char *type, const char *action, const Entry &entry) {
+  Row row;
+  row["type"] = type;
+  row["action"] = action;
+  if (entry.at.line != 0) row["line"] = entry.at.line;
+  row["kind"] = kindName(entry.kind);
+  row["path"] = pathOf(entry);
+  row["user"] = entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota
+                    ? userLabel(entry)
+                    : std::string();
+  row["value"] = entryValue(entry);
+  return row;
+}
+
+std::string renderAccountText(const Row &row) {
+  const std::string type = row.value("type", std::string());
+  if (type == "plan") return planText(row);
+  if (type == "apply" || type == "verify") return outcomeText(row);
+  if (type == "plan-summary") return planSummaryText(row);
+  if (type == "apply-summary") return applySummaryText(row);
+  if (type == "verify-summary") return verifySummaryText(row);
+  return "";
+}

@@ -1,0 +1,15 @@
+// The rows of plan, apply and verify: one per entry and a summary, each rendered as a text line
+// from the same object that --json writes.
+#pragma once
+#include <string>
+
+#include "ctl/output.h"
+#include "model/entry.h"
+
+// An entry's row: "type" (plan, apply or verify), "action" (what happens to it), the entry's
+// line, kind, path, user and value. Callers add "was", "flag", "reason", "result",
+// "description".
+Row entryRow(const char *type, const char *action, const Entry &entry);
+
+// Text lines of the rows above and of the summaries; "" for a type of no one's here.
+std::string renderAccountText(const Row &row);

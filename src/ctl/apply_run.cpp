@@ -1,0 +1,254 @@
+#include "ctl/apply_run.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "channel/admin_channel.h"
+#include "ctl/account_rows.h"
+#include "ctl/apply_progress.h"
+#include "ctl/commands.h"
+#include "ctl/document_source.h"
+#include "ctl/plan_walk.h"
+#include "ctl/scratch_file.h"
+#include "document/run_settings.h"
+#include "document/tag_reader.h"
+#include "model/canonical_writer.h"
+#include "model/document_reader.h"
+#include "restore/restore_driver.h"
+#include "save/invalid_trustees.h"
+
+volatile std::sig_atomic_t applyStopSignal = 0;
+
+namespace {
+
+// Standard error pointed elsewhere for a while (trovan's walkers print their own refusal lines,
+// which the account replaces), and given back.
+class StderrAside {
+public:
+  StderrAside() {
+    std::fflush(stderr);
+    saved_ = dup(2);
+    const int null = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (null >= 0) {
+      dup2(null, 2);
+      close(null);
+    }
+  }
+  ~StderrAside() {
+    std::fflush(stderr);
+    if (saved_ >= 0) {
+      dup2(saved_, 2);
+      close(saved_);
+    }
+  }
+  StderrAside(const StderrAside &) = delete;
+  StderrAside &operator=(const StderrAside &) = delete;
+
+private:
+  int saved_ = -1;
+};
+
+}  // namespace
+
+ApplyRun::ApplyRun(ApplyOptions &options, RestoreSettings &settings)
+    : options_(options), settings_(settings), plan_(options.restore, settings),
+      output_(options.restore.json ? Format::json : Format::text) {
+  const bool wanted = options.progress || isatty(2);
+  if (wanted && !options.quiet) progressFd_ = dup(2);
+}
+
+ApplyRun::~ApplyRun() {
+  if (changesFd_ >= 0) close(changesFd_);
+  if (progressFd_ >= 0) close(progressFd_);
+  if (!changesName_.empty()) unlink(changesName_.c_str());
+}
+
+void ApplyRun::reject(const Entry &entry) { rejects_.write(entry); }
+
+// The plan: rows for what is not sent, and the changes into a canonical document.
+bool ApplyRun::planChanges(const std::string &label) {
+  changesFd_ = namedScratchFile(changesName_);
+  if (changesFd_ < 0) {
+    reportError("apply: cannot make a temporary file: " + std::string(std::strerror(errno)));
+    return false;
+  }
+  DocumentSource source(options_.restore.document);
+  if (!source.ok()) {
+    reportError(source.error());
+    return false;
+  }
+  CanonicalWriter changes(changesFd_);
+  changes.begin();
+  const WalkResult walked = walkDocument(plan_, source, [&](const PlannedEntry &planned) {
+    switch (planned.verdict) {
+    case Verdict::add:
+    case Verdict::change:
+      ++counts_.changes;
+      changes.write(*planned.entry);
+      return;
+    case Verdict::inPlace: ++counts_.inPlace; break;
+    case Verdict::skipped: ++counts_.skipped; break;
+    case Verdict::refused:
+      ++counts_.refused;
+      reject(*planned.entry);
+      break;
+    }
+    Row row = entryRow("apply", actionName(planned.verdict), *planned.entry);
+    if (planned.verdict == Verdict::refused) row["reason"] = "never sent: " + planned.reason;
+    output_.emit(row);
+  });
+  if (const int error = changes.finish(); error != 0) {
+    reportError("apply: temporary file: " + std::string(std::strerror(error)));
+    return false;
+  }
+  if (!walked.ok) return false;
+  const unsigned long findings = walked.findings + counts_.refused;
+  if (findings > 0 && !options_.force) {
+    reportError("apply: " + label + ": " + std::to_string(findings) +
+                " problem(s) found (see trovanctl check); nothing sent. --force sends the "
+                "changes anyway");
+    return false;
+  }
+  return true;
+}
+
+void ApplyRun::account(const Entry &entry, const ReplyOutcome &outcome) {
+  if (!outcome.sent && outcome.error == 0) {
+    ++counts_.notSent;  // interrupted: the next run sends it
+    return;
+  }
+  const bool applied = outcome.sent && outcome.result == 0;
+  ++(applied ? counts_.applied : counts_.refused);
+  Row row = entryRow("apply", applied ? "applied" : "refused", entry);
+  if (outcome.error != 0) {
+    row["reason"] = std::string("the command file failed: ") + std::strerror(outcome.error);
+  } else if (outcome.result == -1) {
+    row["reason"] = "the reply is not one to this request, or holds no result";
+  } else if (!applied) {
+    row["result"] = outcome.result;
+    row["description"] = outcome.description;
+  }
+  if (!applied) reject(entry);
+  output_.emit(row);
+}
+
+// Sends the changes document through trovan's restore walkers, one request per entry; the
+// strict reader walks the same document in step, so each reply is accounted to its entry.
+bool ApplyRun::sendChanges() {
+  if (counts_.changes == 0) return true;
+  const int walkFd = open(changesName_.c_str(), O_RDONLY | O_CLOEXEC);
+  const int accountFd = open(changesName_.c_str(), O_RDONLY | O_CLOEXEC);
+  if (walkFd < 0 || accountFd < 0) {
+    reportError("apply: temporary file: " + std::string(std::strerror(errno)));
+    if (walkFd >= 0) close(walkFd);
+    if (accountFd >= 0) close(accountFd);
+    return false;
+  }
+  DocumentReader accountReader(accountFd, [](Finding) {});
+  ApplyProgress progress(progressFd_, counts_.changes);
+  unsigned long done = 0;
+  Entry entry;
+  commandFiles_.install(
+      [&](const ReplyOutcome &outcome) {
+        if (accountReader.next(entry)) account(entry, outcome);
+        progress.update(++done, counts_.refused);
+      },
+      &applyStopSignal);
+  resetTagReader();
+  inputFd = walkFd;
+  reflectOnGemel = options_.restore.noGemel ? 0 : 1;
+  arborUsers = adUsers = 1;
+  showActions = 0;
+  int status;
+  {
+    StderrAside aside;
+    status = restoreDocument(options_.restore.volume.c_str(), options_.restore.mountPoint.c_str(),
+                             nullptr, "", nullptr, 0);
+  }
+  commandFiles_.uninstall();
+  progress.end(done, counts_.refused);
+  inputFd = 0;
+  close(walkFd);
+  close(accountFd);
+  if (status != 0 && applyStopSignal == 0) {
+    reportError("apply: trovan's restore of the changes stopped with status " +
+                std::to_string(status & 0xff));
+    return false;
+  }
+  return true;
+}
+
+// --prune: the trustees in the restore's scope that the document does not hold, removed with
+// the request trovan save sends for invalid trustees.
+void ApplyRun::pruneExtras() {
+  if (!options_.prune) return;
+  plan_.forEachExtra([&](const Entry &entry, bool inScope) {
+    if (!inScope || entry.kind != EntryKind::trustee) return;
+    if (!removableTrustee(entry)) {
+      Row row = entryRow("apply", "kept", entry);
+      row["reason"] = kNoIdentifierReason;
+      output_.emit(row);
+      return;
+    }
+    if (applyStopSignal != 0) {
+      ++counts_.notSent;
+      return;
+    }
+    const std::string fileName = options_.restore.volume + ":" + entry.path;
+    const std::size_t length = buildTrusteeRemoval(entry.ad, fileName, entry.id);
+    ReplyOutcome outcome;
+    outcome.error = commandFiles_.exchange(requestBuffer, length, outcome);
+    const bool removed = outcome.error == 0 && outcome.result == 0;
+    ++(removed ? counts_.removed : counts_.refused);
+    Row row = entryRow("apply", removed ? "removed" : "refused", entry);
+    if (outcome.error != 0) {
+      row["reason"] = std::string("the command file failed: ") + std::strerror(outcome.error);
+    } else if (!removed) {
+      row["result"] = outcome.result;
+      row["description"] = outcome.description;
+    }
+    output_.emit(row);
+  });
+}
+
+int ApplyRun::finish(const std::string &label) {
+  Row row;
+  row["type"] = "apply-summary";
+  row["volume"] = options_.restore.volume;
+  row["document"] = label;
+  row["applied"] = counts_.applied;
+  row["inPlace"] = counts_.inPlace;
+  row["refused"] = counts_.refused;
+  row["skipped"] = counts_.skipped;
+  row["removed"] = counts_.removed;
+  row["notSent"] = counts_.notSent;
+  if (applyStopSignal != 0) row["interrupted"] = applyStopSignal == SIGINT ? "SIGINT" : "SIGTERM";
+  output_.emit(row);
+  std::fflush(stdout);
+  if (!rejects_.commit()) return kTrouble;
+  if (applyStopSignal != 0) return 128 + applyStopSignal;
+  return counts_.refused > 0 ? kFindings : kClean;
+}
+
+int ApplyRun::run() {
+  if (!plan_.readVolume()) return kTrouble;
+  if (!rejects_.open(options_.rejects)) return kTrouble;
+  const std::string label =
+      options_.restore.document == "-" ? "(standard input)" : options_.restore.document;
+  if (!planChanges(label)) return kTrouble;
+  if (counts_.changes > 0 || options_.prune) {
+    if (!commandFiles_.open()) return kTrouble;
+    if (replyBuffer == nullptr && !allocateReplyBuffer()) {
+      reportError("apply: out of memory");
+      return kTrouble;
+    }
+  }
+  const bool sent = sendChanges();
+  if (sent) pruneExtras();
+  const int status = finish(label);
+  freeReplyBuffer();
+  return sent ? status : kTrouble;
+}

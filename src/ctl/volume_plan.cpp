@@ -1,0 +1,177 @@
+#include "ctl/volume_plan.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "ctl/document_operand.h"
+#include "ctl/output.h"
+#include "ctl/scratch_file.h"
+#include "document/records.h"
+#include "document/xml_text.h"
+#include "model/document_reader.h"
+#include "model/entry_rules.h"
+#include "save/identity_library.h"
+
+namespace {
+
+bool ofUser(const Entry &entry) {
+  return entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota;
+}
+
+// trovan's -t rule on an Arbor user's name.
+void putTree(Entry &entry, const CheckOptions &options) {
+  if (!options.treeGiven || !ofUser(entry) || entry.ad) return;
+  char name[kNameTextSize];
+  if (entry.name.size() >= sizeof name) return;
+  entry.name.copy(name, entry.name.size());
+  name[entry.name.size()] = '\0';
+  if (replaceTreeName(name, options.tree.c_str(), sizeof name)) entry.name = name;
+}
+
+// Why trovan's restore would send nothing for an entry it reads, or stop at it; "" when it sends.
+std::string incomplete(const Entry &entry) {
+  switch (entry.kind) {
+  case EntryKind::trustee:
+    if (entry.ad && entry.id.empty()) return "an AD trustee without an id stops trovan restore";
+    if (!entry.ad && entry.name.empty()) return "a trustee without a name stops trovan restore";
+    return "";
+  case EntryKind::filter: return entry.path.empty() ? "no path" : "";
+  case EntryKind::userQuota:
+    if (entry.name.empty()) return "a user quota without a name is never sent";
+    [[fallthrough]];
+  case EntryKind::dirQuota:
+    if (entry.amount.empty()) return "a quota without an amount is never sent";
+    return entry.kind == EntryKind::dirQuota && entry.path.empty() ? "no path" : "";
+  }
+  return "";
+}
+
+bool sameValue(const Entry &a, const Entry &b) {
+  if (a.kind == EntryKind::trustee || a.kind == EntryKind::filter) return a.rights == b.rights;
+  return a.amount == b.amount;
+}
+
+}  // namespace
+
+std::string entryValue(const Entry &entry) {
+  if (entry.kind == EntryKind::trustee || entry.kind == EntryKind::filter)
+    return "[" + rightsLetters(entry.rights) + "]";
+  return entry.amount;
+}
+
+VolumePlan::VolumePlan(const CheckOptions &options, const RestoreSettings &settings)
+    : options_(options), settings_(settings) {}
+
+bool VolumePlan::readVolume() {
+  const int fd = scratchFile();
+  if (fd < 0) {
+    reportError("cannot make a temporary file: " + std::string(std::strerror(errno)));
+    return false;
+  }
+  const int code = saveVolumeTo(options_.volume, fd);
+  if (code != 0 || lseek(fd, 0, SEEK_SET) != 0) {
+    close(fd);
+    reportError("volume " + options_.volume + " could not be read (trovan save code " +
+                std::to_string(code) + ")");
+    return false;
+  }
+  bool wellFormed = true;
+  {
+    DocumentReader reader(fd, [](Finding) {});
+    Entry entry;
+    while (reader.next(entry))
+      volume_.add(entry);
+    wellFormed = !reader.failed() && reader.readError() == 0;
+  }
+  close(fd);
+  if (!wellFormed) reportError("volume " + options_.volume + ": its info files could not be read");
+  return wellFormed;
+}
+
+void VolumePlan::flagPredictable(PlannedEntry &planned, const Entry &entry) const {
+  if (entry.kind != EntryKind::userQuota) {
+    struct stat info;
+    const std::string full = options_.mountPoint + comparablePath(entry);
+    if (stat(full.c_str(), &info) != 0) {
+      planned.flag = "missing-path";
+      planned.reason = "no such file under the mount point: " + full;
+      return;
+    }
+  }
+  if (entry.kind == EntryKind::trustee && entry.ad && !sidNamesExistingUser(entry.id.c_str())) {
+    planned.flag = "unknown-sid";
+    planned.reason = "the identity library does not resolve " + entry.id;
+  }
+}
+
+void VolumePlan::judge(PlannedEntry &planned, Entry &entry) {
+  if (!wouldRestore(entry, options_, settings_)) {
+    planned.verdict = Verdict::skipped;
+    return;
+  }
+  if (std::string why = incomplete(entry); !why.empty()) {
+    planned.verdict = Verdict::refused;
+    planned.flag = "incomplete";
+    planned.reason = why;
+    return;
+  }
+  RuleSettings rules;
+  rules.mountPoint = options_.mountPoint;
+  checkEntryRules(entry, rules, [&planned](Finding finding) {
+    if (planned.verdict == Verdict::refused) return;
+    planned.verdict = Verdict::refused;
+    planned.flag = finding.code;
+    planned.reason = finding.message;
+  });
+  if (planned.verdict == Verdict::refused) return;
+  putTree(entry, options_);
+  Entry stored;
+  if (volume_.match(entry, stored)) {
+    if (sameValue(entry, stored)) {
+      planned.verdict = Verdict::inPlace;
+      return;
+    }
+    planned.verdict = Verdict::change;
+    planned.was = entryValue(stored);
+  }
+  flagPredictable(planned, entry);
+}
+
+int VolumePlan::walk(int fd, const FindingSink &findings,
+                     const std::function<void(const PlannedEntry &)> &visit) {
+  DocumentReader reader(fd, findings);
+  Entry entry;
+  while (reader.next(entry)) {
+    PlannedEntry planned;
+    planned.entry = &entry;
+    judge(planned, entry);
+    visit(planned);
+  }
+  return reader.readError();
+}
+
+void VolumePlan::forEachExtra(const std::function<void(const Entry &, bool)> &visit) const {
+  volume_.forEachUnmatched([&](const Entry &entry) {
+    Entry scoped = entry;
+    scoped.rawPath = entry.path;
+    visit(entry, wouldRestore(scoped, options_, settings_));
+  });
+}
+
+const char *actionName(Verdict verdict) {
+  switch (verdict) {
+  case Verdict::add: return "add";
+  case Verdict::change: return "change";
+  case Verdict::inPlace: return "in-place";
+  case Verdict::skipped: return "skip";
+  case Verdict::refused: break;
+  }
+  return "refuse";
+}
+
+bool removableTrustee(const Entry &entry) {
+  return entry.kind == EntryKind::trustee && !entry.id.empty();
+}
