@@ -127,8 +127,7 @@ void checkEntryRules(const Entry &entry, const RuleSettings &settings, const Fin
   }
   const Position pathAt = entry.pathAt.line != 0 ? entry.pathAt : entry.at;
   if (entry.kind != EntryKind::userQuota)
-    checkRequestText(entry, pathAt, "path", entry.rawPath,
-                     entry.kind == EntryKind::dirQuota ? entry.path : entry.path, sink);
+    checkRequestText(entry, pathAt, "path", entry.rawPath, entry.path, sink);
   if (entry.kind == EntryKind::trustee && entry.ad)
     checkRequestText(entry, entry.at, "id", entry.rawId, entry.id, sink);
   else if (entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota)

@@ -25,7 +25,7 @@ void appendUtf8(std::string &out, unsigned long code) {
 // Decodes the reference at text[0] == '&' into out; returns its length, or 0 for none.
 std::size_t decodeReference(std::string_view text, std::string &out) {
   const std::size_t semicolon = text.find(';');
-  if (semicolon == std::string_view::npos || semicolon > 12) return 0;
+  if (semicolon > 12) return 0;  // npos too: no semicolon
   const std::string_view reference = text.substr(1, semicolon - 1);
   static constexpr struct {
     std::string_view name;
