@@ -144,6 +144,22 @@ inline bool shiftWithinLoaded(std::size_t position, std::size_t &start, std::siz
   return true;
 }
 
+// A scan's copy of the window's offsets, the position and the CDATA state, held in locals (stores
+// into the caller's text may then not be taken as changing them).
+struct Scan {
+  const char *data = input.data;
+  std::size_t start = input.windowStart;
+  std::size_t end = input.windowEnd;
+  std::size_t position = input.position;
+  bool inCdata = input.inCdata;
+
+  // Whether the byte c at the position is a '<' past the window's start that the caller must
+  // shift the window to (one that shiftWithinLoaded cannot shift to at once).
+  bool leavesWindow(char c) {
+    return c == '<' && position > start && !shiftWithinLoaded(position, start, end);
+  }
+};
+
 // Tops the window up when it is short of 8,192 bytes (a full one needs nothing: what is loaded
 // reaches at least its end). Returns 0, kEndOfInput for an empty window, or an errno value.
 inline int topUp() {
@@ -381,56 +397,53 @@ struct TextField {
 // (Found::nextWindow) or the window's end (Found::onlyText). As scanForTag, it shifts the window
 // itself when the shifted window is full at once.
 Found scanContents(TextField &field) {
-  const char *const data = input.data;
-  std::size_t start = input.windowStart;
-  std::size_t end = input.windowEnd;
-  std::size_t position = input.position;
-  bool inCdata = input.inCdata;
+  Scan scan;
+  const char *const data = scan.data;
   Found found = Found::onlyText;
-  while (position != end) {
-    const char c = data[position];
-    // The window shifts to a '<' past its start: here when it can, else by the caller.
-    if (c == '<' && position > start && !shiftWithinLoaded(position, start, end)) {
+  while (scan.position != scan.end) {
+    const std::size_t at = scan.position;
+    const char c = data[at];
+    if (scan.leavesWindow(c)) {
       found = Found::nextWindow;
       break;
     }
-    if (inCdata) {
-      if (c == ']' && startsWith(position, "]]>", 3)) {
-        inCdata = false;
-        position += 1;  // left on the second ']'
+    if (scan.inCdata) {
+      if (c == ']' && startsWith(at, "]]>", 3)) {
+        scan.inCdata = false;
+        scan.position += 1;  // left on the second ']'
         found = Found::tag;
         break;
       }
       // Inside CDATA a '<' past the window's start still shifts the window (above).
-      const void *bracket = std::memchr(data + position + 1, ']', end - position - 1);
+      const void *bracket = std::memchr(data + at + 1, ']', scan.end - at - 1);
       std::size_t stop = bracket != nullptr
                              ? static_cast<std::size_t>(static_cast<const char *>(bracket) - data)
-                             : end;
-      if (const void *open = std::memchr(data + position + 1, '<', stop - position - 1))
+                             : scan.end;
+      if (const void *open = std::memchr(data + at + 1, '<', stop - at - 1))
         stop = static_cast<std::size_t>(static_cast<const char *>(open) - data);
-      field.append(data + position, stop - position);
-      position = stop;
+      field.append(data + at, stop - at);
+      scan.position = stop;
       continue;
     }
     if (c != '<') {
-      const void *next = std::memchr(data + position, '<', end - position);
+      const void *next = std::memchr(data + at, '<', scan.end - at);
       const std::size_t stop =
-          next != nullptr ? static_cast<std::size_t>(static_cast<const char *>(next) - data) : end;
-      field.append(data + position, stop - position);
-      position = stop;
+          next != nullptr ? static_cast<std::size_t>(static_cast<const char *>(next) - data)
+                          : scan.end;
+      field.append(data + at, stop - at);
+      scan.position = stop;
       continue;
     }
-    if (position + 1 < end && data[position + 1] == '!' &&
-        startsWith(position, kCdataOpen, kCdataOpenLength)) {
-      inCdata = true;
-      position += kCdataOpenLength;
+    if (at + 1 < scan.end && data[at + 1] == '!' && startsWith(at, kCdataOpen, kCdataOpenLength)) {
+      scan.inCdata = true;
+      scan.position += kCdataOpenLength;
       continue;
     }
     found = Found::tag;
     break;
   }
-  input.position = position;
-  input.inCdata = inCdata;
+  input.position = scan.position;
+  input.inCdata = scan.inCdata;
   return found;
 }
 
