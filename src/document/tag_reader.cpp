@@ -16,11 +16,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 
+#include "document/name_scan.h"
 #include "document/records.h"
 #include "document/run_settings.h"
 
@@ -38,7 +38,8 @@ constexpr std::size_t kAdMarkerLength = sizeof kAdMarker - 1;
 struct InputState {
   // Offsets into `data`: the window is [windowStart, windowEnd), the next byte to look at is
   // `position`; [windowEnd, loaded) is input read ahead but not yet in the window.
-  char data[kReadAheadSize];
+  // Past the read-ahead, padding that the name scan and copy may read (never input).
+  char data[kReadAheadSize + kTagNameSize];
   std::size_t loaded = 0;
   std::size_t windowStart = 0;
   std::size_t windowEnd = 0;
@@ -56,23 +57,11 @@ struct InputState {
 };
 InputState input;
 
-// Character classes of the tag-name scan: a name runs up to '>', '/' or a blank; a NUL byte
-// ends the name as a string, and is left to the general scan.
-enum : unsigned char { kNameByte = 0, kNameStop = 1, kNameBlank = 2, kNameNul = 3 };
-constexpr auto kNameClass = [] {
-  std::array<unsigned char, 256> table{};
-  table['>'] = table['/'] = kNameStop;
-  for (const unsigned char c : {' ', '\t', '\n', '\v', '\f', '\r'})
-    table[c] = kNameBlank;
-  table[0] = kNameNul;
-  return table;
-}();
-
 inline bool isBlank(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');  // the C locale's white space
 }
 
-bool startsWith(std::size_t at, const char *text, std::size_t length) {
+inline bool startsWith(std::size_t at, const char *text, std::size_t length) {
   return at + length <= input.windowEnd && std::memcmp(input.data + at, text, length) == 0;
 }
 
@@ -145,6 +134,41 @@ inline void shift() {
   input.windowStart = input.position;
 }
 
+// shift and refill at once, when the window shifted to `position` is full at once and no NUL is
+// near: start and end become the new window's. False, with nothing changed, otherwise.
+inline bool shiftWithinLoaded(std::size_t position, std::size_t &start, std::size_t &end) {
+  if (input.nextNul < end || input.loaded < position + kInputWindowSize) [[unlikely]]
+    return false;
+  start = input.windowStart = position;
+  end = input.windowEnd = position + kInputWindowSize;
+  return true;
+}
+
+// A scan's copy of the window's offsets, the position and the CDATA state, held in locals (stores
+// into the caller's text may then not be taken as changing them).
+struct Scan {
+  const char *data = input.data;
+  std::size_t start = input.windowStart;
+  std::size_t end = input.windowEnd;
+  std::size_t position = input.position;
+  bool inCdata = input.inCdata;
+
+  // Whether the byte c at the position is a '<' past the window's start that the caller must
+  // shift the window to (one that shiftWithinLoaded cannot shift to at once).
+  bool leavesWindow(char c) {
+    return c == '<' && position > start && !shiftWithinLoaded(position, start, end);
+  }
+};
+
+// Tops the window up when it is short of 8,192 bytes (a full one needs nothing: what is loaded
+// reaches at least its end). Returns 0, kEndOfInput for an empty window, or an errno value.
+inline int topUp() {
+  if (input.windowEnd - input.windowStart == kInputWindowSize) [[likely]]
+    return 0;
+  if (const int error = refill(); error != 0) return error;
+  return input.windowEnd == input.windowStart ? kEndOfInput : 0;
+}
+
 // Appends to a tag name, keeping at most kTagNameSize - 1 bytes.
 void appendName(char *name, std::size_t &length, const char *bytes, std::size_t count) {
   const std::size_t room = kTagNameSize - 1 - length;
@@ -153,66 +177,97 @@ void appendName(char *name, std::size_t &length, const char *bytes, std::size_t 
   length += count;
 }
 
-// Parses the tag whose '<' is at `position` (the window's start). Sets nameLength.
-inline int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
-  ++input.position;
-  if (input.position < input.windowEnd && input.data[input.position] == '/') {
-    *isEndTag = 1;
-    ++input.position;
-  }
-  const std::size_t nameStart = input.position;
-  const char *at = input.data + input.position;
-  const char *const end = input.data + input.windowEnd;
-  // The name proper: up to '>', '/', a blank or the data's end. A name holding a NUL byte is
-  // left to the general scan below.
-  while (at < end && kNameClass[static_cast<unsigned char>(*at)] == kNameByte)
-    ++at;
-  std::size_t length = 0;
-  const bool nulInName = at < end && kNameClass[static_cast<unsigned char>(*at)] == kNameNul;
-  if (!nulInName) [[likely]] {
-    length = std::min(static_cast<std::size_t>(at - (input.data + nameStart)), kTagNameSize - 1);
-    std::memcpy(name, input.data + nameStart, length);
-    if (at < end && *at == '>') [[likely]] {
-      name[length] = '\0';
-      nameLength = length;
-      input.position = static_cast<std::size_t>(at - input.data) + 1;
-      return 0;
-    }
-  } else {
-    at = input.data + nameStart;
-    while (at < end && *at != '>' && *at != '/' && !isBlank(*at)) {
-      if (length < kTagNameSize - 1) name[length++] = *at;
-      ++at;
+// The rest of a tag after its name: only the type="adID" marker after a blank (with that blank)
+// joins the name, up to the '>' or '/' or the window's end. Returns where that scan stopped.
+std::size_t scanAttributes(char *name, std::size_t &length, std::size_t at) {
+  const char *const data = input.data;
+  const std::size_t end = input.windowEnd;
+  while (at < end) {
+    at = nameEnd(data, at, end);
+    if (at == end || data[at] == '>' || data[at] == '/') break;
+    if (isBlank(data[at]) && startsWith(at + 1, kAdMarker, kAdMarkerLength)) {
+      appendName(name, length, data + at, 1 + kAdMarkerLength);
+      at += 1 + kAdMarkerLength;
+    } else {
+      ++at;  // a blank, or a NUL byte (an ordinary byte here)
     }
   }
-  // After a blank only the type="adID" marker (with its blank) joins the name.
-  bool blankSeen = false;
-  while (at < end && *at != '>' && *at != '/') {
-    if (isBlank(*at)) {
-      blankSeen = true;
-      if (startsWith(static_cast<std::size_t>(at - input.data) + 1, kAdMarker, kAdMarkerLength)) {
-        appendName(name, length, at, 1 + kAdMarkerLength);
-        at += 1 + kAdMarkerLength;
-        continue;
-      }
-    } else if (!blankSeen) {
-      appendName(name, length, at, 1);
-    }
-    ++at;
+  return at;
+}
+
+// The name of a tag that holds a NUL byte before its end: gathered byte by byte, as a string.
+[[gnu::noinline]] std::size_t gatherNulName(char *name, std::size_t &length,
+                                            std::size_t nameStart) {
+  const char *const data = input.data;
+  const std::size_t end = input.windowEnd;
+  std::size_t at = nameStart;
+  for (; at < end && data[at] != '>' && data[at] != '/' && !isBlank(data[at]); ++at)
+    if (length < kTagNameSize - 1) name[length++] = data[at];
+  return at;
+}
+
+// The tag just parsed, whose name starts at nameStart, ends with the '/' at `at`: an empty
+// element, whose end tag the next readTag gives (see readEmptyElementEnd).
+inline int awaitEmptyEnd(std::size_t nameStart, std::size_t at) {
+  input.pendingEmptyEnd = true;
+  input.emptyEndPosition = at;
+  input.position = nameStart;
+  return 0;
+}
+
+// A tag whose name is followed by something else than '>': its attributes, a tag cut off by the
+// window's end, or an empty element (whose end tag comes next, see readEmptyElementEnd).
+[[gnu::noinline]] int parseTagRest(char *name, std::size_t nameStart, std::size_t at,
+                                   std::size_t &nameLength) {
+  std::size_t length = std::min(at - nameStart, kTagNameSize - 1);
+  const bool nulInName = at < input.windowEnd && input.data[at] == '\0';
+  if (nulInName) {
+    length = 0;
+    at = gatherNulName(name, length, nameStart);
   }
+  at = scanAttributes(name, length, at);
   name[length] = '\0';
   nameLength = nulInName ? std::strlen(name) : length;
-  input.position = static_cast<std::size_t>(at - input.data);
+  input.position = at;
   // A tag cut off by the end of the data is taken as ending there.
-  if (input.position == input.windowEnd) return 0;
-  if (input.data[input.position] == '>') {
+  if (at == input.windowEnd) return 0;
+  if (input.data[at] == '>') {
     ++input.position;
     return 0;
   }
-  input.pendingEmptyEnd = true;
-  input.emptyEndPosition = input.position;
-  input.position = nameStart;
-  return 0;
+  return awaitEmptyEnd(nameStart, at);
+}
+
+// Parses the tag whose '<' is at `position` (the window's start). Sets nameLength. The window's
+// offsets are held in locals: stores into name may not be taken as changing them.
+inline int parseTag(std::size_t position, char *name, unsigned long *isEndTag,
+                    std::size_t &nameLength) {
+  const char *const data = input.data;
+  const std::size_t end = input.windowEnd;
+  std::size_t at = position + 1;
+  unsigned long endTag = 0;
+  if (at < end && data[at] == '/') {
+    endTag = 1;
+    ++at;
+  }
+  *isEndTag = endTag;
+  const std::size_t nameStart = at;
+  at = nameEnd(data, at, end);
+  // The name proper is copied whole (the buffer's padding keeps this inside it), then cut; a
+  // short name in one 16-byte copy.
+  if (at - nameStart < 16)
+    std::memcpy(name, data + nameStart, 16);
+  else
+    std::memcpy(name, data + nameStart, kTagNameSize);
+  if (at < end && (data[at] == '>' || data[at] == '/')) [[likely]] {
+    const std::size_t length = std::min(at - nameStart, kTagNameSize - 1);
+    name[length] = '\0';
+    nameLength = length;
+    if (data[at] == '/') return awaitEmptyEnd(nameStart, at);
+    input.position = at + 1;
+    return 0;
+  }
+  return parseTagRest(name, nameStart, at, nameLength);
 }
 
 // The end tag of the empty element just read: its name again, from the same bytes.
@@ -227,63 +282,87 @@ int readEmptyElementEnd(char *name, unsigned long *isEndTag, std::size_t &nameLe
   return 0;
 }
 
-// readTag without the -d trace; also gives the name's length.
-int readTagGeneral(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
-  if (input.pendingEmptyEnd) return readEmptyElementEnd(name, isEndTag, nameLength);
-  for (;;) {
-    if (const int error = refill(); error != 0) [[unlikely]]
-      return error;
-    if (input.windowEnd == input.windowStart) [[unlikely]] {
-      name[0] = '\0';
-      nameLength = 0;
-      return kEndOfInput;
+// Where the scan for the next tag stopped.
+enum class Found { tag, onlyText, nextWindow };
+
+// Moves the position on to the next tag: a '<' at the window's start that opens no CDATA section
+// (Found::tag, the position then left to the caller in `position`), a '<' past the window's
+// start, where the window must shift (Found::nextWindow), or the window's end
+// (Found::onlyText). Text skipped on the way makes *isEndTag 0 (a tag returned stale after it is
+// a start tag).
+inline Found scanForTag(unsigned long *isEndTag, std::size_t &position) {
+  const char *const data = input.data;
+  std::size_t start = input.windowStart;
+  std::size_t end = input.windowEnd;
+  position = input.position;
+  bool inCdata = input.inCdata;
+  bool textSeen = false;
+  Found found = Found::onlyText;
+  while (position != end) {
+    const char c = data[position];
+    // The window shifts to a '<' past its start: here when it can, else by the caller.
+    if (c == '<' && position > start && !shiftWithinLoaded(position, start, end)) {
+      found = Found::nextWindow;
+      break;
     }
-    for (;;) {
-      if (input.position == input.windowEnd) [[unlikely]] {
-        // Only text was left: the caller gets the previous tag again.
-        shift();
-        nameLength = std::strlen(name);
-        return 0;
+    if (inCdata) [[unlikely]] {
+      if (c == ']' && startsWith(position, "]]>", 3)) {
+        inCdata = false;
+        position += 3;
+      } else {
+        ++position;
       }
-      const char c = input.data[input.position];
-      if (c == '<' && input.position > input.windowStart) {
-        shift();
-        break;
-      }
-      if (input.inCdata) [[unlikely]] {
-        if (c == ']' && startsWith(input.position, "]]>", 3)) {
-          input.inCdata = false;
-          input.position += 3;
-        } else {
-          ++input.position;
-        }
+      continue;
+    }
+    if (c == '<') {
+      if (position + 1 < end && data[position + 1] == '!' &&
+          startsWith(position, kCdataOpen, kCdataOpenLength)) [[unlikely]] {
+        inCdata = true;
+        ++position;
         continue;
       }
-      if (c == '<') {
-        if (input.position + 1 < input.windowEnd && input.data[input.position + 1] == '!' &&
-            startsWith(input.position, kCdataOpen, kCdataOpenLength)) [[unlikely]] {
-          input.inCdata = true;
-          ++input.position;
-          continue;
-        }
-        *isEndTag = 0;
-        return parseTag(name, isEndTag, nameLength);
+      found = Found::tag;
+      break;
+    }
+    textSeen = true;
+    const void *next = std::memchr(data + position, '<', end - position);
+    position =
+        next != nullptr ? static_cast<std::size_t>(static_cast<const char *>(next) - data) : end;
+  }
+  if (found != Found::tag) input.position = position;
+  input.inCdata = inCdata;
+  if (textSeen) *isEndTag = 0;
+  return found;
+}
+
+// readTag without the -d trace; also gives the name's length.
+[[gnu::always_inline]] inline int readTagGeneral(char *name, unsigned long *isEndTag,
+                                                 std::size_t &nameLength) {
+  if (input.pendingEmptyEnd) [[unlikely]]
+    return readEmptyElementEnd(name, isEndTag, nameLength);
+  for (;;) {
+    if (const int result = topUp(); result != 0) [[unlikely]] {
+      if (result == kEndOfInput) {
+        name[0] = '\0';
+        nameLength = 0;
       }
-      // Text between tags (a tag returned stale after it is a start tag): skip to the next '<'
-      // or the window's end.
-      *isEndTag = 0;
-      const void *next =
-          std::memchr(input.data + input.position, '<', input.windowEnd - input.position);
-      input.position = next != nullptr
-                           ? static_cast<std::size_t>(static_cast<const char *>(next) - input.data)
-                           : input.windowEnd;
+      return result;
+    }
+    std::size_t position = 0;
+    const Found found = scanForTag(isEndTag, position);
+    if (found == Found::tag) return parseTag(position, name, isEndTag, nameLength);
+    shift();
+    if (found == Found::onlyText) {
+      // Only text was left: the caller gets the previous tag again.
+      nameLength = std::strlen(name);
+      return 0;
     }
   }
 }
 
 // readTag with the name's length and the -d trace.
-int readTagMeasured(char *name, unsigned long *isEndTag, const char *label,
-                    std::size_t &nameLength) {
+[[gnu::always_inline]] inline int readTagMeasured(char *name, unsigned long *isEndTag,
+                                                  const char *label, std::size_t &nameLength) {
   const int result = readTagGeneral(name, isEndTag, nameLength);
   if (debug) [[unlikely]]
     std::printf("**%s** ccode=%d  endtag=%lu  tag=%s\n", label, result, *isEndTag, name);
@@ -313,63 +392,73 @@ struct TextField {
   }
 };
 
-int readContentsGeneral(TextField &field) {
-  for (;;) {
-    if (const int error = refill(); error != 0) {
-      return field.finish(error);
+// Gathers the text from the position into field, up to the tag that ends it (Found::tag; a
+// CDATA section's end leaves the position on its second ']'), a '<' past the window's start
+// (Found::nextWindow) or the window's end (Found::onlyText). As scanForTag, it shifts the window
+// itself when the shifted window is full at once.
+Found scanContents(TextField &field) {
+  Scan scan;
+  const char *const data = scan.data;
+  Found found = Found::onlyText;
+  while (scan.position != scan.end) {
+    const std::size_t at = scan.position;
+    const char c = data[at];
+    if (scan.leavesWindow(c)) {
+      found = Found::nextWindow;
+      break;
     }
-    if (input.windowEnd == input.windowStart) {
-      field.text[0] = '\0';
-      return kEndOfInput;
-    }
-    for (;;) {
-      if (input.position == input.windowEnd) {
-        shift();
-        return field.finish(0);
-      }
-      const char c = input.data[input.position];
-      if (c == '<' && input.position > input.windowStart) {
-        shift();
+    if (scan.inCdata) {
+      if (c == ']' && startsWith(at, "]]>", 3)) {
+        scan.inCdata = false;
+        scan.position += 1;  // left on the second ']'
+        found = Found::tag;
         break;
       }
-      if (input.inCdata) {
-        if (c == ']' && startsWith(input.position, "]]>", 3)) {
-          input.inCdata = false;
-          input.position += 1;  // left on the second ']'
-          return field.finish(0);
-        }
-        // Inside CDATA a '<' past the window's start still shifts the window (above).
-        std::size_t end = input.position + 1;
-        if (const void *bracket = std::memchr(input.data + end, ']', input.windowEnd - end);
-            bracket != nullptr)
-          end = static_cast<std::size_t>(static_cast<const char *>(bracket) - input.data);
-        else
-          end = input.windowEnd;
-        if (const void *open =
-                std::memchr(input.data + input.position + 1, '<', end - input.position - 1);
-            open != nullptr)
-          end = static_cast<std::size_t>(static_cast<const char *>(open) - input.data);
-        field.append(input.data + input.position, end - input.position);
-        input.position = end;
-        continue;
-      }
-      if (c != '<') {
-        const void *next =
-            std::memchr(input.data + input.position, '<', input.windowEnd - input.position);
-        const std::size_t end =
-            next != nullptr ? static_cast<std::size_t>(static_cast<const char *>(next) - input.data)
-                            : input.windowEnd;
-        field.append(input.data + input.position, end - input.position);
-        input.position = end;
-        continue;
-      }
-      if (startsWith(input.position, kCdataOpen, kCdataOpenLength)) {
-        input.inCdata = true;
-        input.position += kCdataOpenLength;
-        continue;
-      }
-      return field.finish(0);
+      // Inside CDATA a '<' past the window's start still shifts the window (above).
+      const void *bracket = std::memchr(data + at + 1, ']', scan.end - at - 1);
+      std::size_t stop = bracket != nullptr
+                             ? static_cast<std::size_t>(static_cast<const char *>(bracket) - data)
+                             : scan.end;
+      if (const void *open = std::memchr(data + at + 1, '<', stop - at - 1))
+        stop = static_cast<std::size_t>(static_cast<const char *>(open) - data);
+      field.append(data + at, stop - at);
+      scan.position = stop;
+      continue;
     }
+    if (c != '<') {
+      const void *next = std::memchr(data + at, '<', scan.end - at);
+      const std::size_t stop =
+          next != nullptr ? static_cast<std::size_t>(static_cast<const char *>(next) - data)
+                          : scan.end;
+      field.append(data + at, stop - at);
+      scan.position = stop;
+      continue;
+    }
+    if (at + 1 < scan.end && data[at + 1] == '!' && startsWith(at, kCdataOpen, kCdataOpenLength)) {
+      scan.inCdata = true;
+      scan.position += kCdataOpenLength;
+      continue;
+    }
+    found = Found::tag;
+    break;
+  }
+  input.position = scan.position;
+  input.inCdata = scan.inCdata;
+  return found;
+}
+
+int readContentsGeneral(TextField &field) {
+  for (;;) {
+    if (const int result = topUp(); result == kEndOfInput) {
+      field.text[0] = '\0';
+      return kEndOfInput;
+    } else if (result != 0) {
+      return field.finish(result);
+    }
+    const Found found = scanContents(field);
+    if (found == Found::tag) return field.finish(0);
+    shift();
+    if (found == Found::onlyText) return field.finish(0);
   }
 }
 
@@ -392,39 +481,6 @@ int readContents(char *text, std::size_t textSize, bool *tooLong) {
   }
   TextField field{text, textSize, tooLong};
   return readContentsGeneral(field);
-}
-
-int goPastEndTag(std::string_view name) {
-  Tag tag;
-  for (;;) {
-    if (readTag(tag, "goPastEndTag") != 0) {
-      std::fprintf(stderr, "Unable to find end tag: %.*s\n", static_cast<int>(name.size()),
-                   name.data());
-      return kOwnFailure;
-    }
-    if (tag.isEnd(name)) return 0;
-  }
-}
-
-void getRights(char *out, std::string_view endName, std::size_t outSize, bool *tooLong) {
-  if (tooLong != nullptr) *tooLong = false;
-  out[0] = '\0';
-  std::size_t length = 0;
-  Tag tag;
-  while (readTag(tag, "getRights") == 0) {
-    if (tag.isEndTag == 0) {
-      if (length + tag.length + 3 < outSize) {
-        out[length] = '<';
-        std::memcpy(out + length + 1, tag.name, tag.length);
-        std::memcpy(out + length + 1 + tag.length, "/>", 3);
-        length += tag.length + 3;
-      } else if (tooLong != nullptr) {
-        *tooLong = true;
-      }
-    } else if (tag.isEnd(endName)) {
-      break;
-    }
-  }
 }
 
 void readOnlyWithinWindow(bool windowOnly) { input.windowOnly = windowOnly; }

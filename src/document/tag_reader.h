@@ -24,15 +24,11 @@ struct Tag {
   unsigned long isEndTag = 0;
 
   bool is(std::string_view text) const {
-    return length == text.size() && std::memcmp(name, text.data(), length) == 0;
+    // The text's own size, often a constant: the comparison is then inlined.
+    return length == text.size() && std::memcmp(name, text.data(), text.size()) == 0;
   }
-  // The same for an end name whose length is only known at run time: a short loop, no call.
-  bool isEnd(std::string_view text) const {
-    if (isEndTag == 0 || length != text.size()) return false;
-    for (std::size_t at = 0; at < length; ++at)
-      if (name[at] != text[at]) return false;
-    return true;
-  }
+  // Whether this is the end tag of `text`.
+  bool isEnd(std::string_view text) const { return isEndTag != 0 && is(text); }
 };
 
 // readTag into a Tag.
