@@ -3,7 +3,8 @@
 # the given time, keeping the inputs that reach new code in build/fuzz/corpus/NAME/ so that
 # later sessions go on from there. Prints executions, time, coverage and findings per target.
 #
-# Usage: scripts/fuzz_long.sh DURATION [TARGET...]
+# Usage: scripts/fuzz_long.sh [--runs N] DURATION [TARGET...]
+#   --runs N   stop a target once it has made N executions, if that comes before DURATION
 #   DURATION   time per target: seconds, or a number with s, m or h (30m, 2h)
 #   TARGET     names of fuzz/NAME_fuzz.cpp targets (default: all of them)
 # A finding is reproduced with: build/fuzz/fuzz/NAME_fuzz build/fuzz/findings/NAME/FILE
@@ -13,6 +14,12 @@ cd "$(dirname "$0")/.."
 . scripts/fuzz_common.sh
 
 usage() { sed -n '2,/^set -euo/p' "$0" | sed '$d; s/^# \{0,1\}//' >&2; exit 2; }
+runs=-1
+if [ "${1:-}" = --runs ]; then
+  [ $# -ge 2 ] && [[ $2 =~ ^[0-9]+$ ]] || usage
+  runs=$2
+  shift 2
+fi
 [ $# -ge 1 ] || usage
 case $1 in
   *[0-9]s | *[0-9]) seconds=${1%s} ;;
@@ -50,7 +57,7 @@ for name in "${targets[@]}"; do
   # Past a finding the session goes on looking for more; each is kept under findings/.
   status=0
   fuzz_run "$name" "$fuzz_build_dir/corpus/$name" "$log" "-max_total_time=$seconds" \
-    -ignore_crashes=1 -ignore_timeouts=1 -ignore_ooms=1 -fork=1 || status=$?
+    "-runs=$runs" -ignore_crashes=1 -ignore_timeouts=1 -ignore_ooms=1 -fork=1 || status=$?
   summaries+=("$(fuzz_summary "$name" "$log" $((SECONDS - start)) "$marker")")
   findings=$(find "$fuzz_build_dir/findings/$name" -type f -newer "$marker" | wc -l)
   if [ "$status" -ne 0 ] || [ "$findings" -gt 0 ]; then
