@@ -161,6 +161,16 @@ supervisor counts as every right), --kind a kind of user or of line. They combin
     > S-1-5-21-1-2-3-1104 (Ann "Q" & Co – ü)  ad     user-quota  -     -       2000
     > bob.corp.TREE.                          arbor  user-quota  -     -       1000
     ? 0
+    $ trovanctl report --kind userQuota --by user saved.xml
+    > USER                                    KIND   ENTRY       PATH  RIGHTS  QUOTA
+    > S-1-5-21-1-2-3-1104 (Ann "Q" & Co – ü)  ad     user-quota  -     -       2000
+    > bob.corp.TREE.                          arbor  user-quota  -     -       1000
+    ? 0
+    $ trovanctl report --kind dirQuota --format csv saved.xml | tr -d '\r'
+    > path,entry,user,id,kind,rights,quota,from
+    > /data/finance,dir-quota,,,,,77,
+    > /home/ann,dir-quota,,,,,500,
+    ? 0
     $ trovanctl report --path /data --kind arbor --rights r --format json saved.xml
     > {"type":"trustee","path":"/data","user":"staff.corp.TREE.","kind":"arbor","rights":"rwcef"}
     > {"type":"trustee","path":"/data/finance/2026/q1","user":"bob.corp.TREE.","kind":"arbor","rights":"rwf"}
