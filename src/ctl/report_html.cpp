@@ -29,18 +29,18 @@ void appendString(std::string &out, std::string_view text) {
 }
 
 // A node: [name, parent, [user, rights, ...], filter or null, directory quota or null].
-void appendNode(std::string &out, const PathNode &node) {
+void appendNode(std::string &out, const ReportVolume &volume, const PathNode &node) {
   const std::size_t slash = node.path.rfind('/');
   out += '[';
-  appendString(out, node.path == "/" ? std::string_view("/")
-                                     : std::string_view(node.path).substr(slash + 1));
+  appendString(out, node.path == "/" ? std::string_view("/") : node.path.substr(slash + 1));
   out += ',';
   out += node.parent == kNone ? std::string("-1") : std::to_string(node.parent);
   out += ",[";
-  for (std::size_t at = 0; at < node.trustees.size(); ++at) {
+  const std::span<const Assignment> trustees = volume.trusteesOf(node);
+  for (std::size_t at = 0; at < trustees.size(); ++at) {
     if (at > 0) out += ',';
-    out += std::to_string(node.trustees[at].user);
-    out += ",\"" + rightsLetters(node.trustees[at].rights) + '"';
+    out += std::to_string(trustees[at].user);
+    out += ",\"" + rightsLetters(trustees[at].rights) + '"';
   }
   out += "],";
   out += node.hasFilter ? '"' + rightsLetters(node.filter) + '"' : std::string("null");
@@ -73,7 +73,7 @@ void appendPageData(const ReportVolume &volume, std::string &out) {
   out += "],\"nodes\":[";
   for (std::size_t at = 0; at < volume.nodes.size(); ++at) {
     if (at > 0) out += ",\n";
-    appendNode(out, volume.nodes[at]);
+    appendNode(out, volume, volume.nodes[at]);
   }
   out += "]}";
 }

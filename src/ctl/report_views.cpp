@@ -49,7 +49,7 @@ struct Emitter {
 
 void pathLines(const ReportVolume &volume, const Emitter &emit) {
   for (const PathNode &node : volume.nodes) {
-    for (const Assignment &own : node.trustees)
+    for (const Assignment &own : volume.trusteesOf(node))
       emit({LineKind::trustee, &node.path, own.user, own.rights});
     if (node.hasFilter) emit({LineKind::filter, &node.path, kNone, node.filter});
     if (node.hasDirQuota) emit({LineKind::dirQuota, &node.path, kNone, 0, &node.dirQuota});
@@ -74,14 +74,13 @@ std::vector<std::uint32_t> userOrder(const ReportVolume &volume) {
 void userLines(const ReportVolume &volume, const Emitter &emit) {
   // Each user's assignments, in tree order, by counting them out per user.
   std::vector<std::size_t> start(volume.users.size() + 1, 0);
-  for (const PathNode &node : volume.nodes)
-    for (const Assignment &own : node.trustees)
-      ++start[own.user + 1];
+  for (const Assignment &own : volume.assignments)
+    ++start[own.user + 1];
   std::partial_sum(start.begin(), start.end(), start.begin());
   std::vector<std::pair<std::uint32_t, RightsSet>> held(start.back());
   std::vector<std::size_t> fill(start.begin(), start.end() - 1);
   for (std::uint32_t at = 0; at < volume.nodes.size(); ++at)
-    for (const Assignment &own : volume.nodes[at].trustees)
+    for (const Assignment &own : volume.trusteesOf(volume.nodes[at]))
       held[fill[own.user]++] = {at, own.rights};
   for (const std::uint32_t user : userOrder(volume)) {
     for (std::size_t at = start[user]; at < start[user + 1]; ++at)
@@ -93,7 +92,7 @@ void userLines(const ReportVolume &volume, const Emitter &emit) {
 
 // The effective rights of one path, trustees in label order.
 void effectiveLines(const ReportVolume &volume, const std::vector<std::uint32_t> &rank,
-                    const std::string &path, EffectiveList list, const Emitter &emit) {
+                    const std::string_view &path, EffectiveList list, const Emitter &emit) {
   std::sort(list.begin(), list.end(), [&rank](const EffectiveRight &a, const EffectiveRight &b) {
     return rank[a.user] < rank[b.user];
   });
@@ -116,10 +115,11 @@ void writeView(const ReportVolume &volume, ReportView view, const std::string &e
       rank[order[at]] = at;
     if (view == ReportView::effective) {
       const std::string path = nodePath(effectivePath);
-      effectiveLines(volume, rank, path, effectiveAt(volume, path), emit);
+      const std::string_view pathView = path;
+      effectiveLines(volume, rank, pathView, effectiveAt(volume, path), emit);
     } else {
       forEachEffective(volume, [&](std::uint32_t node, const EffectiveList &list) {
-        const std::string &path = volume.nodes[node].path;
+        const std::string_view &path = volume.nodes[node].path;
         if (!filter.byPath || underPath(path, filter.path))
           effectiveLines(volume, rank, path, list, emit);
       });
