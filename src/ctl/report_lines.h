@@ -43,6 +43,9 @@ public:
 
 std::string_view lineKindName(LineKind kind);  // "trustee", "filter", "user-quota", ...
 
+// The lower-case letters of a set of rights ("rwf"), as rightsLetters makes them, from a table.
+std::string_view lettersOf(RightsSet rights);
+
 // The one line that says what effective rights leave out.
 extern const char kEffectiveNote[];
 

@@ -5,6 +5,7 @@
 
 #include "ctl/report_effective.h"
 #include "ctl/report_lines.h"
+#include "document/rights.h"
 
 const char kEffectiveNote[] =
     "note: effective rights come from trustee assignments and inherited rights filters only; "
@@ -19,6 +20,18 @@ std::string_view lineKindName(LineKind kind) {
   case LineKind::effective: break;
   }
   return "effective";
+}
+
+std::string_view lettersOf(RightsSet rights) {
+  constexpr std::size_t kSets = 1u << (sizeof kRights / sizeof kRights[0]);
+  static const std::vector<std::string> table = [] {
+    std::vector<std::string> letters(kSets);
+    for (std::size_t at = 0; at < kSets; ++at)
+      letters[at] = rightsLetters(RightsSet(at));
+    return letters;
+  }();
+  // A set holds only the table's rights.
+  return table[rights & (kSets - 1)];
 }
 
 bool LineFilter::keeps(const ReportVolume &volume, const ReportLine &line) const {
@@ -90,9 +103,9 @@ void userLines(const ReportVolume &volume, const Emitter &emit) {
   }
 }
 
-// The effective rights of one path, trustees in label order.
+// The effective rights of one path, trustees in label order; `list` is sorted in place.
 void effectiveLines(const ReportVolume &volume, const std::vector<std::uint32_t> &rank,
-                    const std::string_view &path, EffectiveList list, const Emitter &emit) {
+                    const std::string_view &path, EffectiveList &list, const Emitter &emit) {
   std::sort(list.begin(), list.end(), [&rank](const EffectiveRight &a, const EffectiveRight &b) {
     return rank[a.user] < rank[b.user];
   });
@@ -116,12 +129,15 @@ void writeView(const ReportVolume &volume, ReportView view, const std::string &e
     if (view == ReportView::effective) {
       const std::string path = nodePath(effectivePath);
       const std::string_view pathView = path;
-      effectiveLines(volume, rank, pathView, effectiveAt(volume, path), emit);
+      EffectiveList list = effectiveAt(volume, path);
+      effectiveLines(volume, rank, pathView, list, emit);
     } else {
+      EffectiveList sorted;  // one list for every path, so that a path costs no allocation
       forEachEffective(volume, [&](std::uint32_t node, const EffectiveList &list) {
         const std::string_view &path = volume.nodes[node].path;
-        if (!filter.byPath || underPath(path, filter.path))
-          effectiveLines(volume, rank, path, list, emit);
+        if (filter.byPath && !underPath(path, filter.path)) return;
+        sorted.assign(list.begin(), list.end());
+        effectiveLines(volume, rank, path, sorted, emit);
       });
     }
   }

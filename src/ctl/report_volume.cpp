@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <unordered_map>
+#include <functional>
 
 #include "model/document_reader.h"
 
@@ -26,6 +26,27 @@ bool strictlyBelow(std::string_view path, std::string_view above) {
   return path.size() > above.size() && underPath(path, above);
 }
 
+// Sorts `order` stably by merging its ascending stretches pairwise: a document comes in a few
+// sections, each already in tree order, so this costs little more than one look at each.
+template <class Before> void mergeStretches(std::vector<std::uint32_t> &order, Before before) {
+  std::vector<std::size_t> bounds{0};
+  for (std::size_t at = 1; at < order.size(); ++at)
+    if (before(order[at], order[at - 1])) bounds.push_back(at);
+  bounds.push_back(order.size());
+  while (bounds.size() > 2) {
+    std::vector<std::size_t> merged{0};
+    for (std::size_t at = 0; at + 2 < bounds.size(); at += 2) {
+      std::inplace_merge(order.begin() + std::ptrdiff_t(bounds[at]),
+                         order.begin() + std::ptrdiff_t(bounds[at + 1]),
+                         order.begin() + std::ptrdiff_t(bounds[at + 2]), before);
+      merged.push_back(bounds[at + 2]);
+    }
+    // An odd stretch out goes on as it is.
+    if (bounds.size() % 2 == 0) merged.push_back(bounds.back());
+    bounds.swap(merged);
+  }
+}
+
 PathNode newNode(std::string_view path, std::uint32_t parent) {
   PathNode node;
   node.path = path;
@@ -42,12 +63,55 @@ struct Fact {
   EntryKind kind;
 };
 
+// The users by key ("A" and the Arbor name, "D" and the SID or else the name of an AD user):
+// an open-addressing table of hashes and user numbers, at most half full.
+class UserIndex {
+public:
+  // The user of `key`, or kNone, with the slot where it would go.
+  std::uint32_t find(std::string_view key, const std::vector<std::string_view> &keys,
+                     std::size_t &slot) const {
+    const std::uint64_t hash = std::hash<std::string_view>{}(key) | 1;
+    for (slot = hash & (slots_.size() - 1);; slot = (slot + 1) & (slots_.size() - 1)) {
+      const Slot &here = slots_[slot];
+      if (here.hash == 0) return kNone;
+      if (here.hash == hash && keys[here.user] == key) return here.user;
+    }
+  }
+
+  // Adds `user` (number keys.size() - 1, key keys.back()) at `slot`, as find left it.
+  void add(std::size_t slot, const std::vector<std::string_view> &keys) {
+    slots_[slot] = {std::hash<std::string_view>{}(keys.back()) | 1, std::uint32_t(keys.size() - 1)};
+    if (keys.size() * 2 > slots_.size()) grow();
+  }
+
+private:
+  struct Slot {
+    std::uint64_t hash = 0;  // 0 marks a free slot
+    std::uint32_t user = kNone;
+  };
+
+  void grow() {
+    std::vector<Slot> old(slots_.size() * 2);
+    old.swap(slots_);
+    for (const Slot &each : old) {
+      if (each.hash == 0) continue;
+      std::size_t slot = each.hash & (slots_.size() - 1);
+      while (slots_[slot].hash != 0)
+        slot = (slot + 1) & (slots_.size() - 1);
+      slots_[slot] = each;
+    }
+  }
+
+  std::vector<Slot> slots_ = std::vector<Slot>(1024);
+};
+
 struct Builder {
   ReportVolume &volume;
   std::vector<std::string_view> runs;  // the path of each run of entries, as they come
   std::vector<Fact> facts;
   std::vector<std::string_view> amounts;
-  std::unordered_map<std::string_view, std::uint32_t> userIndex;
+  UserIndex userIndex;
+  std::vector<std::string_view> userKeys;  // the key of each user
   std::string scratch;
 
   std::uint32_t run(const Entry &entry) {
@@ -62,19 +126,20 @@ struct Builder {
   std::uint32_t user(const Entry &entry) {
     scratch.assign(entry.ad ? "D" : "A");
     scratch += entry.ad && !entry.id.empty() ? entry.id : entry.name;
-    auto found = userIndex.find(scratch);
-    if (found == userIndex.end()) {
-      found =
-          userIndex.emplace(volume.texts.keep(scratch), std::uint32_t(volume.users.size())).first;
+    std::size_t slot = 0;
+    std::uint32_t found = userIndex.find(scratch, userKeys, slot);
+    if (found == kNone) {
+      found = std::uint32_t(volume.users.size());
+      userKeys.push_back(volume.texts.keep(scratch));
+      userIndex.add(slot, userKeys);
       ReportUser added;
-      added.name = volume.texts.keep(entry.name);
       added.id = volume.texts.keep(entry.id);
       added.ad = entry.ad;
       volume.users.push_back(added);
     }
-    ReportUser &known = volume.users[found->second];
+    ReportUser &known = volume.users[found];
     if (known.name.empty()) known.name = volume.texts.keep(entry.name);
-    return found->second;
+    return found;
   }
 
   void add(const Entry &entry) {
@@ -122,8 +187,7 @@ struct Builder {
     const auto before = [this](std::uint32_t a, std::uint32_t b) {
       return treeBefore(runs[a], runs[b]);
     };
-    if (!std::is_sorted(order.begin(), order.end(), before))
-      std::stable_sort(order.begin(), order.end(), before);
+    mergeStretches(order, before);
     std::vector<std::uint32_t> nodeOf(runs.size());
     volume.nodes.reserve(runs.size() + 1);
     volume.nodes.push_back(newNode(volume.texts.keep("/"), kNone));
@@ -189,8 +253,7 @@ std::string collectVolume(int fd, const std::string &file, ReportVolume &volume)
     last = file + ":" + std::to_string(finding.at.line) + ":" + std::to_string(finding.at.column) +
            ": " + finding.message;
   };
-  Builder builder{volume, {}, {}, {}, {}, {}};
-  builder.userIndex.reserve(1024);
+  Builder builder{volume, {}, {}, {}, {}, {}, {}};
   DocumentReader reader(fd, sink);
   Entry entry;
   while (reader.next(entry))
