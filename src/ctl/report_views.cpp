@@ -90,14 +90,15 @@ void userLines(const ReportVolume &volume, const Emitter &emit) {
   for (const Assignment &own : volume.assignments)
     ++start[own.user + 1];
   std::partial_sum(start.begin(), start.end(), start.begin());
-  std::vector<std::pair<std::uint32_t, RightsSet>> held(start.back());
+  // The path itself is kept with each, so that the lines are made from this one array.
+  std::vector<std::pair<std::string_view, RightsSet>> held(start.back());
   std::vector<std::size_t> fill(start.begin(), start.end() - 1);
-  for (std::uint32_t at = 0; at < volume.nodes.size(); ++at)
-    for (const Assignment &own : volume.trusteesOf(volume.nodes[at]))
-      held[fill[own.user]++] = {at, own.rights};
+  for (const PathNode &node : volume.nodes)
+    for (const Assignment &own : volume.trusteesOf(node))
+      held[fill[own.user]++] = {node.path, own.rights};
   for (const std::uint32_t user : userOrder(volume)) {
     for (std::size_t at = start[user]; at < start[user + 1]; ++at)
-      emit({LineKind::trustee, &volume.nodes[held[at].first].path, user, held[at].second});
+      emit({LineKind::trustee, &held[at].first, user, held[at].second});
     if (volume.users[user].hasQuota)
       emit({LineKind::userQuota, nullptr, user, 0, &volume.users[user].quota});
   }
