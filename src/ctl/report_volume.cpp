@@ -112,6 +112,7 @@ struct Builder {
   std::vector<std::string_view> amounts;
   UserIndex userIndex;
   std::vector<std::string_view> userKeys;  // the key of each user
+  TextPool keyTexts;  // the keys, together: every entry compares one, and paths are many
   std::string scratch;
 
   std::uint32_t run(const Entry &entry) {
@@ -130,7 +131,7 @@ struct Builder {
     std::uint32_t found = userIndex.find(scratch, userKeys, slot);
     if (found == kNone) {
       found = std::uint32_t(volume.users.size());
-      userKeys.push_back(volume.texts.keep(scratch));
+      userKeys.push_back(keyTexts.keep(scratch));
       userIndex.add(slot, userKeys);
       ReportUser added;
       added.id = volume.texts.keep(entry.id);
@@ -253,7 +254,7 @@ std::string collectVolume(int fd, const std::string &file, ReportVolume &volume)
     last = file + ":" + std::to_string(finding.at.line) + ":" + std::to_string(finding.at.column) +
            ": " + finding.message;
   };
-  Builder builder{volume, {}, {}, {}, {}, {}, {}};
+  Builder builder{volume, {}, {}, {}, {}, {}, {}, {}};
   DocumentReader reader(fd, sink);
   Entry entry;
   while (reader.next(entry))
