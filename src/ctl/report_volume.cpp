@@ -64,41 +64,43 @@ struct Fact {
 };
 
 // The users by key ("A" and the Arbor name, "D" and the SID or else the name of an AD user):
-// an open-addressing table of hashes and user numbers, at most half full.
+// an open-addressing table, at most 3/4 full, of a user's number and a tag of its key's hash,
+// 8 bytes a slot so that the table stays small.
 class UserIndex {
 public:
   // The user of `key`, or kNone, with the slot where it would go.
   std::uint32_t find(std::string_view key, const std::vector<std::string_view> &keys,
                      std::size_t &slot) const {
-    const std::uint64_t hash = std::hash<std::string_view>{}(key) | 1;
+    const std::uint64_t hash = std::hash<std::string_view>{}(key);
+    const auto tag = std::uint32_t(hash >> 32);
     for (slot = hash & (slots_.size() - 1);; slot = (slot + 1) & (slots_.size() - 1)) {
       const Slot &here = slots_[slot];
-      if (here.hash == 0) return kNone;
-      if (here.hash == hash && keys[here.user] == key) return here.user;
+      if (here.user == kNone) return kNone;
+      if (here.tag == tag && keys[here.user] == key) return here.user;
     }
   }
 
-  // Adds `user` (number keys.size() - 1, key keys.back()) at `slot`, as find left it.
+  // Adds the last of `keys` at `slot`, as find left it.
   void add(std::size_t slot, const std::vector<std::string_view> &keys) {
-    slots_[slot] = {std::hash<std::string_view>{}(keys.back()) | 1, std::uint32_t(keys.size() - 1)};
-    if (keys.size() * 2 > slots_.size()) grow();
+    slots_[slot] = {std::uint32_t(std::hash<std::string_view>{}(keys.back()) >> 32),
+                    std::uint32_t(keys.size() - 1)};
+    if (keys.size() * 4 > slots_.size() * 3) grow(keys);
   }
 
 private:
   struct Slot {
-    std::uint64_t hash = 0;  // 0 marks a free slot
-    std::uint32_t user = kNone;
+    std::uint32_t tag = 0;
+    std::uint32_t user = kNone;  // kNone marks a free slot
   };
 
-  void grow() {
-    std::vector<Slot> old(slots_.size() * 2);
-    old.swap(slots_);
-    for (const Slot &each : old) {
-      if (each.hash == 0) continue;
-      std::size_t slot = each.hash & (slots_.size() - 1);
-      while (slots_[slot].hash != 0)
+  void grow(const std::vector<std::string_view> &keys) {
+    slots_.assign(slots_.size() * 2, Slot{});
+    for (std::uint32_t user = 0; user < keys.size(); ++user) {
+      const std::uint64_t hash = std::hash<std::string_view>{}(keys[user]);
+      std::size_t slot = hash & (slots_.size() - 1);
+      while (slots_[slot].user != kNone)
         slot = (slot + 1) & (slots_.size() - 1);
-      slots_[slot] = each;
+      slots_[slot] = {std::uint32_t(hash >> 32), user};
     }
   }
 
