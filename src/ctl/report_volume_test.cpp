@@ -45,9 +45,8 @@ std::vector<std::string> tree(const ReportVolume &volume) {
 using Texts = std::vector<std::string>;
 
 TEST(ReportVolume, PathsInSeveralSortedStretchesComeOutInTreeOrder) {
-  const std::string r = "<read/>";
   const ReportVolume volume =
-      read(document(file("/b/x", trustee("u.T.", "<read/>")) + file("/c", filter(r.c_str())) +
+      read(document(file("/b/x", trustee("u.T.", "<read/>")) + file("/c", filter("<read/>")) +
                         file("/a/y", trustee("u.T.", "<read/>")) + file("/b", filter("")) +
                         file("/a b", trustee("v.T.", "<read/>")),
                     "<directory><zid>2</zid><path>\\b\\q</path><spaceUsed>0</spaceUsed>"
