@@ -1,5 +1,7 @@
 #include "ctl/entry_selection.h"
 
+#include "ctl/kind_option.h"
+
 void EntrySelection::define(CLI::App &command) {
   command.add_option("--path", paths, "only entries of this path or under it (repeatable)")
       ->type_name("PREFIX");
@@ -7,7 +9,7 @@ void EntrySelection::define(CLI::App &command) {
       ->type_name("USER");
   command.add_option("--kind", kinds, "only entries of this kind (repeatable)")
       ->type_name("KIND")
-      ->check(CLI::IsMember({"trustee", "filter", "userQuota", "dirQuota"}));
+      ->transform(kindOptionValidator());
 }
 
 bool pathUnder(std::string_view path, std::string_view prefix) {
@@ -20,7 +22,7 @@ bool EntrySelection::selects(const Entry &entry) const {
   if (!kinds.empty()) {
     bool found = false;
     for (const std::string &kind : kinds)
-      found = found || kind == kindKey(entry.kind);
+      found = found || kind == kindOptionName(entry.kind);
     if (!found) return false;
   }
   if (!users.empty()) {

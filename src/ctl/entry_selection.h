@@ -10,7 +10,7 @@
 struct EntrySelection {
   std::vector<std::string> paths;  // --path: the path itself or anything under it
   std::vector<std::string> users;  // --user: an Arbor name, an AD user's SID or name
-  std::vector<std::string> kinds;  // --kind: trustee, filter, userQuota, dirQuota
+  std::vector<std::string> kinds;  // --kind: trustee, filter, user-quota, dir-quota
 
   // Adds --path, --user and --kind to `command`.
   void define(CLI::App &command);

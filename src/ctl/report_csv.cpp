@@ -1,13 +1,27 @@
 // The CSV format (RFC 4180): a header row, then one record a line, lines ended by CRLF, a field
 // quoted when it holds a comma, a quote, CR or LF, and its quotes doubled.
+#include <array>
+
 #include "ctl/report_lines.h"
 
 namespace {
 
 constexpr std::size_t kFlushSize = 1 << 20;
 
+// Whether a field must be quoted: it holds a comma, a quote, CR or LF.
+bool needsQuotes(std::string_view field) {
+  static constexpr auto kSpecial = [] {
+    std::array<bool, 256> special{};
+    special[','] = special['"'] = special['\r'] = special['\n'] = true;
+    return special;
+  }();
+  for (const char c : field)
+    if (kSpecial[static_cast<unsigned char>(c)]) return true;
+  return false;
+}
+
 void appendField(std::string &out, std::string_view field) {
-  if (field.find_first_of(",\"\r\n") == std::string_view::npos) {
+  if (!needsQuotes(field)) {
     out += field;
     return;
   }
@@ -22,6 +36,7 @@ void appendField(std::string &out, std::string_view field) {
 class CsvWriter : public LineWriter {
 public:
   CsvWriter(const ReportVolume &volume, std::FILE *stream) : volume_(volume), stream_(stream) {
+    buffer_.reserve(kFlushSize + (1 << 16));
     buffer_ = "path,entry,user,id,kind,rights,quota,from\r\n";
   }
   ~CsvWriter() override { flush(); }
@@ -41,7 +56,7 @@ public:
       buffer_ += ",,,";
     }
     if (line.kind != LineKind::userQuota && line.kind != LineKind::dirQuota)
-      buffer_ += rightsLetters(line.rights);
+      buffer_ += lettersOf(line.rights);
     buffer_ += ',';
     if (line.amount != nullptr) buffer_ += *line.amount;
     buffer_ += ',';

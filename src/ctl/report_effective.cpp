@@ -15,8 +15,8 @@ RightsSet shownRights(RightsSet rights) {
   return (rights & kSupervisor) != 0 ? kEveryRight : rights;
 }
 
-void stepInto(const PathNode &node, std::uint32_t at, const EffectiveList &above,
-              EffectiveList &here, std::vector<std::uint32_t> &slots) {
+void stepInto(const ReportVolume &volume, const PathNode &node, std::uint32_t at,
+              const EffectiveList &above, EffectiveList &here, std::vector<std::uint32_t> &slots) {
   here.clear();
   const RightsSet mask = node.hasFilter ? RightsSet(node.filter | kSupervisor) : kEveryRight;
   for (const EffectiveRight &brought : above) {
@@ -25,7 +25,7 @@ void stepInto(const PathNode &node, std::uint32_t at, const EffectiveList &above
     slots[brought.user] = std::uint32_t(here.size());
     here.push_back({brought.user, kept, brought.from});
   }
-  for (const Assignment &own : node.trustees) {
+  for (const Assignment &own : volume.trusteesOf(node)) {
     if (slots[own.user] != kNone) {
       here[slots[own.user]] = {own.user, own.rights, at};
     } else {
@@ -37,14 +37,14 @@ void stepInto(const PathNode &node, std::uint32_t at, const EffectiveList &above
     slots[each.user] = kNone;
 }
 
-EffectiveList effectiveAt(const ReportVolume &volume, const std::string &path) {
+EffectiveList effectiveAt(const ReportVolume &volume, std::string_view path) {
   // The nodes on the way, found by climbing from the deepest one that exists.
   std::vector<std::uint32_t> chain;
-  std::string probe = nodePath(path);
+  std::string probe = nodePath(std::string(path));
   for (;;) {
     const auto place = std::lower_bound(
         volume.nodes.begin(), volume.nodes.end(), probe,
-        [](const PathNode &node, const std::string &path) { return treeBefore(node.path, path); });
+        [](const PathNode &node, std::string_view path) { return treeBefore(node.path, path); });
     const std::uint32_t found = place != volume.nodes.end() && place->path == probe
                                     ? std::uint32_t(place - volume.nodes.begin())
                                     : kNone;
@@ -60,7 +60,7 @@ EffectiveList effectiveAt(const ReportVolume &volume, const std::string &path) {
   EffectiveList above;
   EffectiveList here;
   for (auto at = chain.rbegin(); at != chain.rend(); ++at) {
-    stepInto(volume.nodes[*at], *at, above, here, slots);
+    stepInto(volume, volume.nodes[*at], *at, above, here, slots);
     above.swap(here);
   }
   return above;
@@ -82,10 +82,10 @@ void forEachEffective(const ReportVolume &volume,
       stack.pop_back();
     const std::size_t above = stack.empty() ? 0 : stack.back().list;
     std::size_t list = above;
-    if (!node.trustees.empty() || node.hasFilter) {
+    if (node.hasTrustees() || node.hasFilter) {
       list = stack.size() + 1;
       if (lists.size() <= list) lists.resize(list + 1);
-      stepInto(node, at, lists[above], lists[list], slots);
+      stepInto(volume, node, at, lists[above], lists[list], slots);
     }
     stack.push_back({at, list});
     if (node.hasEntry()) visit(at, lists[list]);

@@ -23,11 +23,11 @@ RightsSet shownRights(RightsSet rights);
 // Steps one level down: `above` (the rights brought in) to `here`, for `node` (index `at`).
 // Trustees whose rights the filter takes away wholly are dropped. `slots` is scratch of one
 // entry a user, each kNone, and is left so.
-void stepInto(const PathNode &node, std::uint32_t at, const EffectiveList &above,
-              EffectiveList &here, std::vector<std::uint32_t> &slots);
+void stepInto(const ReportVolume &volume, const PathNode &node, std::uint32_t at,
+              const EffectiveList &above, EffectiveList &here, std::vector<std::uint32_t> &slots);
 
 // The effective rights at `path` (any path, with or without an entry), walking from the root.
-EffectiveList effectiveAt(const ReportVolume &volume, const std::string &path);
+EffectiveList effectiveAt(const ReportVolume &volume, std::string_view path);
 
 // Every node that has an entry, in tree order, with its effective rights, in one walk of the
 // tree that carries the inherited rights down.

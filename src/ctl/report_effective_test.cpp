@@ -51,7 +51,8 @@ protected:
     std::vector<std::string> texts;
     for (const EffectiveRight &each : effectiveAt(volume, path))
       texts.push_back(userLabelOf(volume.users[each.user]) + "=" +
-                      rightsLetters(shownRights(each.rights)) + "@" + volume.nodes[each.from].path);
+                      rightsLetters(shownRights(each.rights)) + "@" +
+                      std::string(volume.nodes[each.from].path));
     return texts;
   }
 

@@ -1,5 +1,7 @@
 #include "ctl/report_html.h"
 
+#include <charconv>
+
 #include "ctl/report_html_page.h"
 #include "ctl/report_lines.h"
 
@@ -28,34 +30,19 @@ void appendString(std::string &out, std::string_view text) {
   out += '"';
 }
 
-// A node: [name, parent, [user, rights, ...], filter or null, directory quota or null].
-void appendNode(std::string &out, const PathNode &node) {
-  const std::size_t slash = node.path.rfind('/');
-  out += '[';
-  appendString(out, node.path == "/" ? std::string_view("/")
-                                     : std::string_view(node.path).substr(slash + 1));
-  out += ',';
-  out += node.parent == kNone ? std::string("-1") : std::to_string(node.parent);
-  out += ",[";
-  for (std::size_t at = 0; at < node.trustees.size(); ++at) {
-    if (at > 0) out += ',';
-    out += std::to_string(node.trustees[at].user);
-    out += ",\"" + rightsLetters(node.trustees[at].rights) + '"';
-  }
-  out += "],";
-  out += node.hasFilter ? '"' + rightsLetters(node.filter) + '"' : std::string("null");
-  out += ',';
-  if (node.hasDirQuota)
-    appendString(out, node.dirQuota);
-  else
-    out += "null";
-  out += "]";
+void appendNumber(std::string &out, std::uint64_t number) {
+  char digits[24];
+  const auto done = std::to_chars(digits, digits + sizeof digits, number);
+  out.append(digits, done.ptr);
 }
 
-}  // namespace
+// The last component of a node's path: its name in the tree ("/" for the root).
+std::string_view nameOf(const PathNode &node) {
+  return node.path == "/" ? node.path : node.path.substr(node.path.rfind('/') + 1);
+}
 
-void appendPageData(const ReportVolume &volume, std::string &out) {
-  out += "{\"users\":[";
+void appendUsers(const ReportVolume &volume, std::string &out) {
+  out += "\"users\":[";
   for (std::size_t at = 0; at < volume.users.size(); ++at) {
     const ReportUser &user = volume.users[at];
     if (at > 0) out += ',';
@@ -70,12 +57,56 @@ void appendPageData(const ReportVolume &volume, std::string &out) {
       out += "null";
     out += ']';
   }
-  out += "],\"nodes\":[";
-  for (std::size_t at = 0; at < volume.nodes.size(); ++at) {
-    if (at > 0) out += ",\n";
-    appendNode(out, volume.nodes[at]);
+  out += "]";
+}
+
+}  // namespace
+
+void appendPageData(const ReportVolume &volume, std::string &out) {
+  // A few long arrays and no object a node, so that the page parses little: every node's name
+  // in one string, joined by '/' (which no name holds; the root's is empty); each node's
+  // distance back to its parent (0 for the root); the number of trustees a node and all the
+  // trustees in one list of user and rights; filters and directory quotas as pairs of a node
+  // and its value. Rights are numbers, one bit a right in the order of the rights table.
+  out += '{';
+  appendUsers(volume, out);
+  std::string parents = ",\"parents\":[", counts = ",\"counts\":[", trustees = ",\"trustees\":[";
+  std::string filters = ",\"filters\":[", quotas = ",\"quotas\":[", names;
+  for (std::uint32_t at = 0; at < volume.nodes.size(); ++at) {
+    const PathNode &node = volume.nodes[at];
+    const char *comma = at > 0 ? "," : "";
+    if (at > 0) names += '/';
+    if (at > 0) names += nameOf(node);
+    parents += comma;
+    appendNumber(parents, node.parent == kNone ? 0 : at - node.parent);
+    counts += comma;
+    appendNumber(counts, node.trusteesEnd - node.trusteesBegin);
+    for (const Assignment &own : volume.trusteesOf(node)) {
+      if (trustees.back() != '[') trustees += ',';
+      appendNumber(trustees, own.user);
+      trustees += ',';
+      appendNumber(trustees, own.rights);
+    }
+    if (node.hasFilter) {
+      if (filters.back() != '[') filters += ',';
+      appendNumber(filters, at);
+      filters += ',';
+      appendNumber(filters, node.filter);
+    }
+    if (node.hasDirQuota) {
+      if (quotas.back() != '[') quotas += ',';
+      appendNumber(quotas, at);
+      quotas += ',';
+      appendString(quotas, node.dirQuota);
+    }
   }
-  out += "]}";
+  out += ",\"names\":";
+  appendString(out, names);
+  for (const std::string *part : {&parents, &counts, &trustees, &filters, &quotas}) {
+    out += *part;
+    out += ']';
+  }
+  out += '}';
 }
 
 std::string htmlPage(const ReportVolume &volume, const std::string &title) {

@@ -47,13 +47,43 @@ td, th { border: 1px solid #ccd; padding: 1px 6px; text-align: left; font-size: 
 
 inline constexpr char kPageScript[] = R"page("use strict";
 const DATA = JSON.parse(document.getElementById("data").textContent);
-const users = DATA.users, nodes = DATA.nodes, N = nodes.length;
+const users = DATA.users, N = DATA.counts.length;
 const PAGE = 500, ALL = "rwceafmsvx";
+// Rights come as numbers, one bit a right in the order of ALL.
+function letters(r) {
+  let text = "";
+  for (let b = 0; b < ALL.length; b++) if (r & (1 << b)) text += ALL[b];
+  return text;
+}
+// Names: one string, each node's name from start[i] up to the '/' before start[i + 1].
+const NAMES = DATA.names, start = new Int32Array(N + 1);
+for (let i = 1, at = 0; i <= N; i++) { at = NAMES.indexOf("/", at); start[i] = at < 0 ? NAMES.length + 1 : ++at; }
+const nameOf = (i) => NAMES.substring(start[i], start[i + 1] - 1);
+// Parents come as distances back (0 for the root, whose parent is -1).
+const parents = new Int32Array(N);
+for (let i = 0; i < N; i++) parents[i] = i === 0 ? -1 : i - DATA.parents[i];
+// Each node's trustees: user and rights pairs, from DATA.trustees[2 * tfirst[i]] on.
+const tfirst = new Int32Array(N + 1);
+for (let i = 0; i < N; i++) tfirst[i + 1] = tfirst[i] + DATA.counts[i];
+function trusteesOf(i) {
+  const t = DATA.trustees.slice(2 * tfirst[i], 2 * tfirst[i + 1]);
+  for (let k = 1; k < t.length; k += 2) t[k] = letters(t[k]);
+  return t;
+}
+// Filters and directory quotas, by node.
+function byNode(pairs) {
+  const map = new Map();
+  for (let k = 0; k < pairs.length; k += 2) map.set(pairs[k], pairs[k + 1]);
+  return map;
+}
+const filters = byNode(DATA.filters), quotas = byNode(DATA.quotas);
+const filterOf = (i) => (filters.has(i) ? letters(filters.get(i)) : null);
+const quotaOf = (i) => (quotas.has(i) ? quotas.get(i) : null);
 // Children of each node, in tree order: kids[first[i] .. first[i + 1]).
 const first = new Int32Array(N + 1), kids = new Int32Array(N > 0 ? N - 1 : 0);
-for (let i = 1; i < N; i++) first[nodes[i][1] + 1]++;
+for (let i = 1; i < N; i++) first[parents[i] + 1]++;
 for (let i = 0; i < N; i++) first[i + 1] += first[i];
-{ const fill = first.slice(0, N); for (let i = 1; i < N; i++) kids[fill[nodes[i][1]]++] = i; }
+{ const fill = first.slice(0, N); for (let i = 1; i < N; i++) kids[fill[parents[i]]++] = i; }
 const children = (i) => kids.subarray(first[i], first[i + 1]);
 
 function el(tag, cls, text) {
@@ -64,13 +94,12 @@ function el(tag, cls, text) {
 }
 function pathOf(i) {
   const parts = [];
-  for (let n = i; n > 0; n = nodes[n][1]) parts.push(nodes[n][0]);
+  for (let n = i; n > 0; n = parents[n]) parts.push(nameOf(n));
   return "/" + parts.reverse().join("/");
 }
-function userLabel(u) {
-  const x = users[u];
-  return x[2] ? (x[0] ? x[1] + " (" + x[0] + ")" : x[1]) : x[0];
-}
+// Each user's label, made once: the Arbor name, or "SID (name)".
+const labels = users.map((x) => (x[2] ? (x[0] ? x[1] + " (" + x[0] + ")" : x[1]) : x[0]));
+const userLabel = (u) => labels[u];
 const kindOf = (u) => (users[u][2] ? "ad" : "arbor");
 const rightsText = (r) => (r === "" ? "(none)" : r);
 function table(head, rows) {
@@ -93,11 +122,11 @@ function nodeLink(i) {
 // The tree: a node's children are made only when it is opened, PAGE at a time.
 const items = new Map();
 function summary(i) {
-  const s = el("span", "summary"), t = nodes[i][2];
+  const s = el("span", "summary"), t = trusteesOf(i);
   for (let k = 0; k < t.length; k += 2)
     s.append(el("span", "trustee", userLabel(t[k]) + ": " + rightsText(t[k + 1])));
-  if (nodes[i][3] !== null) s.append(el("span", "filter", "filter: " + rightsText(nodes[i][3])));
-  if (nodes[i][4] !== null) s.append(el("span", "quota", "quota: " + nodes[i][4]));
+  if (filterOf(i) !== null) s.append(el("span", "filter", "filter: " + rightsText(filterOf(i))));
+  if (quotaOf(i) !== null) s.append(el("span", "quota", "quota: " + quotaOf(i)));
   return s;
 }
 function nodeItem(i) {
@@ -108,7 +137,7 @@ function nodeItem(i) {
   const toggle = el("button", "toggle", count ? "\u25b8" : "\u00a0");
   toggle.disabled = count === 0;
   toggle.onclick = () => (li.classList.contains("open") ? close(li) : open(li, i, 0));
-  const name = el("span", "name", i === 0 ? "/" : nodes[i][0]);
+  const name = el("span", "name", i === 0 ? "/" : nameOf(i));
   name.onclick = () => select(i);
   row.append(toggle, name, summary(i));
   li.append(row);
@@ -142,7 +171,7 @@ function more(ul, i, from, atLeast) {
 }
 function reveal(i) {
   const chain = [];
-  for (let n = i; n >= 0; n = nodes[n][1]) chain.push(n);
+  for (let n = i; n >= 0; n = parents[n]) chain.push(n);
   chain.reverse();
   for (let k = 0; k + 1 < chain.length; k++) {
     const li = items.get(chain[k]);
@@ -165,15 +194,15 @@ function mask(rights, filter) {
 }
 function effective(i) {
   const chain = [];
-  for (let n = i; n >= 0; n = nodes[n][1]) chain.push(n);
+  for (let n = i; n >= 0; n = parents[n]) chain.push(n);
   let held = new Map();
   for (const n of chain.reverse()) {
-    const f = nodes[n][3], next = new Map();
+    const f = filterOf(n), next = new Map();
     for (const [u, e] of held) {
       const kept = f === null ? e.rights : mask(e.rights, f);
       if (kept) next.set(u, { rights: kept, from: e.from });
     }
-    const t = nodes[n][2];
+    const t = trusteesOf(n);
     for (let k = 0; k < t.length; k += 2) next.set(t[k], { rights: t[k + 1], from: n });
     held = next;
   }
@@ -183,10 +212,10 @@ function select(i) {
   for (const old of document.querySelectorAll(".selected")) old.classList.remove("selected");
   if (items.has(i)) items.get(i).classList.add("selected");
   const detail = document.getElementById("detail"), eff = document.getElementById("effective");
-  const rows = [], t = nodes[i][2];
+  const rows = [], t = trusteesOf(i);
   for (let k = 0; k < t.length; k += 2) rows.push(["trustee", userLabel(t[k]), kindOf(t[k]), rightsText(t[k + 1])]);
-  if (nodes[i][3] !== null) rows.push(["filter", "", "", rightsText(nodes[i][3])]);
-  if (nodes[i][4] !== null) rows.push(["dir-quota", "", "", nodes[i][4]]);
+  if (filterOf(i) !== null) rows.push(["filter", "", "", rightsText(filterOf(i))]);
+  if (quotaOf(i) !== null) rows.push(["dir-quota", "", "", quotaOf(i)]);
   detail.replaceChildren(el("div", "path", pathOf(i)), table(["Entry", "User", "Kind", "Rights or quota"], rows));
   const list = effective(i).map(([u, e]) => [userLabel(u), kindOf(u), e.rights.includes("s") ? ALL : e.rights, nodeLink(e.from)]);
   eff.replaceChildren(el("h2", "", "Effective rights"), el("div", "note", NOTE), table(["User", "Kind", "Rights", "From"], list));
@@ -198,11 +227,10 @@ const order = users.map((_, u) => u).sort((a, b) => (userLabel(a) < userLabel(b)
 function showUser(u) {
   const rows = [];
   let total = 0;
-  for (let i = 0; i < N; i++) {
-    const t = nodes[i][2];
-    for (let k = 0; k < t.length; k += 2)
-      if (t[k] === u && total++ < PAGE) rows.push([nodeLink(i), rightsText(t[k + 1])]);
-  }
+  const t = DATA.trustees;
+  for (let i = 0; i < N; i++)
+    for (let k = 2 * tfirst[i]; k < 2 * tfirst[i + 1]; k += 2)
+      if (t[k] === u && total++ < PAGE) rows.push([nodeLink(i), rightsText(letters(t[k + 1]))]);
   const box = document.getElementById("userDetail");
   box.replaceChildren(el("div", "user", userLabel(u) + " (" + kindOf(u) + "), user quota: " + (users[u][3] === null ? "none" : users[u][3])),
     table(["Path", "Rights"], rows));
@@ -238,7 +266,7 @@ function search(text) {
   }
   let paths = 0;
   for (let i = 1; i < N && paths < 50; i++) {
-    if (!nodes[i][0].toLowerCase().includes(q)) continue;
+    if (!nameOf(i).toLowerCase().includes(q)) continue;
     const b = el("button", "path", pathOf(i));
     b.onclick = () => reveal(i);
     found.push(b);

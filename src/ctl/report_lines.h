@@ -12,11 +12,11 @@ enum class LineKind : std::uint8_t { trustee, filter, userQuota, dirQuota, effec
 
 struct ReportLine {
   LineKind kind;
-  const std::string *path = nullptr;    // none for a user quota
-  std::uint32_t user = kNone;           // none for a filter or a directory quota
-  RightsSet rights = 0;                 // trustee, filter, effective (supervisor widened)
-  const std::string *amount = nullptr;  // the quotas
-  const std::string *from = nullptr;    // effective: the path of the assignment
+  const std::string_view *path = nullptr;    // none for a user quota
+  std::uint32_t user = kNone;                // none for a filter or a directory quota
+  RightsSet rights = 0;                      // trustee, filter, effective (supervisor widened)
+  const std::string_view *amount = nullptr;  // the quotas
+  const std::string_view *from = nullptr;    // effective: the path of the assignment
 };
 
 enum class ReportView { byPath, byUser, effective, effectiveAll };
@@ -42,6 +42,9 @@ public:
 };
 
 std::string_view lineKindName(LineKind kind);  // "trustee", "filter", "user-quota", ...
+
+// The lower-case letters of a set of rights ("rwf"), as rightsLetters makes them, from a table.
+std::string_view lettersOf(RightsSet rights);
 
 // The one line that says what effective rights leave out.
 extern const char kEffectiveNote[];

@@ -2,6 +2,7 @@
 
 #include <cctype>
 
+#include "ctl/kind_option.h"
 #include "document/rights.h"
 
 namespace {
@@ -39,12 +40,12 @@ std::string resolveReportOptions(const ReportOptions &options, ReportPlan &plan)
   if (std::string problem = viewOf(options, plan.view); !problem.empty()) return problem;
   if (options.format != "text" && options.format != "csv" && options.format != "json")
     return "unknown format (--format): " + options.format + " (text, csv or json)";
-  static constexpr const char *kKinds[] = {"arbor",  "ad",         "trustee",
-                                           "filter", "user-quota", "dir-quota"};
-  bool knownKind = options.kind.empty();
-  for (const char *kind : kKinds)
-    knownKind = knownKind || options.kind == kind;
-  if (!knownKind)
+  // A user kind, or an entry kind in either spelling (kept in the option's own).
+  std::string kind = options.kind;
+  EntryKind entryKind;
+  const bool isEntryKind = kindFromOption(kind, entryKind);
+  if (isEntryKind) kind = kindOptionName(entryKind);
+  if (!kind.empty() && kind != "arbor" && kind != "ad" && !isEntryKind)
     return "unknown kind (--kind): " + options.kind +
            " (arbor, ad, trustee, filter, user-quota or dir-quota)";
   if (options.rightsGiven) {
@@ -60,6 +61,6 @@ std::string resolveReportOptions(const ReportOptions &options, ReportPlan &plan)
   plan.filter.path = nodePath(options.path);
   plan.filter.byUser = options.userGiven;
   plan.filter.user = options.user;
-  plan.filter.kind = options.kind;
+  plan.filter.kind = kind;
   return "";
 }

@@ -5,6 +5,7 @@
 
 #include "ctl/report_effective.h"
 #include "ctl/report_lines.h"
+#include "document/rights.h"
 
 const char kEffectiveNote[] =
     "note: effective rights come from trustee assignments and inherited rights filters only; "
@@ -19,6 +20,18 @@ std::string_view lineKindName(LineKind kind) {
   case LineKind::effective: break;
   }
   return "effective";
+}
+
+std::string_view lettersOf(RightsSet rights) {
+  constexpr std::size_t kSets = 1u << (sizeof kRights / sizeof kRights[0]);
+  static const std::vector<std::string> table = [] {
+    std::vector<std::string> letters(kSets);
+    for (std::size_t at = 0; at < kSets; ++at)
+      letters[at] = rightsLetters(RightsSet(at));
+    return letters;
+  }();
+  // A set holds only the table's rights.
+  return table[rights & (kSets - 1)];
 }
 
 bool LineFilter::keeps(const ReportVolume &volume, const ReportLine &line) const {
@@ -49,7 +62,7 @@ struct Emitter {
 
 void pathLines(const ReportVolume &volume, const Emitter &emit) {
   for (const PathNode &node : volume.nodes) {
-    for (const Assignment &own : node.trustees)
+    for (const Assignment &own : volume.trusteesOf(node))
       emit({LineKind::trustee, &node.path, own.user, own.rights});
     if (node.hasFilter) emit({LineKind::filter, &node.path, kNone, node.filter});
     if (node.hasDirQuota) emit({LineKind::dirQuota, &node.path, kNone, 0, &node.dirQuota});
@@ -74,26 +87,26 @@ std::vector<std::uint32_t> userOrder(const ReportVolume &volume) {
 void userLines(const ReportVolume &volume, const Emitter &emit) {
   // Each user's assignments, in tree order, by counting them out per user.
   std::vector<std::size_t> start(volume.users.size() + 1, 0);
-  for (const PathNode &node : volume.nodes)
-    for (const Assignment &own : node.trustees)
-      ++start[own.user + 1];
+  for (const Assignment &own : volume.assignments)
+    ++start[own.user + 1];
   std::partial_sum(start.begin(), start.end(), start.begin());
-  std::vector<std::pair<std::uint32_t, RightsSet>> held(start.back());
+  // The path itself is kept with each, so that the lines are made from this one array.
+  std::vector<std::pair<std::string_view, RightsSet>> held(start.back());
   std::vector<std::size_t> fill(start.begin(), start.end() - 1);
-  for (std::uint32_t at = 0; at < volume.nodes.size(); ++at)
-    for (const Assignment &own : volume.nodes[at].trustees)
-      held[fill[own.user]++] = {at, own.rights};
+  for (const PathNode &node : volume.nodes)
+    for (const Assignment &own : volume.trusteesOf(node))
+      held[fill[own.user]++] = {node.path, own.rights};
   for (const std::uint32_t user : userOrder(volume)) {
     for (std::size_t at = start[user]; at < start[user + 1]; ++at)
-      emit({LineKind::trustee, &volume.nodes[held[at].first].path, user, held[at].second});
+      emit({LineKind::trustee, &held[at].first, user, held[at].second});
     if (volume.users[user].hasQuota)
       emit({LineKind::userQuota, nullptr, user, 0, &volume.users[user].quota});
   }
 }
 
-// The effective rights of one path, trustees in label order.
+// The effective rights of one path, trustees in label order; `list` is sorted in place.
 void effectiveLines(const ReportVolume &volume, const std::vector<std::uint32_t> &rank,
-                    const std::string &path, EffectiveList list, const Emitter &emit) {
+                    const std::string_view &path, EffectiveList &list, const Emitter &emit) {
   std::sort(list.begin(), list.end(), [&rank](const EffectiveRight &a, const EffectiveRight &b) {
     return rank[a.user] < rank[b.user];
   });
@@ -116,12 +129,16 @@ void writeView(const ReportVolume &volume, ReportView view, const std::string &e
       rank[order[at]] = at;
     if (view == ReportView::effective) {
       const std::string path = nodePath(effectivePath);
-      effectiveLines(volume, rank, path, effectiveAt(volume, path), emit);
+      const std::string_view pathView = path;
+      EffectiveList list = effectiveAt(volume, path);
+      effectiveLines(volume, rank, pathView, list, emit);
     } else {
+      EffectiveList sorted;  // one list for every path, so that a path costs no allocation
       forEachEffective(volume, [&](std::uint32_t node, const EffectiveList &list) {
-        const std::string &path = volume.nodes[node].path;
-        if (!filter.byPath || underPath(path, filter.path))
-          effectiveLines(volume, rank, path, list, emit);
+        const std::string_view &path = volume.nodes[node].path;
+        if (filter.byPath && !underPath(path, filter.path)) return;
+        sorted.assign(list.begin(), list.end());
+        effectiveLines(volume, rank, path, sorted, emit);
       });
     }
   }

@@ -44,7 +44,7 @@ Filters: by path (the path itself and what is under it), by user, by kind; repea
     > one.xml -> two.xml: 0 differences (0 added, 0 removed, 0 changed) in 0 and 0 entries
     ? 0
     $ trovanctl diff --kind bogus one.xml two.xml
-    2> trovanctl: --kind: bogus not in {trustee,filter,userQuota,dirQuota}
+    2> trovanctl: --kind: bogus not in {trustee,filter,user-quota,dir-quota}
     2> Try 'trovanctl diff --help' for more information.
     ? 2
 
@@ -64,10 +64,22 @@ Quotas, filters and AD users: a change of amount or of rights; an AD user is kno
     > ~ filter          /c.txt [s] -> [rs]
     > vol:VOL1 -> vol:VOL2: 7 differences (3 added, 1 removed, 3 changed) in 5 and 7 entries
     ? 1
+    $ trovanctl diff --json --kind user-quota --kind dir-quota vol:VOL1 vol:VOL2
+    > {"type":"change","change":"changed","kind":"userQuota","ad":false,"name":"u0.corp.TREE.","old":"1000","new":"2000"}
+    > {"type":"change","change":"added","kind":"dirQuota","path":"/b","old":null,"new":"50"}
+    > {"type":"diffSummary","old":"vol:VOL1","new":"vol:VOL2","oldEntries":1,"newEntries":2,"added":1,"removed":0,"changed":1,"differences":2}
+    ? 1
+
+The JSON spellings of the quota kinds are taken by --kind too, and select the same entries.
+
     $ trovanctl diff --json --kind userQuota --kind dirQuota vol:VOL1 vol:VOL2
     > {"type":"change","change":"changed","kind":"userQuota","ad":false,"name":"u0.corp.TREE.","old":"1000","new":"2000"}
     > {"type":"change","change":"added","kind":"dirQuota","path":"/b","old":null,"new":"50"}
     > {"type":"diffSummary","old":"vol:VOL1","new":"vol:VOL2","oldEntries":1,"newEntries":2,"added":1,"removed":0,"changed":1,"differences":2}
+    ? 1
+    $ trovanctl diff --kind userQuota vol:VOL1 vol:VOL2
+    > ~ user quota      u0.corp.TREE. 1000 -> 2000
+    > vol:VOL1 -> vol:VOL2: 1 difference (0 added, 0 removed, 1 changed) in 1 and 1 entries
     ? 1
 
 A document read from standard input (user quotas, which have no path, come first).

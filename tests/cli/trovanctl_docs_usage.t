@@ -13,7 +13,7 @@ with status 2.
     >   -h,--help                   Print this help message and exit
     >   --path PREFIX ...           only entries of this path or under it (repeatable)
     >   --user USER ...             only entries of this user: Arbor name, SID or name
-    >   --kind KIND:{trustee,filter,userQuota,dirQuota} ...
+    >   --kind KIND:{trustee,filter,user-quota,dir-quota} ...
     >                               only entries of this kind (repeatable)
     >   --json                      JSON Lines: one object a change, the summary last
     >
@@ -51,7 +51,7 @@ with status 2.
     >   -r,--rebase OLD=NEW ...     paths under OLD moved under NEW (repeatable)
     >   --path PREFIX ...           only entries of this path or under it (repeatable)
     >   --user USER ...             only entries of this user: Arbor name, SID or name
-    >   --kind KIND:{trustee,filter,userQuota,dirQuota} ...
+    >   --kind KIND:{trustee,filter,user-quota,dir-quota} ...
     >                               only entries of this kind (repeatable)
     >   --drop-unmapped             leave out the entries a rule cannot map (still listed)
     >   -o,--output FILE            write to FILE (replaced only on success)
@@ -68,6 +68,6 @@ with status 2.
     2> Try 'trovanctl map --help' for more information.
     ? 2
     $ trovanctl map --kind user x.xml
-    2> trovanctl: --kind: user not in {trustee,filter,userQuota,dirQuota}
+    2> trovanctl: --kind: user not in {trustee,filter,user-quota,dir-quota}
     2> Try 'trovanctl map --help' for more information.
     ? 2

@@ -156,6 +156,28 @@ A quota document: user quotas and directory quotas keep their own forms.
     > </metadata>
     ? 0
 
+--kind names the quota kinds user-quota and dir-quota, and takes their JSON spellings too;
+the sections stay, as trovan save writes them.
+
+    $ trovanctl map --kind dir-quota quotas.xml
+    > <metadata>
+    > <userInfo>
+    > </userInfo>
+    > <dirInfo>
+    > <directory><zid>142484084</zid><path>\b</path><spaceUsed>0</spaceUsed><quotaAmount>2000</quotaAmount></directory>
+    > </dirInfo>
+    > </metadata>
+    ? 0
+    $ trovanctl map --kind userQuota quotas.xml
+    > <metadata>
+    > <userInfo>
+    > <user><id></id><spaceUsed>0</spaceUsed><quotaAmount>1000</quotaAmount><name>u0.corp.TREE.</name></user>
+    > </userInfo>
+    > <dirInfo>
+    > </dirInfo>
+    > </metadata>
+    ? 0
+
 Trouble: a mapping file that is not well formed, a rule without '=', a missing document.
 
     $ printf 'a,b,c\n' > bad.csv && trovanctl map -U bad.csv saved.xml

@@ -161,6 +161,16 @@ supervisor counts as every right), --kind a kind of user or of line. They combin
     > S-1-5-21-1-2-3-1104 (Ann "Q" & Co – ü)  ad     user-quota  -     -       2000
     > bob.corp.TREE.                          arbor  user-quota  -     -       1000
     ? 0
+    $ trovanctl report --kind userQuota --by user saved.xml
+    > USER                                    KIND   ENTRY       PATH  RIGHTS  QUOTA
+    > S-1-5-21-1-2-3-1104 (Ann "Q" & Co – ü)  ad     user-quota  -     -       2000
+    > bob.corp.TREE.                          arbor  user-quota  -     -       1000
+    ? 0
+    $ trovanctl report --kind dirQuota --format csv saved.xml | tr -d '\r'
+    > path,entry,user,id,kind,rights,quota,from
+    > /data/finance,dir-quota,,,,,77,
+    > /home/ann,dir-quota,,,,,500,
+    ? 0
     $ trovanctl report --path /data --kind arbor --rights r --format json saved.xml
     > {"type":"trustee","path":"/data","user":"staff.corp.TREE.","kind":"arbor","rights":"rwcef"}
     > {"type":"trustee","path":"/data/finance/2026/q1","user":"bob.corp.TREE.","kind":"arbor","rights":"rwf"}
@@ -183,6 +193,16 @@ in it loads from outside: no src, href or url( at all (grep counts none, status 
     $ grep -c -e src= -e href= -e 'url(' page.html
     > 0
     ? 1
+
+The data, in long flat arrays: users (name, SID, AD or not, user quota); every node's name
+in one string joined by '/' (the root's is empty); each node's distance back to its parent;
+the number of trustees a node, then those trustees as user and rights pairs; filters and
+directory quotas as node and value pairs. Rights are numbers, a bit a right (read 1, write 2,
+create 4, erase 8, access control 16, file scan 32, modify 64, supervisor 128).
+
+    $ sed -n 's/^<script id="data" type="application\/json">\(.*\)<\/script>$/\1/p' page.html
+    > {"users":[["admin.corp.TREE.","",0,null],["staff.corp.TREE.","",0,null],["Ann \"Q\" \u0026 Co – ü","S-1-5-21-1-2-3-1104",1,"2000"],["bob.corp.TREE.","",0,"1000"]],"names":"/data/finance/2026/q1/reports/open/x, \"y\" \u0026 \u003cz\u003e/home/ann","parents":[0,1,1,1,1,3,5,6,8,1],"counts":[1,1,1,0,1,1,0,1,0,0],"trustees":[0,128,1,47,2,3,3,35,1,1,3,1],"filters":[2,33,3,0,6,255],"quotas":[2,"77",9,"500"]}
+    ? 0
     $ rm page.html
     ? 0
 

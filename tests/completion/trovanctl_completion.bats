@@ -62,7 +62,7 @@ complete_words() {
   run complete_words trovanctl diff --k
   [ "$output" = --kind ]
   run complete_words trovanctl diff --kind u
-  [ "$output" = userQuota ]
+  [ "$output" = user-quota ]
   run complete_words trovanctl convert --r
   [ "$output" = $'--relative\n--raw' ]
   run complete_words trovanctl map --d
