@@ -1,0 +1,84 @@
+// Metadata documents through the whole of `trovanctl check`, run as the program runs it: the
+// strict reader and its findings, the server-safety rules, and trovan's own restore in a child
+// process with its requests set against the document. Nothing may crash, hang or leak, whatever
+// the input. The first input byte chooses the restore options; the rest is the document.
+//
+//   scripts/fuzz_smoke.sh, or scripts/fuzz_long.sh 300s check, or after a fuzz build:
+//   build/fuzz/fuzz/check_fuzz -max_total_time=60 fuzz/corpus/check
+#include <pthread.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "ctl/program.h"
+
+namespace {
+
+// In a restore child, the fuzzer's handlers of fatal signals would take trovan's own abort (a
+// path too long for it) for a crash of the target and save the input: the child gets the
+// system's handling back, as in trovanctl. And it outlives no fuzzer process: when a hang makes
+// libFuzzer end its process, the child goes with it (and one left on its own ends in a minute).
+void boundChild() {
+  for (const int signal : {SIGABRT, SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGALRM, SIGINT, SIGTERM})
+    std::signal(signal, SIG_DFL);
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  alarm(60);
+}
+
+int documentFd(const std::uint8_t *data, std::size_t size) {
+  const int fd = memfd_create("document", 0);
+  std::size_t done = 0;
+  while (done < size) {
+    const ssize_t count = write(fd, data + done, size - done);
+    if (count <= 0) std::abort();
+    done += static_cast<std::size_t>(count);
+  }
+  lseek(fd, 0, SEEK_SET);
+  return fd;
+}
+
+// The command line the settings byte chooses.
+std::vector<std::string> checkArguments(std::uint8_t settings, const std::string &document) {
+  std::vector<std::string> arguments = {"trovanctl", "check"};
+  if (settings & 1) arguments.push_back("-k");
+  if (settings & 2) arguments.insert(arguments.end(), {"-t", "NEWTREE"});
+  if ((settings >> 2 & 3) == 1) arguments.insert(arguments.end(), {"-u", "arbor"});
+  if ((settings >> 2 & 3) == 2) arguments.insert(arguments.end(), {"-u", "ad"});
+  // -n runs no restore (its console path is only read), so it is chosen less often.
+  if ((settings >> 4 & 3) == 3) arguments.push_back("-n");
+  if ((settings >> 4 & 3) == 1) arguments.insert(arguments.end(), {"-f", "^/mnt/VOLUME/a"});
+  if ((settings >> 4 & 3) == 2) arguments.insert(arguments.end(), {"-m", "tu"});
+  if (settings & 64) arguments.insert(arguments.end(), {"--volume", "VOL1"});
+  if (settings & 128) arguments.push_back("--json");
+  arguments.push_back(document);
+  return arguments;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int *, char ***) {
+  pthread_atfork(nullptr, nullptr, boundChild);
+  return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+  if (size == 0) return 0;
+  const int fd = documentFd(data + 1, size - 1);
+  std::vector<std::string> arguments =
+      checkArguments(data[0], "/proc/self/fd/" + std::to_string(fd));
+  std::vector<char *> argv;
+  for (std::string &argument : arguments)
+    argv.push_back(argument.data());
+  argv.push_back(nullptr);
+  const int status = runTrovanctl(static_cast<int>(arguments.size()), argv.data());
+  close(fd);
+  // Findings or none; a check of a document is never a usage error or a fatal one.
+  if (status != 0 && status != 1) std::abort();
+  return 0;
+}
