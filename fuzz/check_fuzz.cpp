@@ -5,6 +5,10 @@
 //
 //   scripts/fuzz_smoke.sh, or scripts/fuzz_long.sh 300s check, or after a fuzz build:
 //   build/fuzz/fuzz/check_fuzz -max_total_time=60 fuzz/corpus/check
+//
+// A sanitizer report inside the restore child (whose standard error is /dev/null) saves the
+// input as a crash from the child while the check itself goes on; to read the report, rerun the
+// input with UBSAN_OPTIONS=log_path=/tmp/ubsan and ASAN_OPTIONS=log_path=/tmp/asan.
 #include <pthread.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>

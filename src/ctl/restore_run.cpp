@@ -68,7 +68,7 @@ void addRecord(const RecordHead &head, const char *bytes, std::size_t length) {
   ChildRecords &records = *childRecords;
   if (records.used + sizeof head + length > sizeof records.block) flushRecords();
   std::memcpy(records.block + records.used, &head, sizeof head);
-  std::memcpy(records.block + records.used + sizeof head, bytes, length);
+  if (length > 0) std::memcpy(records.block + records.used + sizeof head, bytes, length);
   records.used += sizeof head + length;
 }
 
