@@ -53,9 +53,11 @@ std::vector<std::string> checkArguments(std::uint8_t settings, const std::string
   if (settings & 1) arguments.push_back("-k");
   if (settings & 2) arguments.insert(arguments.end(), {"-t", "NEWTREE"});
   if ((settings >> 2 & 3) == 1) arguments.insert(arguments.end(), {"-u", "arbor"});
-  if ((settings >> 2 & 3) == 2) arguments.insert(arguments.end(), {"-u", "ad"});
-  // -n runs no restore (its console path is only read), so it is chosen less often.
-  if ((settings >> 4 & 3) == 3) arguments.push_back("-n");
+  // -n runs no restore (its console path is only read), so it is chosen less often; it has no
+  // AD users (-u ad with -n is a usage error).
+  const bool rxl = (settings >> 4 & 3) == 3;
+  if ((settings >> 2 & 3) == 2 && !rxl) arguments.insert(arguments.end(), {"-u", "ad"});
+  if (rxl) arguments.push_back("-n");
   if ((settings >> 4 & 3) == 1) arguments.insert(arguments.end(), {"-f", "^/mnt/VOLUME/a"});
   if ((settings >> 4 & 3) == 2) arguments.insert(arguments.end(), {"-m", "tu"});
   if (settings & 64) arguments.insert(arguments.end(), {"--volume", "VOL1"});
