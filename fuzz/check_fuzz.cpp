@@ -10,7 +10,6 @@
 // input as a crash from the child while the check itself goes on; to read the report, rerun the
 // input with UBSAN_OPTIONS=log_path=/tmp/ubsan and ASAN_OPTIONS=log_path=/tmp/asan.
 #include <pthread.h>
-#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <unistd.h>
 
@@ -21,6 +20,7 @@
 #include <vector>
 
 #include "ctl/program.h"
+#include "model_support.h"
 
 namespace {
 
@@ -33,18 +33,6 @@ void boundChild() {
     std::signal(signal, SIG_DFL);
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   alarm(60);
-}
-
-int documentFd(const std::uint8_t *data, std::size_t size) {
-  const int fd = memfd_create("document", 0);
-  std::size_t done = 0;
-  while (done < size) {
-    const ssize_t count = write(fd, data + done, size - done);
-    if (count <= 0) std::abort();
-    done += static_cast<std::size_t>(count);
-  }
-  lseek(fd, 0, SEEK_SET);
-  return fd;
 }
 
 // The command line the settings byte chooses.
@@ -75,15 +63,14 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   if (size == 0) return 0;
-  const int fd = documentFd(data + 1, size - 1);
+  const BytesFd document(std::string_view(reinterpret_cast<const char *>(data) + 1, size - 1));
   std::vector<std::string> arguments =
-      checkArguments(data[0], "/proc/self/fd/" + std::to_string(fd));
+      checkArguments(data[0], "/proc/self/fd/" + std::to_string(document.fd()));
   std::vector<char *> argv;
   for (std::string &argument : arguments)
     argv.push_back(argument.data());
   argv.push_back(nullptr);
   const int status = runTrovanctl(static_cast<int>(arguments.size()), argv.data());
-  close(fd);
   // Findings or none; a check of a document is never a usage error or a fatal one.
   if (status != 0 && status != 1) std::abort();
   return 0;
