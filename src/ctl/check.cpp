@@ -64,14 +64,13 @@ Row summaryRow(const std::string &file, const Tally &tally, bool compared, std::
 // Runs trovan's restore over the document's second descriptor into `match`. False after a
 // message when the run cannot be made.
 bool compareWithRestore(DocumentSource &source, const CheckOptions &options,
-                        const RestoreSettings &settings, RestoreMatch &match,
-                        unsigned long long &restoreOffset) {
+                        const RestoreSettings &settings, RestoreMatch &match) {
   const int restoreFd = source.second();
   if (restoreFd < 0) {
     reportError(source.label() + ": " + std::strerror(errno));
     return false;
   }
-  const RestoreOutcome outcome = runRestore(restoreFd, options, settings, match, restoreOffset);
+  const RestoreOutcome outcome = runRestore(restoreFd, options, settings, match);
   if (!outcome.failure.empty()) {
     reportError("check: cannot run trovan's restore: " + outcome.failure);
     return false;
@@ -106,16 +105,17 @@ int runCheck(CheckOptions &options) {
       const int kind = static_cast<int>(entry.kind);
       ++tally.entries[kind];
       checkEntryRules(entry, rules, sink);
-      if (wouldRestore(entry, options, settings)) ++tally.requests[kind];
+      // Without a restore run (-n) the options alone tell what would be sent; with one, the
+      // requests it sends are counted instead.
+      if (options.rxlMode && wouldRestore(entry, options, settings)) ++tally.requests[kind];
     };
-    unsigned long long restoreOffset = 0;
-    RestoreMatch match(reader, options, settings, sink, onEntry,
-                       [&restoreOffset] { return restoreOffset; });
+    // Before its first request trovan has read nothing that the match needs to wait for.
+    RestoreMatch match(reader, options, settings, sink, onEntry, 0);
     if (options.rxlMode) {
       // The console path runs commands: it is not run, only read.
       match.drain();
     } else {
-      if (!compareWithRestore(source, options, settings, match, restoreOffset)) return kTrouble;
+      if (!compareWithRestore(source, options, settings, match)) return kTrouble;
       compared = true;
       for (int kind = 0; kind < 4; ++kind)
         tally.requests[kind] = match.sent(static_cast<RequestKind>(kind));

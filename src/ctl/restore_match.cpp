@@ -1,5 +1,7 @@
 #include "ctl/restore_match.h"
 
+#include <algorithm>
+
 #include "document/completion_codes.h"
 #include "document/records.h"
 #include "document/xml_text.h"
@@ -22,45 +24,47 @@ std::string letters(RightsSet rights) { return "[" + rightsLetters(rights) + "]"
 
 RestoreMatch::RestoreMatch(DocumentReader &reader, const CheckOptions &options,
                            const RestoreSettings &settings, FindingSink findings,
-                           std::function<void(const Entry &)> onEntry,
-                           std::function<unsigned long long()> restoreOffset)
+                           std::function<void(const Entry &)> onEntry, unsigned long long readFrom)
     : reader_(reader), options_(options), settings_(settings), findings_(std::move(findings)),
-      onEntry_(std::move(onEntry)), restoreOffset_(std::move(restoreOffset)) {}
+      onEntry_(std::move(onEntry)), restoreOffset_(readFrom) {}
 
 void RestoreMatch::expect(Pending &pending) const {
   const Entry &entry = pending.entry;
   pending.expected = wouldRestore(entry, options_, settings_);
+  pending.fileName.clear();
   if (entry.kind != EntryKind::userQuota) {
-    pending.fileName = options_.mountPoint + comparablePath(entry);
-  } else {
-    pending.fileName.clear();
+    // The mount point and the path in the one form entries are compared in.
+    pending.fileName.append(options_.mountPoint).append(entry.path);
+    if (entry.kind == EntryKind::dirQuota)
+      std::replace(pending.fileName.begin() + static_cast<long>(options_.mountPoint.size()),
+                   pending.fileName.end(), '\\', '/');
   }
+  pending.user.clear();
   if (entry.kind == EntryKind::trustee && entry.ad) {
     pending.user = entry.id;
   } else if (entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota) {
     // trovan's own -t rule, on the name as the file system reads it.
-    char name[kNameTextSize];
     pending.user = entry.name;
-    if (entry.name.size() < sizeof name) {
+    if (options_.treeGiven && entry.name.size() < kNameTextSize) {
+      char name[kNameTextSize];
       entry.name.copy(name, entry.name.size());
       name[entry.name.size()] = '\0';
-      if (replaceTreeName(name, options_.treeGiven ? options_.tree.c_str() : nullptr, sizeof name))
-        pending.user = name;
+      if (replaceTreeName(name, options_.tree.c_str(), sizeof name)) pending.user = name;
     }
   }
 }
 
 bool RestoreMatch::pull() {
   if (readerDone_) return false;
-  Pending pending;
+  Pending &pending = pending_.pushBack();
   if (!reader_.next(pending.entry)) {
+    pending_.popBack();
     readerDone_ = true;
     return false;
   }
   if (onEntry_) onEntry_(pending.entry);
   lastEntryAt_ = pending.entry.at;
   expect(pending);
-  pending_.push_back(std::move(pending));
   if (pending_.size() > kPendingLimit) dropThrough(0);
   return true;
 }
@@ -81,30 +85,33 @@ void RestoreMatch::reportNotSent(const Pending &pending) {
 void RestoreMatch::dropThrough(std::size_t index) {
   for (std::size_t at = 0; at < index; ++at)
     if (pending_[at].expected) reportNotSent(pending_[at]);
-  pending_.erase(pending_.begin(), pending_.begin() + static_cast<long>(index) + 1);
+  pending_.popFront(index + 1);
 }
 
 void RestoreMatch::compareValues(const Pending &pending, const SentRequest &request) {
   const Entry &entry = pending.entry;
-  const std::string what = describe(entry.kind, pending.user, pending.fileName);
+  // Words for the entry, made only for a finding.
+  const auto what = [&pending] {
+    return describe(pending.entry.kind, pending.user, pending.fileName);
+  };
   if (!pending.expected)
     findings_({entry.at, "unexpected-request",
-               "trovan restore would send this " + what + " although the options leave it out"});
+               "trovan restore would send this " + what() + " although the options leave it out"});
   if ((entry.kind == EntryKind::trustee || entry.kind == EntryKind::filter) &&
       (request.rights != entry.rights || request.unknownRight))
     findings_({entry.at, "sent-otherwise",
-               "trovan restore would send this " + what + " with rights " +
+               "trovan restore would send this " + what() + " with rights " +
                    letters(request.rights) +
                    (request.unknownRight ? " and elements that are not rights" : "") + ", not " +
                    letters(entry.rights)});
   if ((entry.kind == EntryKind::userQuota || entry.kind == EntryKind::dirQuota) &&
       request.amount != entry.amount)
     findings_({entry.at, "sent-otherwise",
-               "trovan restore would send this " + what + " with the amount \"" + request.amount +
+               "trovan restore would send this " + what() + " with the amount \"" + request.amount +
                    "\", not \"" + entry.amount + "\""});
   if (entry.kind == EntryKind::trustee && request.ad != entry.ad)
     findings_({entry.at, "sent-otherwise",
-               "trovan restore would send this " + what +
+               "trovan restore would send this " + what() +
                    (request.ad ? " as an AD user" : " as an Arbor user")});
 }
 
@@ -160,9 +167,10 @@ std::string statusText(int status, bool atEntry) {
 
 }  // namespace
 
-void RestoreMatch::request(std::string_view bytes) {
-  pullUpTo(restoreOffset_ ? restoreOffset_() : ~0ULL);
-  SentRequest request;
+void RestoreMatch::request(std::string_view bytes, unsigned long long offset) {
+  restoreOffset_ = offset;
+  pullUpTo(offset);
+  SentRequest &request = sentRequest_;
   if (!readSentRequest(bytes, request)) {
     ++sent_[static_cast<int>(guessKind(bytes))];
     std::size_t index = 0;
@@ -223,7 +231,7 @@ void RestoreMatch::request(std::string_view bytes) {
 }
 
 void RestoreMatch::finish(int status, int signal) {
-  pullUpTo(restoreOffset_ ? restoreOffset_() : ~0ULL);
+  pullUpTo(restoreOffset_);
   std::size_t first = 0;
   while (first < pending_.size() && !pending_[first].expected)
     ++first;
@@ -250,8 +258,8 @@ void RestoreMatch::finish(int status, int signal) {
   }
   while (pull()) {
   }
-  for (const Pending &pending : pending_)
-    if (pending.expected) reportNotSent(pending);
+  for (std::size_t index = 0; index < pending_.size(); ++index)
+    if (pending_[index].expected) reportNotSent(pending_[index]);
   pending_.clear();
   if (signal != 0 || status != 0)
     findings_({reader_.position(), "restore-stops",

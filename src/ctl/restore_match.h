@@ -3,25 +3,29 @@
 // over the same bytes, pulled only as far as trovan has read, so that neither side is held
 // whole. Every difference becomes a finding on the line of the entry it concerns.
 #pragma once
-#include <deque>
 #include <functional>
 #include <string>
 #include <string_view>
 
 #include "ctl/check_settings.h"
+#include "ctl/restore_run.h"
+#include "ctl/reuse_queue.h"
 #include "model/document_reader.h"
 #include "model/sent_request.h"
 
-class RestoreMatch {
+class RestoreMatch : public RequestSink {
 public:
-  // `restoreOffset` tells how many bytes of the document trovan's reader has taken so far;
-  // `onEntry` sees every entry the strict reader yields, in order.
+  // `onEntry` sees every entry the strict reader yields, in order. `readFrom` is how many bytes
+  // of the document trovan's reader has taken before its first request (all of them, unless
+  // told otherwise).
   RestoreMatch(DocumentReader &reader, const CheckOptions &options, const RestoreSettings &settings,
                FindingSink findings, std::function<void(const Entry &)> onEntry,
-               std::function<unsigned long long()> restoreOffset);
+               unsigned long long readFrom = ~0ULL);
 
-  // One request trovan's restore would send, as its bytes.
-  void request(std::string_view bytes);
+  // One request trovan's restore would send, as its bytes, sent when trovan's reader had taken
+  // `offset` bytes of the document (all of them, unless told otherwise).
+  void request(std::string_view bytes, unsigned long long offset) override;
+  void request(std::string_view bytes) { request(bytes, ~0ULL); }
   // The restore has ended with `status`, or its process with `signal`: what was not sent is
   // reported, and a status other than 0 or a signal too.
   void finish(int status, int signal = 0);
@@ -53,8 +57,9 @@ private:
   const RestoreSettings &settings_;
   FindingSink findings_;
   std::function<void(const Entry &)> onEntry_;
-  std::function<unsigned long long()> restoreOffset_;
-  std::deque<Pending> pending_;
+  unsigned long long restoreOffset_;
+  ReuseQueue<Pending> pending_;
+  SentRequest sentRequest_;  // the request being matched (its storage serves every request)
   bool readerDone_ = false;
   Position lastEntryAt_;
   unsigned long sent_[4] = {};

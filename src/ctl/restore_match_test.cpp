@@ -30,7 +30,7 @@ Texts match(std::string_view document, const std::vector<std::string> &requests,
     texts.push_back(std::to_string(finding.at.line) + " " + finding.code + ": " + finding.message);
   };
   DocumentReader reader(input.fd(), sink);
-  RestoreMatch matcher(reader, options, settings, sink, nullptr, nullptr);
+  RestoreMatch matcher(reader, options, settings, sink, nullptr);
   for (const std::string &request : requests)
     matcher.request(request);
   matcher.finish(status);

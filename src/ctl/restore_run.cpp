@@ -5,24 +5,31 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include "channel/admin_channel.h"
 #include "document/run_settings.h"
-#include "document/tag_reader.h"
 #include "restore/restore_driver.h"
 
 namespace {
 
 // Records from the child: a request ('R', the offset trovan had read to, the length, the
-// bytes) or the end ('S', the status).
+// bytes) or the end ('S', the status in place of the length).
 struct RecordHead {
   char type;
   std::uint64_t offset;
   std::uint64_t length;
 };
+
+// The largest record: a request fills at most trovan's request buffer.
+constexpr std::size_t kRecordLimit = sizeof(RecordHead) + kRequestBufferSize;
+// Records travel through the pipe in blocks of this size, not one write or read each.
+constexpr std::size_t kBlockSize = 1 << 18;
 
 // A reply the restore takes as a success, whichever request it answers.
 constexpr char kSuccessReply[] =
@@ -41,29 +48,56 @@ bool writeAll(int fd, const void *data, std::size_t size) {
   return true;
 }
 
-bool readAll(int fd, void *data, std::size_t size) {
-  char *bytes = static_cast<char *>(data);
-  while (size > 0) {
-    const ssize_t count = read(fd, bytes, size);
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return false;
-    bytes += count;
-    size -= static_cast<std::size_t>(count);
-  }
-  return true;
+// The child's side: records gathered in one block, written when it is full, at the end, and
+// when the process ends otherwise (exit, or a signal that ends it), so that none is lost.
+struct ChildRecords {
+  int pipe = -1;
+  int documentFd = -1;
+  std::size_t used = 0;
+  char block[kBlockSize];
+};
+ChildRecords *childRecords = nullptr;
+
+void flushRecords() {
+  ChildRecords &records = *childRecords;
+  if (records.used > 0 && !writeAll(records.pipe, records.block, records.used)) _exit(3);
+  records.used = 0;
 }
 
-struct ChildContext {
-  int pipe;
-  int documentFd;
-};
+void addRecord(const RecordHead &head, const char *bytes, std::size_t length) {
+  ChildRecords &records = *childRecords;
+  if (records.used + sizeof head + length > sizeof records.block) flushRecords();
+  std::memcpy(records.block + records.used, &head, sizeof head);
+  if (length > 0) std::memcpy(records.block + records.used + sizeof head, bytes, length);
+  records.used += sizeof head + length;
+}
 
-int standIn(const char *request, std::size_t length, void *context) {
-  const ChildContext &child = *static_cast<const ChildContext *>(context);
-  const off_t offset = lseek(child.documentFd, 0, SEEK_CUR);
-  const RecordHead head{'R', static_cast<std::uint64_t>(offset < 0 ? 0 : offset), length};
-  if (!writeAll(child.pipe, &head, sizeof head) || !writeAll(child.pipe, request, length)) _exit(3);
-  std::snprintf(replyBuffer, static_cast<std::size_t>(replyBufferSize), "%s", kSuccessReply);
+void flushAndDie(int signal) {
+  flushRecords();
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+}
+
+// Signals whose handling is left to the system (a sanitizer's own handlers stay in place).
+void flushAtEnds() {
+  std::atexit(flushRecords);
+  for (const int signal : {SIGABRT, SIGSEGV, SIGBUS, SIGFPE, SIGILL}) {
+    struct sigaction current {};
+    if (sigaction(signal, nullptr, &current) == 0 && current.sa_handler == SIG_DFL)
+      std::signal(signal, flushAndDie);
+  }
+}
+
+int standIn(const char *request, std::size_t length, void *) {
+  const off_t offset = lseek(childRecords->documentFd, 0, SEEK_CUR);
+  addRecord({'R', static_cast<std::uint64_t>(offset < 0 ? 0 : offset), length}, request, length);
+  // The reply as a string of the buffer's size at most, cut if it must be.
+  const std::size_t room = static_cast<std::size_t>(replyBufferSize);
+  const std::size_t size = sizeof kSuccessReply <= room ? sizeof kSuccessReply : room;
+  if (size > 0) {
+    std::memcpy(replyBuffer, kSuccessReply, size);
+    replyBuffer[size - 1] = '\0';
+  }
   return 0;
 }
 
@@ -76,7 +110,10 @@ int standIn(const char *request, std::size_t length, void *context) {
     dup2(quiet, 2);
     close(quiet);
   }
-  ChildContext context{pipe, fd};
+  childRecords = new ChildRecords;
+  childRecords->pipe = pipe;
+  childRecords->documentFd = fd;
+  flushAtEnds();
   if (!allocateReplyBuffer()) _exit(4);
   inputFd = fd;
   showActions = 0;
@@ -84,40 +121,67 @@ int standIn(const char *request, std::size_t length, void *context) {
   arborUsers = settings.arborUsers ? 1 : 0;
   adUsers = settings.adUsers ? 1 : 0;
   reflectOnGemel = options.noGemel ? 0 : 1;
-  setRequestStandIn(standIn, &context);
+  setRequestStandIn(standIn, nullptr);
   const int status =
       restoreDocument(options.volume.c_str(), options.mountPoint.c_str(),
                       settings.hasFilter ? &settings.filter : nullptr, options.mask.c_str(),
                       options.treeGiven ? options.tree.c_str() : nullptr, 0);
-  const RecordHead end{'S', 0, static_cast<std::uint64_t>(static_cast<std::int64_t>(status))};
-  writeAll(pipe, &end, sizeof end);
+  addRecord({'S', 0, static_cast<std::uint64_t>(static_cast<std::int64_t>(status))}, nullptr, 0);
+  flushRecords();
   std::fflush(stdout);
   _exit(0);
 }
 
-// Reads the child's records into `match` until its end record or the pipe's end.
-void readRecords(int pipe, RestoreMatch &match, unsigned long long &offset,
-                 RestoreOutcome &outcome) {
-  std::string request;
-  RecordHead head;
-  while (readAll(pipe, &head, sizeof head)) {
-    if (head.type == 'S') {
-      outcome.ran = true;
-      outcome.status = static_cast<int>(static_cast<std::int64_t>(head.length));
-      return;
+// The parent's side: reads the child's records in blocks and hands each request to `sink`,
+// until the end record or the pipe's end.
+class RecordReader {
+public:
+  explicit RecordReader(int pipe) : pipe_(pipe), block_(new char[kRecordLimit + kBlockSize]) {}
+
+  void run(RequestSink &sink, RestoreOutcome &outcome) {
+    for (;;) {
+      RecordHead head;
+      if (!have(sizeof head)) return;
+      std::memcpy(&head, block_.get() + start_, sizeof head);
+      if (head.type == 'S') {
+        outcome.ran = true;
+        outcome.status = static_cast<int>(static_cast<std::int64_t>(head.length));
+        return;
+      }
+      if (head.type != 'R' || head.length > kRequestBufferSize) return;
+      if (!have(sizeof head + head.length)) return;
+      const char *bytes = block_.get() + start_ + sizeof head;
+      start_ += sizeof head + head.length;
+      sink.request(std::string_view(bytes, head.length), head.offset);
     }
-    if (head.type != 'R' || head.length > (1u << 20)) return;
-    request.resize(head.length);
-    if (!readAll(pipe, request.data(), request.size())) return;
-    offset = head.offset;
-    match.request(request);
   }
-}
+
+private:
+  // Makes `size` bytes (at most kRecordLimit) available at start_; false at the pipe's end.
+  bool have(std::size_t size) {
+    if (end_ - start_ >= size) return true;
+    std::memmove(block_.get(), block_.get() + start_, end_ - start_);
+    end_ -= start_;
+    start_ = 0;
+    while (end_ < size) {
+      const ssize_t count = read(pipe_, block_.get() + end_, kRecordLimit + kBlockSize - end_);
+      if (count < 0 && errno == EINTR) continue;
+      if (count <= 0) return false;
+      end_ += static_cast<std::size_t>(count);
+    }
+    return true;
+  }
+
+  int pipe_;
+  std::unique_ptr<char[]> block_;
+  std::size_t start_ = 0;
+  std::size_t end_ = 0;
+};
 
 }  // namespace
 
 RestoreOutcome runRestore(int fd, const CheckOptions &options, const RestoreSettings &settings,
-                          RestoreMatch &match, unsigned long long &offset) {
+                          RequestSink &sink) {
   RestoreOutcome outcome;
   int pipes[2];
   if (pipe2(pipes, O_CLOEXEC) != 0) {
@@ -138,7 +202,7 @@ RestoreOutcome runRestore(int fd, const CheckOptions &options, const RestoreSett
     runChild(pipes[1], fd, options, settings);
   }
   close(pipes[1]);
-  readRecords(pipes[0], match, offset, outcome);
+  RecordReader(pipes[0]).run(sink, outcome);
   close(pipes[0]);
   int waitStatus = 0;
   while (waitpid(child, &waitStatus, 0) < 0 && errno == EINTR) {

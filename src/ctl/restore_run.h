@@ -1,11 +1,11 @@
 // trovan's own restore, run over a document without a file system: in a child process (so
 // that whatever the run does to its process stays there, an abort included), with every
-// request it would send handed to a RestoreMatch in this process instead of a command file.
+// request it would send handed to a RequestSink in this process instead of a command file.
 #pragma once
 #include <string>
+#include <string_view>
 
 #include "ctl/check_settings.h"
-#include "ctl/restore_match.h"
 
 struct RestoreOutcome {
   bool ran = false;     // the child ran to its end and reported a status
@@ -14,8 +14,15 @@ struct RestoreOutcome {
   std::string failure;  // why the run could not be made, if it could not
 };
 
+// Where the requests of a run go, in the order trovan would send them.
+class RequestSink {
+public:
+  virtual ~RequestSink() = default;
+  // One request as its bytes; `offset` is how far trovan had read the document when it sent it.
+  virtual void request(std::string_view bytes, unsigned long long offset) = 0;
+};
+
 // Runs the restore over the document open on `fd` (from its current offset; the descriptor's
-// offset is the restore's) and feeds each request, with how far trovan had read, to `match`.
-// `offset` is set, before each request reaches `match`, to how far trovan had read then.
+// offset is the restore's) and feeds each request to `sink`.
 RestoreOutcome runRestore(int fd, const CheckOptions &options, const RestoreSettings &settings,
-                          RestoreMatch &match, unsigned long long &offset);
+                          RequestSink &sink);

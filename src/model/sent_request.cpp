@@ -56,9 +56,9 @@ bool readRights(std::string_view text, RightsSet &rights, bool &unknown) {
 bool readTrusteeRequest(Cursor &cursor, SentRequest &request) {
   if (cursor.take("<trustees><addTrustee type=\"adID\"><userID>")) {
     request.ad = true;
-    request.user = decodeAsServer(cursor.until("</userID>"));
+    decodeAsServer(cursor.until("</userID>"), request.user);
   } else if (cursor.take("<trustees><addTrustee><name>")) {
-    request.user = decodeAsServer(cursor.until("</name>"));
+    decodeAsServer(cursor.until("</name>"), request.user);
   } else {
     request.kind = RequestKind::modifyInheritedRightsFilter;
     cursor.need("<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>");
@@ -66,7 +66,7 @@ bool readTrusteeRequest(Cursor &cursor, SentRequest &request) {
                     request.unknownRight))
       return false;
     cursor.need("<fileName>");
-    request.fileName = decodeAsServer(cursor.until("</fileName>", true));
+    decodeAsServer(cursor.until("</fileName>", true), request.fileName);
     request.gemel = cursor.take("<gemelPath/>");
     cursor.need("</modifyInheritedRightsFilter></trustees>");
     return cursor.ok;
@@ -75,7 +75,7 @@ bool readTrusteeRequest(Cursor &cursor, SentRequest &request) {
   if (!readRights(cursor.until("</rights>", true), request.rights, request.unknownRight))
     return false;
   cursor.need("<fileName>");
-  request.fileName = decodeAsServer(cursor.until("</fileName>", true));
+  decodeAsServer(cursor.until("</fileName>", true), request.fileName);
   request.gemel = cursor.take("<gemelPath/>");
   cursor.need("<symLink/></addTrustee></trustees>");
   return cursor.ok;
@@ -84,10 +84,10 @@ bool readTrusteeRequest(Cursor &cursor, SentRequest &request) {
 bool readQuotaRequest(Cursor &cursor, SentRequest &request) {
   request.kind = RequestKind::addQuota;
   cursor.need("<directoryQuota><addQuota><fileName>");
-  request.fileName = decodeAsServer(cursor.until("</fileName>", true));
+  decodeAsServer(cursor.until("</fileName>", true), request.fileName);
   request.gemel = cursor.take("<gemelPath/>");
   cursor.need("<quotaAmount>");
-  request.amount = decodeAsServer(cursor.until("</quotaAmount>"));
+  decodeAsServer(cursor.until("</quotaAmount>"), request.amount);
   cursor.need("</addQuota></directoryQuota>");
   return cursor.ok;
 }
@@ -100,11 +100,11 @@ bool readUserQuotaRequest(Cursor &cursor, SentRequest &request) {
   else
     cursor.need("<set>");
   cursor.need("<volumeName>");
-  request.volume = decodeAsServer(cursor.until("</volumeName>"));
+  decodeAsServer(cursor.until("</volumeName>"), request.volume);
   cursor.need("<userName>");
-  request.user = decodeAsServer(cursor.until("</userName>"));
+  decodeAsServer(cursor.until("</userName>"), request.user);
   cursor.need("<quota>");
-  request.amount = decodeAsServer(cursor.until("</quota>"));
+  decodeAsServer(cursor.until("</quota>"), request.amount);
   request.gemel = cursor.take("<gemelPath/>");
   cursor.need("</set></userSpaceRestrictions>");
   return cursor.ok;
@@ -113,7 +113,14 @@ bool readUserQuotaRequest(Cursor &cursor, SentRequest &request) {
 }  // namespace
 
 bool readSentRequest(std::string_view bytes, SentRequest &request) {
-  request = SentRequest();
+  // Field by field, so that the texts' storage serves the next request too.
+  request.kind = RequestKind::addTrustee;
+  request.ad = request.gemel = request.unknownRight = false;
+  request.fileName.clear();
+  request.user.clear();
+  request.volume.clear();
+  request.amount.clear();
+  request.rights = 0;
   Cursor cursor{bytes};
   bool read = false;
   if (cursor.take(kFileOpen)) {

@@ -54,18 +54,27 @@ bool opensMarkup(char c) {
 
 }  // namespace
 
-std::string decodeAsServer(std::string_view text) {
-  std::string out;
+void decodeAsServer(std::string_view text, std::string &out) {
+  out.clear();
   out.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
-    if (text[at] == '&') {
-      if (const std::size_t used = decodeReference(text.substr(at), out); used != 0) {
-        at += used;
-        continue;
-      }
+    // The run up to the next '&' goes as it stands, in one piece.
+    std::size_t amp = text.find('&', at);
+    if (amp == std::string_view::npos) amp = text.size();
+    out.append(text.data() + at, amp - at);
+    at = amp;
+    if (at == text.size()) break;
+    if (const std::size_t used = decodeReference(text.substr(at), out); used != 0) {
+      at += used;
+      continue;
     }
     out += text[at++];
   }
+}
+
+std::string decodeAsServer(std::string_view text) {
+  std::string out;
+  decodeAsServer(text, out);
   return out;
 }
 

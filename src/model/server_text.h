@@ -6,6 +6,8 @@
 #include <string_view>
 
 std::string decodeAsServer(std::string_view text);
+// The same into `out` (replaced; its storage is reused).
+void decodeAsServer(std::string_view text, std::string &out);
 
 // Whether `text`, placed as it stands inside an element of a request, forms markup there: a
 // '<' that opens a tag, an end tag, a comment, a CDATA section or a processing instruction and
