@@ -31,6 +31,16 @@ enum class Element : std::uint8_t {
   unknown,
 };
 
+// What an element's name stands for: the element, and for a right its bit.
+struct ElementMatch {
+  Element element = Element::unknown;
+  std::uint16_t right = 0;  // a RightsSet bit when element is Element::right
+};
+
+// The element of a name, by a switch on its length and first letter (one comparison of the
+// whole name at most): it runs for every element of every document.
+ElementMatch matchElement(std::string_view name);
+
 // The element of a name (a right's name gives Element::right).
 Element elementOf(std::string_view name);
 

@@ -1,14 +1,18 @@
-// Inside the strict reader: what it knows between two parser callbacks. The parser (expat) is
-// driven by document_reader.cpp; the element rules are applied here, one callback at a time.
+// Inside the strict reader: what it knows between two parser callbacks. The parser (libxml2's
+// push parser, SAX callbacks) is driven by document_reader.cpp; the element rules are applied
+// here, one callback at a time. What a callback finds waits in a queue, in document order, until
+// next() hands it out: the parser reads a whole chunk of the input at once.
 #pragma once
-#include <expat.h>
+#include <libxml/parser.h>
 
+#include <deque>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "model/document_grammar.h"
 #include "model/document_reader.h"
+#include "model/input_window.h"
 #include "model/key_set.h"
 
 // The longest value kept of an element's text; a longer text is cut (and reported).
@@ -41,26 +45,55 @@ struct FileContext {
   unsigned seenChildren = 0;  // bits of Element values already met in this file
 };
 
+// What waits to be handed out, in document order.
+struct ReaderEvent {
+  enum class Kind : std::uint8_t { entry, sectionOpens, sectionCloses, finding } kind;
+  Section section = Section::trustees;
+  unsigned long long offset = 0;  // an entry's: where its end tag starts
+  Finding finding;
+};
+
+// The first error the parser reported.
+struct ParserError {
+  int code = 0;
+  Position at;          // where the parser puts it
+  bool atEnd = false;   // found once the end of the input was given
+  std::string message;  // the parser's own words
+};
+
 struct DocumentReader::State {
-  XML_Parser parser = nullptr;
+  xmlParserCtxtPtr parser = nullptr;
   int fd = -1;
   FindingSink findings;
   std::function<void(Section, bool)> sectionObserver;
+  InputWindow input;
 
   // Where reading stands.
-  bool started = false;
-  bool suspended = false;
   bool finalGiven = false;  // the end of the input has been given to the parser
-  bool finished = false;
-  bool failed = false;
-  bool aborted = false;  // stopped by the reader itself (a finding has been made)
+  bool finished = false;    // the parser has nothing more to say
+  bool failed = false;      // as handed out: set when the queue reaches the failure
+  bool failing = false;     // as parsed
+  bool aborted = false;     // stopped by the reader itself (a finding has been made)
+  bool declarationChecked = false;
+  bool errorSeen = false;
+  ParserError error;
   int readError = 0;
   unsigned long long offset = 0;
+  Position endAt;                    // the place after the end or of the failure, once finished
+  unsigned long long lastEnd = 0;    // where the last parser event ended
+  unsigned long long endOffset = 0;  // where the element ending now ends (see offset())
+
+  // Handed out by next(), in order; entries wait in `ready`, a ring whose buffers are reused.
+  std::deque<ReaderEvent> events;
+  std::vector<Entry> ready;
+  std::size_t readyFirst = 0;
+  std::size_t readyCount = 0;
 
   // Elements.
   std::vector<Frame> frames;        // accepted elements only; depth is bounded by the grammar
   unsigned long skipDepth = 0;      // inside an element that was not accepted
-  std::vector<OpenName> openNames;  // every open element, up to kOpenNamesLimit
+  std::vector<OpenName> openNames;  // every open element, up to kOpenNamesLimit (reused)
+  std::size_t openKept = 0;         // how many of openNames stand
   unsigned long openDepth = 0;
   bool rootSeen = false;
 
@@ -71,32 +104,44 @@ struct DocumentReader::State {
   bool textTooLong = false;
   bool textReported = false;  // text outside a value, reported once per element
 
-  // The entry being read, and the one ready to be handed out.
+  // The entry being read.
   FileContext file;
   bool inEntry = false;
   bool entryValid = true;
   unsigned seenChildren = 0;  // bits of Element values already met in this entry
   Entry entry;
-  bool ready = false;
-  Entry readyEntry;
 
   KeySet keys;
   std::string keyBuffer;
 
-  Position position() const;
+  // Absolute offsets of the parser's place and of a byte of its buffer.
+  unsigned long long parserOffset() const;
+  unsigned long long offsetOf(const xmlChar *byte) const;
+  bool inParserBuffer(const xmlChar *byte) const;
+  // Where the markup the parser has just read starts: the first '<' after the last event.
+  unsigned long long markupStart() const;
   void report(Position at, const char *code, std::string message);
+  void checkDeclaration();
 
   void startElement(const char *name, const char **attributes);
-  void endElement(const char *name);
-  void characters(const char *text, int length);
-  void startCdata();
-  void appendRaw();
+  void endElement();
+  void characters(const xmlChar *text, int length);
+  void cdata(const xmlChar *text, int length);
   void misplacedMarkup(const char *what);
+  void doctype();
+  void parserError();
+  void finish();
 
 private:
+  void takeText(const char *data, std::size_t length, unsigned long long from,
+                unsigned long long to);
+  void appendRaw(unsigned long long from, unsigned long long to);
+  void reportText(unsigned long long from, unsigned long long to);
+  Finding errorFinding();
   void acceptElement(Element element, std::string_view name, Position at, const char **attributes);
   void checkAttributes(Element element, std::string_view name, Position at,
                        const char **attributes);
+  void openName(const char *name, unsigned long line);
   void rejectElement(Element element, std::string_view name, Position at);
   void beginEntry(EntryKind kind, Position at);
   void endValue(const Frame &frame);
