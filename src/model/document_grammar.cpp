@@ -169,21 +169,6 @@ bool allowedIn(Element child, Element parent) {
   return (kAllowed.of[static_cast<unsigned>(parent)] >> static_cast<unsigned>(child)) & 1u;
 }
 
-bool holdsText(Element element) {
-  switch (element) {
-  case Element::name:
-  case Element::id:
-  case Element::zid:
-  case Element::path:
-  case Element::spaceUsed:
-  case Element::quotaAmount:
-  case Element::utc:
-  case Element::string:
-  case Element::numberOfTimes: return true;
-  default: return false;
-  }
-}
-
 bool allowsAttribute(Element element, std::string_view attribute) {
   if (element == Element::trustee || element == Element::user) return attribute == "type";
   if (element == Element::rights || element == Element::inheritedRightsFilter)

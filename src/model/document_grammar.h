@@ -48,7 +48,20 @@ Element elementOf(std::string_view name);
 bool allowedIn(Element child, Element parent);
 
 // Elements whose text is their value (they hold no elements).
-bool holdsText(Element element);
+inline bool holdsText(Element element) {
+  switch (element) {
+  case Element::name:
+  case Element::id:
+  case Element::zid:
+  case Element::path:
+  case Element::spaceUsed:
+  case Element::quotaAmount:
+  case Element::utc:
+  case Element::string:
+  case Element::numberOfTimes: return true;
+  default: return false;
+  }
+}
 
 // The attributes an element may carry: "type" (only "adID") on trustee and user, "value" on
 // rights and inheritedRightsFilter.

@@ -114,25 +114,27 @@ bool DocumentReader::next(Entry &entry) {
   State &state = *state_;
   while (true) {
     if (!state.events.empty()) {
-      ReaderEvent event = std::move(state.events.front());
-      state.events.pop_front();
-      switch (event.kind) {
-      case ReaderEvent::Kind::finding:
-        if (state.findings) state.findings(std::move(event.finding));
-        break;
-      case ReaderEvent::Kind::sectionOpens:
-      case ReaderEvent::Kind::sectionCloses:
-        if (state.sectionObserver)
-          state.sectionObserver(event.section, event.kind == ReaderEvent::Kind::sectionOpens);
-        break;
-      case ReaderEvent::Kind::entry:
-        std::swap(entry, state.ready[state.readyFirst]);
+      ReaderEvent &event = state.events.front();
+      const ReaderEvent::Kind kind = event.kind;
+      if (kind == ReaderEvent::Kind::entry) {
+        swapEntries(entry, state.ready[state.readyFirst]);
         state.readyFirst = (state.readyFirst + 1) % state.ready.size();
         --state.readyCount;
         state.offset = event.offset;
-        return true;
+      } else if (kind == ReaderEvent::Kind::finding) {
+        Finding finding = std::move(event.finding);
+        state.events.pop_front();
+        if (state.findings) state.findings(std::move(finding));
+        continue;
+      } else {
+        const Section section = event.section;
+        state.events.pop_front();
+        if (state.sectionObserver)
+          state.sectionObserver(section, kind == ReaderEvent::Kind::sectionOpens);
+        continue;
       }
-      continue;
+      state.events.pop_front();
+      return true;
     }
     if (state.finished) {
       state.failed = state.failing;

@@ -58,7 +58,8 @@ unsigned long long InputWindow::scanSpecial(unsigned long long from, unsigned lo
 void InputWindow::advance(unsigned long long to) {
   if (to <= cursor_) return;
   if (special_ < cursor_) special_ = cursor_;
-  if (special_ < to && !special(*at(special_))) special_ = scanSpecial(special_, to);
+  // The scan goes on to the end of the input given: once for all the places asked about in it.
+  if (special_ < to && !special(*at(special_))) special_ = scanSpecial(special_, end());
   if (special_ < to || afterCr_) {
     advanceSlowly(to);
     return;

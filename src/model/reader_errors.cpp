@@ -51,8 +51,8 @@ Finding DocumentReader::State::errorFinding() {
     at.column += 2;  // the name after "</"
     std::string message = prefix + "mismatched tag";
     if (openKept > 0 && openKept == openDepth)
-      message += " (the open element is <" + openNames[openKept - 1].name + "> of line " +
-                 std::to_string(openNames[openKept - 1].line) + ")";
+      message += " (the open element is <" + std::string(openNames[openKept - 1].name) +
+                 "> of line " + std::to_string(openNames[openKept - 1].line) + ")";
     return {at, "not-well-formed", message};
   }
   switch (error.code) {
@@ -72,7 +72,7 @@ Finding DocumentReader::State::errorFinding() {
       return {input.position(rest), "not-well-formed", "the document holds no element"};
     if (rest == input.end()) {
       std::string message = "the document ends inside <" +
-                            (openKept == 0 ? std::string("?") : openNames[openKept - 1].name) + ">";
+                            std::string(openKept == 0 ? "?" : openNames[openKept - 1].name) + ">";
       if (openKept > 0) message += " of line " + std::to_string(openNames[openKept - 1].line);
       return {input.position(rest), "not-well-formed", message};
     }

@@ -42,6 +42,25 @@ std::string placeText(const std::vector<Frame> &frames) {
 
 }  // namespace
 
+void swapEntries(Entry &one, Entry &other) {
+  std::swap(one.kind, other.kind);
+  std::swap(one.at, other.at);
+  std::swap(one.pathAt, other.pathAt);
+  std::swap(one.ad, other.ad);
+  std::swap(one.rights, other.rights);
+  std::swap(one.cdata, other.cdata);
+  one.path.swap(other.path);
+  one.name.swap(other.name);
+  one.id.swap(other.id);
+  one.amount.swap(other.amount);
+  one.spaceUsed.swap(other.spaceUsed);
+  one.zid.swap(other.zid);
+  one.rawPath.swap(other.rawPath);
+  one.rawName.swap(other.rawName);
+  one.rawId.swap(other.rawId);
+  one.rawAmount.swap(other.rawAmount);
+}
+
 unsigned long long DocumentReader::State::parserOffset() const {
   return offsetOf(parser->input->cur);
 }
@@ -82,7 +101,7 @@ void DocumentReader::State::checkDeclaration() {
 void DocumentReader::State::openName(const char *name, unsigned long line) {
   if (openKept >= kOpenNamesLimit || openDepth != openKept) return;
   if (openNames.size() == openKept) openNames.emplace_back();
-  openNames[openKept].name.assign(name);
+  openNames[openKept].name = name;
   openNames[openKept].line = line;
   ++openKept;
 }
@@ -108,7 +127,7 @@ void DocumentReader::State::startElement(const char *name, const char **attribut
     return;
   }
   const Element parent = frames.empty() ? Element::document : frames.back().element;
-  const ElementMatch match = matchElement(name);
+  const ElementMatch match = names.match(name);
   if (match.element == Element::unknown || !allowedIn(match.element, parent)) {
     rejectElement(match.element, name, at);
     skipDepth = 1;

@@ -5,6 +5,7 @@
 #pragma once
 #include <libxml/parser.h>
 
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <string>
@@ -21,7 +22,7 @@ inline constexpr std::size_t kValueLimit = 65536;
 inline constexpr std::size_t kOpenNamesLimit = 256;
 
 struct OpenName {
-  std::string name;
+  const char *name;  // the parser's copy, kept as long as the parser
   unsigned long line;
 };
 
@@ -60,6 +61,30 @@ struct ParserError {
   bool atEnd = false;   // found once the end of the input was given
   std::string message;  // the parser's own words
 };
+
+// The elements of the names met last: the parser keeps one copy of each name, so that a name's
+// address stands for it while the parser lives.
+class NameCache {
+public:
+  ElementMatch match(const char *name) {
+    // The parser packs its names closely: the address is mixed before it picks a slot.
+    const std::uint64_t mixed = reinterpret_cast<std::uintptr_t>(name) * 0x9E3779B97F4A7C15ull;
+    Slot &slot = slots_[mixed >> 58];
+    if (slot.name != name) slot = {name, matchElement(name)};
+    return slot.match;
+  }
+
+private:
+  static constexpr std::size_t kSlots = 64;
+  struct Slot {
+    const char *name = nullptr;
+    ElementMatch match;
+  };
+  Slot slots_[kSlots];
+};
+
+// Two entries exchanged field by field (their buffers change hands, none is copied).
+void swapEntries(Entry &one, Entry &other);
 
 struct DocumentReader::State {
   xmlParserCtxtPtr parser = nullptr;
@@ -111,6 +136,7 @@ struct DocumentReader::State {
   unsigned seenChildren = 0;  // bits of Element values already met in this entry
   Entry entry;
 
+  NameCache names;
   KeySet keys;
   std::string keyBuffer;
 

@@ -120,7 +120,6 @@ void DocumentReader::State::endValue(const Frame &frame) {
 
 void DocumentReader::State::endEntry(const Frame &frame) {
   inEntry = false;
-  const std::string tag = tagText(frame.name);
   switch (entry.kind) {
   case EntryKind::trustee:
     if (entry.ad && entry.id.empty()) {
@@ -135,16 +134,19 @@ void DocumentReader::State::endEntry(const Frame &frame) {
   case EntryKind::userQuota:
   case EntryKind::dirQuota:
     if (entry.kind == EntryKind::userQuota && entry.name.empty()) {
-      report(frame.at, "missing-name", tag + " without a <name>: trovan restore skips it");
+      report(frame.at, "missing-name",
+             tagText(frame.name) + " without a <name>: trovan restore skips it");
       entryValid = false;
     }
     if (entry.kind == EntryKind::dirQuota &&
         (seenChildren & (1u << unsigned(Element::path))) == 0) {
-      report(frame.at, "missing-path", tag + " without a <path>: trovan restore skips it");
+      report(frame.at, "missing-path",
+             tagText(frame.name) + " without a <path>: trovan restore skips it");
       entryValid = false;
     }
     if ((seenChildren & (1u << unsigned(Element::quotaAmount))) == 0) {
-      report(frame.at, "missing-quota", tag + " without a <quotaAmount>: trovan restore skips it");
+      report(frame.at, "missing-quota",
+             tagText(frame.name) + " without a <quotaAmount>: trovan restore skips it");
       entryValid = false;
     }
     break;
@@ -163,7 +165,7 @@ void DocumentReader::State::handOut() {
     readyFirst = 0;
     ready.emplace_back();
   }
-  std::swap(entry, ready[(readyFirst + readyCount) % ready.size()]);
+  swapEntries(entry, ready[(readyFirst + readyCount) % ready.size()]);
   ++readyCount;
   events.push_back({ReaderEvent::Kind::entry, Section::trustees, endOffset, Finding{}});
 }
