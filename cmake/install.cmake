@@ -18,7 +18,7 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "trovan developers")
 set(CPACK_DEBIAN_PACKAGE_SECTION admin)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 # trovan needs the C and C++ libraries only; trovanctl also links the XML parser.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6 (>= 2.34), libstdc++6 (>= 12), libexpat1 (>= 2.5)")
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6 (>= 2.34), libstdc++6 (>= 12), libxml2 (>= 2.9.14)")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
     "save and restore the trustees and quotas of a QUILL volume
 trovan saves the trustees, inherited rights filters, user quotas and

@@ -1,6 +1,6 @@
-# trovanctl links, beside the core library, an XML parser (expat), a command-line parser (CLI11,
+# trovanctl links, beside the core library, an XML parser (libxml2), a command-line parser (CLI11,
 # header only) and a JSON library (nlohmann-json, header only). trovan itself links none of them.
-find_package(expat CONFIG REQUIRED)
+find_package(LibXml2 REQUIRED)
 find_package(CLI11 CONFIG REQUIRED)
 find_package(nlohmann_json 3 CONFIG REQUIRED)
 
@@ -8,7 +8,7 @@ find_package(nlohmann_json 3 CONFIG REQUIRED)
 file(GLOB TROVAN_MODEL_SOURCES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/model/*.cpp)
 list(FILTER TROVAN_MODEL_SOURCES EXCLUDE REGEX "_test\\.cpp$")
 add_library(trovan_model STATIC ${TROVAN_MODEL_SOURCES})
-target_link_libraries(trovan_model PUBLIC trovan_core expat::expat)
+target_link_libraries(trovan_model PUBLIC trovan_core LibXml2::LibXml2)
 
 # The commands, in a library so that unit tests can call them; main.cpp is the thin program.
 file(GLOB TROVAN_CTL_SOURCES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/ctl/*.cpp)

@@ -85,7 +85,7 @@ expect_field Maintainer "trovan developers"
 expect_field Section admin
 expect_field Architecture "$(dpkg --print-architecture)"
 depends=$(field Depends)
-for library in libc6 libstdc++6 libexpat1; do
+for library in libc6 libstdc++6 libxml2; do
   if [[ ", $depends," =~ ,\ ${library//+/\\+}[\ ,] ]]; then
     pass "Depends names $library"
   else
@@ -141,7 +141,7 @@ if threads=$(scripts/check_no_threads.sh "$binary" 2>&1); then pass "$threads"; 
 ctl_binary=$root/usr/sbin/trovanctl
 needed=$(readelf -d "$ctl_binary" | sed -nE 's/.*\(NEEDED\).*\[(.*)\]/\1/p' | sort | tr '\n' ' ')
 unexpected=$(tr ' ' '\n' <<<"$needed" |
-  grep -vxE 'libc\.so\.6|libm\.so\.6|libstdc\+\+\.so\.6|libgcc_s\.so\.1|libexpat\.so\.1|' || true)
+  grep -vxE 'libc\.so\.6|libm\.so\.6|libstdc\+\+\.so\.6|libgcc_s\.so\.1|libxml2\.so\.2|' || true)
 if [ -z "$unexpected" ]; then pass "trovanctl needs only: $needed"; else fail "trovanctl needs other libraries: $unexpected"; fi
 if threads=$(scripts/check_no_threads.sh "$ctl_binary" 2>&1); then pass "trovanctl: $threads"; else fail "trovanctl: $threads"; fi
 

@@ -27,7 +27,7 @@ trovan_require_build_tools() {
   trovan_require cmake:cmake ninja:ninja-build g++:g++ python3:python3 bash:bash \
     /usr/include/gtest/gtest.h:libgtest-dev
   # trovanctl's libraries: an XML parser, a command-line parser and a JSON library.
-  trovan_require /usr/include/expat.h:libexpat1-dev /usr/include/CLI/CLI.hpp:libcli11-dev \
+  trovan_require /usr/include/libxml2/libxml/parser.h:libxml2-dev /usr/include/CLI/CLI.hpp:libcli11-dev \
     /usr/include/nlohmann/json.hpp:nlohmann-json3-dev
   # The trovanctl transcripts format a document with xmllint as administrators do.
   trovan_require xmllint:libxml2-utils

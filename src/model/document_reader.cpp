@@ -1,7 +1,10 @@
-// Drives expat over the input, 64 KiB at a time, and stops it after each entry so that the
-// entries come out one by one.
+// Drives libxml2's push parser over the input, 64 KiB at a time, with the SAX callbacks of the
+// first version of its interface: names as written (no namespace processing), attributes in
+// document order. The parser loads no DTD, reaches no network and replaces no entity of a
+// document type declaration: reading stops at the declaration.
 #include "model/document_reader.h"
 
+#include <libxml/parserInternals.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,57 +13,71 @@
 
 namespace {
 
-constexpr int kReadSize = 65536;
+constexpr std::size_t kReadSize = 65536;
 
 using State = DocumentReader::State;
 
 State &stateOf(void *data) { return *static_cast<State *>(data); }
 
-void XMLCALL onStart(void *data, const XML_Char *name, const XML_Char **attributes) {
-  stateOf(data).startElement(name, attributes);
+void onStart(void *data, const xmlChar *name, const xmlChar **attributes) {
+  stateOf(data).startElement(reinterpret_cast<const char *>(name),
+                             reinterpret_cast<const char **>(attributes));
 }
-void XMLCALL onEnd(void *data, const XML_Char *name) { stateOf(data).endElement(name); }
-void XMLCALL onText(void *data, const XML_Char *text, int length) {
-  stateOf(data).characters(text, length);
-}
-void XMLCALL onCdata(void *data) { stateOf(data).startCdata(); }
-void XMLCALL onComment(void *data, const XML_Char *) { stateOf(data).misplacedMarkup("a comment"); }
-void XMLCALL onInstruction(void *data, const XML_Char *, const XML_Char *) {
+void onEnd(void *data, const xmlChar *) { stateOf(data).endElement(); }
+void onText(void *data, const xmlChar *text, int length) { stateOf(data).characters(text, length); }
+void onCdata(void *data, const xmlChar *text, int length) { stateOf(data).cdata(text, length); }
+void onComment(void *data, const xmlChar *) { stateOf(data).misplacedMarkup("a comment"); }
+void onInstruction(void *data, const xmlChar *, const xmlChar *) {
   stateOf(data).misplacedMarkup("a processing instruction");
 }
-void XMLCALL onDeclaration(void *data, const XML_Char *, const XML_Char *, int) {
-  State &state = stateOf(data);
-  state.report(state.position(), "xml-declaration",
-               "an XML declaration: trovan restore refuses a document that does not start "
-               "with <metadata>");
+void onDoctype(void *data, const xmlChar *, const xmlChar *, const xmlChar *) {
+  stateOf(data).doctype();
 }
-// A document type declaration could define entities; a Metadata document has none.
-void XMLCALL onDoctype(void *data, const XML_Char *, const XML_Char *, const XML_Char *, int) {
-  State &state = stateOf(data);
-  state.report(state.position(), "doctype",
-               "a document type declaration, which a Metadata document never holds; "
-               "reading stops here");
-  state.aborted = true;
-  XML_StopParser(state.parser, XML_FALSE);
+void onError(void *data, const char *, ...) { stateOf(data).parserError(); }
+void onWarning(void *, const char *, ...) {}
+
+xmlSAXHandler handlers() {
+  xmlSAXHandler sax{};
+  sax.startElement = onStart;
+  sax.endElement = onEnd;
+  sax.characters = onText;
+  sax.ignorableWhitespace = onText;
+  sax.cdataBlock = onCdata;
+  sax.comment = onComment;
+  sax.processingInstruction = onInstruction;
+  sax.internalSubset = onDoctype;
+  sax.error = onError;
+  sax.fatalError = onError;
+  sax.warning = onWarning;
+  return sax;
 }
 
-// The message of a parser error, with what the reader knows of the open elements.
-std::string errorMessage(const State &state, XML_Error code) {
-  std::string message = std::string("not well-formed XML: ") + XML_ErrorString(code);
-  if (code == XML_ERROR_TAG_MISMATCH && !state.openNames.empty() &&
-      state.openNames.size() == state.openDepth) {
-    const OpenName &open = state.openNames.back();
-    message +=
-        " (the open element is <" + open.name + "> of line " + std::to_string(open.line) + ")";
-  } else if (code == XML_ERROR_NO_ELEMENTS && state.openDepth > 0) {
-    message = "the document ends inside <" +
-              (state.openNames.empty() ? std::string("?") : state.openNames.back().name) + ">";
-    if (!state.openNames.empty())
-      message += " of line " + std::to_string(state.openNames.back().line);
-  } else if (code == XML_ERROR_NO_ELEMENTS) {
-    message = "the document holds no element";
+// Reads the next chunk of the input into the window and gives it to the parser.
+void parseChunk(State &state) {
+  char *buffer = state.input.reserve(kReadSize);
+  ssize_t count;
+  do
+    count = read(state.fd, buffer, kReadSize);
+  while (count < 0 && errno == EINTR);
+  if (count < 0) {
+    state.readError = errno;
+    state.finished = true;
+    return;
   }
-  return message;
+  state.input.commit(static_cast<std::size_t>(count));
+  state.finalGiven = count == 0;
+  xmlParseChunk(state.parser, buffer, static_cast<int>(count), state.finalGiven ? 1 : 0);
+  if (state.finalGiven || state.errorSeen || state.aborted) {
+    state.finish();
+    return;
+  }
+  if (!state.declarationChecked && state.input.end() >= 6) state.checkDeclaration();
+  if (!state.declarationChecked) return;
+  // Later events start where the parser stands or after; a value's raw text from lastEnd.
+  unsigned long long keep = state.parserOffset();
+  if (state.lastEnd < keep) keep = state.lastEnd;
+  state.input.position(keep);
+  state.input.forgetBefore(keep);
 }
 
 }  // namespace
@@ -69,19 +86,19 @@ DocumentReader::DocumentReader(int fd, FindingSink findings) : state_(std::make_
   State &state = *state_;
   state.fd = fd;
   state.findings = std::move(findings);
-  state.parser = XML_ParserCreate("UTF-8");
-  XML_SetUserData(state.parser, &state);
-  XML_SetElementHandler(state.parser, onStart, onEnd);
-  XML_SetCharacterDataHandler(state.parser, onText);
-  XML_SetStartCdataSectionHandler(state.parser, onCdata);
-  XML_SetCommentHandler(state.parser, onComment);
-  XML_SetProcessingInstructionHandler(state.parser, onInstruction);
-  XML_SetXmlDeclHandler(state.parser, onDeclaration);
-  XML_SetStartDoctypeDeclHandler(state.parser, onDoctype);
+  xmlSAXHandler sax = handlers();
+  state.parser = xmlCreatePushParserCtxt(&sax, &state, nullptr, 0, nullptr);
+  if (state.parser == nullptr) {
+    state.readError = ENOMEM;
+    state.finished = true;
+    return;
+  }
+  xmlCtxtUseOptions(state.parser, XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
+  xmlSwitchEncoding(state.parser, XML_CHAR_ENCODING_UTF8);
 }
 
 DocumentReader::~DocumentReader() {
-  if (state_->parser != nullptr) XML_ParserFree(state_->parser);
+  if (state_->parser != nullptr) xmlFreeParserCtxt(state_->parser);
 }
 
 void DocumentReader::onSection(std::function<void(Section, bool)> observer) {
@@ -91,48 +108,38 @@ void DocumentReader::onSection(std::function<void(Section, bool)> observer) {
 bool DocumentReader::failed() const { return state_->failed; }
 int DocumentReader::readError() const { return state_->readError; }
 unsigned long long DocumentReader::offset() const { return state_->offset; }
-Position DocumentReader::position() const { return state_->position(); }
+Position DocumentReader::position() const { return state_->endAt; }
 
 bool DocumentReader::next(Entry &entry) {
   State &state = *state_;
-  while (!state.finished) {
-    XML_Status status;
-    if (state.suspended) {
-      status = XML_ResumeParser(state.parser);
-      if (state.finalGiven && status == XML_STATUS_OK) state.finished = true;
-    } else {
-      void *buffer = XML_GetBuffer(state.parser, kReadSize);
-      if (buffer == nullptr) {
-        state.readError = ENOMEM;
-        state.finished = true;
-        break;
+  while (true) {
+    if (!state.events.empty()) {
+      ReaderEvent &event = state.events.front();
+      const ReaderEvent::Kind kind = event.kind;
+      if (kind == ReaderEvent::Kind::entry) {
+        swapEntries(entry, state.ready[state.readyFirst]);
+        state.readyFirst = (state.readyFirst + 1) % state.ready.size();
+        --state.readyCount;
+        state.offset = event.offset;
+      } else if (kind == ReaderEvent::Kind::finding) {
+        Finding finding = std::move(event.finding);
+        state.events.pop_front();
+        if (state.findings) state.findings(std::move(finding));
+        continue;
+      } else {
+        const Section section = event.section;
+        state.events.pop_front();
+        if (state.sectionObserver)
+          state.sectionObserver(section, kind == ReaderEvent::Kind::sectionOpens);
+        continue;
       }
-      ssize_t count;
-      do
-        count = read(state.fd, buffer, kReadSize);
-      while (count < 0 && errno == EINTR);
-      if (count < 0) {
-        state.readError = errno;
-        state.finished = true;
-        break;
-      }
-      state.finalGiven = count == 0;
-      status = XML_ParseBuffer(state.parser, static_cast<int>(count), state.finalGiven);
-      if (state.finalGiven && status == XML_STATUS_OK) state.finished = true;
-    }
-    state.suspended = status == XML_STATUS_SUSPENDED;
-    if (status == XML_STATUS_ERROR) {
-      state.finished = true;
-      state.failed = true;
-      const XML_Error code = XML_GetErrorCode(state.parser);
-      if (!state.aborted)
-        state.report(state.position(), "not-well-formed", errorMessage(state, code));
-    }
-    if (state.ready) {
-      state.ready = false;
-      entry = std::move(state.readyEntry);
+      state.events.pop_front();
       return true;
     }
+    if (state.finished) {
+      state.failed = state.failing;
+      return false;
+    }
+    parseChunk(state);
   }
-  return false;
 }

@@ -1,4 +1,4 @@
-// The strict, streaming reader of Metadata documents: a real XML parser (expat) underneath, the
+// The strict, streaming reader of Metadata documents: a real XML parser (libxml2) underneath, the
 // entries handed out one at a time as each one ends (the document is never held whole), and
 // every problem reported with its line and column.
 #pragma once

@@ -235,4 +235,89 @@ TEST(DocumentReader, EntriesComeOneAtATimeFromALargeDocument) {
   EXPECT_EQ(result.entries[19999].name, "u19999");
 }
 
+// A line end written CR LF is LF in the value and CR LF in its raw text; a CDATA section's too.
+TEST(DocumentReader, LineEndsInValues) {
+  const ReadResult result = readDocument(
+      "<metadata><trusteeInfo><file><path>/a\r\nb&amp;c</path>"
+      "<trustee><name><![CDATA[x\r\ny\rz]]></name></trustee></file></trusteeInfo></metadata>");
+  EXPECT_TRUE(result.findings.empty());
+  ASSERT_EQ(result.entries.size(), 1u);
+  EXPECT_EQ(result.entries[0].path, "/a\nb&c");
+  EXPECT_EQ(result.entries[0].rawPath, "/a\r\nb&amp;c");
+  EXPECT_EQ(result.entries[0].name, "x\ny\nz");
+  EXPECT_EQ(result.entries[0].rawName, "x\r\ny\rz");
+  EXPECT_EQ(result.entries[0].cdata, kCdataName);
+}
+
+TEST(DocumentReader, ReferencesInAttributeValues) {
+  const ReadResult result =
+      readDocument("<metadata><userInfo>\n"
+                   "<user type=\"ad&#73;D\"><id>S-1</id><name>a</name><quotaAmount>1</quotaAmount>"
+                   "</user>\n<user type=\"a&amp;b&lt;\"><name>b</name><quotaAmount>1</quotaAmount>"
+                   "</user>\n</userInfo></metadata>");
+  EXPECT_EQ(findingTexts(result), Texts{"3:1 unknown-attribute"});
+  EXPECT_EQ(result.findings[0].message, "type=\"a&b<\" on <user>: only type=\"adID\" is known");
+  ASSERT_EQ(result.entries.size(), 2u);
+  EXPECT_TRUE(result.entries[0].ad);
+}
+
+// Names are taken as written: a prefix is part of the name, a namespace declaration is an
+// attribute.
+TEST(DocumentReader, NoNamespaces) {
+  const ReadResult result =
+      readDocument("<metadata xmlns=\"urn:x\"><q:trusteeInfo/><trusteeInfo/></metadata>");
+  EXPECT_EQ(findingTexts(result), (Texts{"1:1 unknown-attribute", "1:25 unknown-element"}));
+  EXPECT_EQ(result.findings[0].message, "unknown attribute xmlns on <metadata>");
+  EXPECT_EQ(result.findings[1].message, "unknown element <q:trusteeInfo> in <metadata>");
+}
+
+TEST(DocumentReader, TagCutShortAtTheEnd) {
+  const ReadResult result = readDocument("<metadata><userInfo><us");
+  EXPECT_TRUE(result.failed);
+  EXPECT_EQ(findingTexts(result), Texts{"1:21 not-well-formed"});
+  EXPECT_EQ(result.findings[0].message, "not well-formed XML: unclosed token");
+}
+
+TEST(DocumentReader, CdataSectionCutShortAtTheEnd) {
+  const ReadResult result = readDocument("<metadata>\n <![CDATA[x");
+  EXPECT_EQ(findingTexts(result), Texts{"2:2 not-well-formed"});
+  EXPECT_EQ(result.findings[0].message, "not well-formed XML: unclosed CDATA section");
+}
+
+TEST(DocumentReader, JunkAfterTheRoot) {
+  const ReadResult result = readDocument("<metadata></metadata>\n x");
+  EXPECT_EQ(findingTexts(result), Texts{"2:2 not-well-formed"});
+  EXPECT_EQ(result.findings[0].message, "not well-formed XML: junk after document element");
+}
+
+TEST(DocumentReader, WhatTheParserSaysInItsOwnWords) {
+  ReadResult result = readDocument("<metadata a=\"1\" a=\"2\"></metadata>");
+  EXPECT_EQ(result.findings.at(0).message, "not well-formed XML: duplicate attribute");
+  result = readDocument("<metadata>&nbsp;</metadata>");
+  EXPECT_EQ(findingTexts(result), Texts{"1:11 not-well-formed"});
+  EXPECT_EQ(result.findings[0].message, "not well-formed XML: undefined entity");
+  result = readDocument("<metadata><1/></metadata>");
+  EXPECT_EQ(result.findings.at(0).message,
+            "not well-formed XML: xmlParseStartTag: invalid element name");
+}
+
+// Values, raw texts and places stay whole where the input is read in several pieces.
+TEST(DocumentReader, ValuesAcrossReads) {
+  std::string document = "<metadata><userInfo>\n";
+  for (int at = 0; at < 3000; ++at)
+    document += "<user><name>a&amp;b\xc3\xa9" + std::to_string(at) +
+                "</name><quotaAmount>1</quotaAmount></user>\r\n";
+  document += "</userInfo></metadata>\n";
+  const ReadResult result = readDocument(document);
+  EXPECT_TRUE(result.findings.empty());
+  ASSERT_EQ(result.entries.size(), 3000u);
+  for (std::size_t at = 0; at < result.entries.size(); ++at) {
+    const Entry &entry = result.entries[at];
+    ASSERT_EQ(entry.name, "a&b\xc3\xa9" + std::to_string(at));
+    ASSERT_EQ(entry.rawName, "a&amp;b\xc3\xa9" + std::to_string(at));
+    ASSERT_EQ(entry.at.line, at + 2);
+    ASSERT_EQ(entry.at.column, 1u);
+  }
+}
+
 }  // namespace

@@ -8,7 +8,31 @@ namespace {
 
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
+// An entry emptied, its buffers kept for the next one.
+void clearEntry(Entry &entry) {
+  entry.kind = EntryKind::trustee;
+  entry.at = {};
+  entry.pathAt = {};
+  entry.ad = false;
+  entry.rights = 0;
+  entry.cdata = 0;
+  for (std::string *text :
+       {&entry.path, &entry.name, &entry.id, &entry.amount, &entry.spaceUsed, &entry.zid,
+        &entry.rawPath, &entry.rawName, &entry.rawId, &entry.rawAmount})
+    text->clear();
+}
+
 std::string tagText(std::string_view name) { return "<" + std::string(name) + ">"; }
+
+// An attribute's value: the parser hands an '&' over as the reference "&#38;" (and nothing else
+// in that form, the other references being replaced).
+std::string attributeValue(const char *text) {
+  std::string value = text;
+  for (std::size_t at = value.find("&#38;"); at != std::string::npos;
+       at = value.find("&#38;", at + 1))
+    value.replace(at, 5, "&");
+  return value;
+}
 
 // Where an element stands, for messages: "in <file>", or "at the top" for the root.
 std::string placeText(const std::vector<Frame> &frames) {
@@ -18,28 +42,94 @@ std::string placeText(const std::vector<Frame> &frames) {
 
 }  // namespace
 
-Position DocumentReader::State::position() const {
-  return {XML_GetCurrentLineNumber(parser), XML_GetCurrentColumnNumber(parser) + 1};
+void swapEntries(Entry &one, Entry &other) {
+  std::swap(one.kind, other.kind);
+  std::swap(one.at, other.at);
+  std::swap(one.pathAt, other.pathAt);
+  std::swap(one.ad, other.ad);
+  std::swap(one.rights, other.rights);
+  std::swap(one.cdata, other.cdata);
+  one.path.swap(other.path);
+  one.name.swap(other.name);
+  one.id.swap(other.id);
+  one.amount.swap(other.amount);
+  one.spaceUsed.swap(other.spaceUsed);
+  one.zid.swap(other.zid);
+  one.rawPath.swap(other.rawPath);
+  one.rawName.swap(other.rawName);
+  one.rawId.swap(other.rawId);
+  one.rawAmount.swap(other.rawAmount);
+}
+
+unsigned long long DocumentReader::State::parserOffset() const {
+  return offsetOf(parser->input->cur);
+}
+
+unsigned long long DocumentReader::State::offsetOf(const xmlChar *byte) const {
+  return parser->input->consumed + static_cast<unsigned long long>(byte - parser->input->base);
+}
+
+bool DocumentReader::State::inParserBuffer(const xmlChar *byte) const {
+  return byte >= parser->input->base && byte < parser->input->end;
+}
+
+unsigned long long DocumentReader::State::markupStart() const {
+  const unsigned long long from = lastEnd > input.start() ? lastEnd : input.start();
+  if (from >= input.end()) return input.end();
+  const void *found =
+      std::memchr(input.at(from), '<', static_cast<std::size_t>(input.end() - from));
+  if (found == nullptr) return input.end();
+  return from + static_cast<unsigned long long>(static_cast<const char *>(found) - input.at(from));
 }
 
 void DocumentReader::State::report(Position at, const char *code, std::string message) {
-  if (findings) findings(Finding{at, code, std::move(message)});
+  events.push_back(
+      {ReaderEvent::Kind::finding, Section::trustees, 0, Finding{at, code, std::move(message)}});
+}
+
+// A document that starts with an XML declaration (the parser reads it without an event).
+void DocumentReader::State::checkDeclaration() {
+  declarationChecked = true;
+  if (input.start() != 0 || input.end() < 6 || std::memcmp(input.at(0), "<?xml", 5) != 0) return;
+  const char after = *input.at(5);
+  if (after != ' ' && after != '\t' && after != '\n' && after != '\r') return;
+  report({1, 1}, "xml-declaration",
+         "an XML declaration: trovan restore refuses a document that does not start "
+         "with <metadata>");
+}
+
+void DocumentReader::State::openName(const char *name, unsigned long line) {
+  if (openKept >= kOpenNamesLimit || openDepth != openKept) return;
+  if (openNames.size() == openKept) openNames.emplace_back();
+  openNames[openKept].name = name;
+  openNames[openKept].line = line;
+  ++openKept;
 }
 
 void DocumentReader::State::startElement(const char *name, const char **attributes) {
-  const Position at = position();
-  if (openNames.size() < kOpenNamesLimit && openDepth == openNames.size())
-    openNames.push_back({name, at.line});
+  if (!declarationChecked) checkDeclaration();
+  const xmlChar *const cur = parser->input->cur;
+  // The parser stands on the '>' or "/>" of the tag; at the end of the input it also hands
+  // over a tag cut short, an error follows.
+  const bool whole = cur[0] == '>' || (cur[0] == '/' && cur[1] == '>');
+  if (!whole) return;
+  const void *open =
+      memrchr(parser->input->base, '<', static_cast<std::size_t>(cur - parser->input->base));
+  const Position at = input.position(open != nullptr ? offsetOf(static_cast<const xmlChar *>(open))
+                                                     : parserOffset());
+  lastEnd = offsetOf(cur) + (cur[0] == '>' ? 1 : 2);
+  openName(name, at.line);
   ++openDepth;
+  rootSeen = true;
   textReported = false;
   if (skipDepth > 0) {
     ++skipDepth;
     return;
   }
   const Element parent = frames.empty() ? Element::document : frames.back().element;
-  const Element element = elementOf(name);
-  if (element == Element::unknown || !allowedIn(element, parent)) {
-    rejectElement(element, name, at);
+  const ElementMatch match = names.match(name);
+  if (match.element == Element::unknown || !allowedIn(match.element, parent)) {
+    rejectElement(match.element, name, at);
     skipDepth = 1;
     return;
   }
@@ -47,8 +137,10 @@ void DocumentReader::State::startElement(const char *name, const char **attribut
     skipDepth = 1;
     return;
   }
-  acceptElement(element, elementName(element), at, attributes);
-  if (element == Element::right && inEntry) entry.rights |= rightBit(name);
+  static const char *kNoAttributes[] = {nullptr};
+  acceptElement(match.element, elementName(match.element), at,
+                attributes != nullptr ? attributes : kNoAttributes);
+  if (match.element == Element::right && inEntry) entry.rights |= match.right;
 }
 
 void DocumentReader::State::rejectElement(Element element, std::string_view name, Position at) {
@@ -71,7 +163,7 @@ void DocumentReader::State::checkAttributes(Element element, std::string_view na
                                             const char **attributes) {
   for (const char **pair = attributes; pair[0] != nullptr; pair += 2) {
     const std::string_view attribute = pair[0];
-    const std::string_view value = pair[1];
+    const std::string value = attributeValue(pair[1]);
     if (!allowsAttribute(element, attribute)) {
       report(at, "unknown-attribute",
              "unknown attribute " + std::string(attribute) + " on " + tagText(name));
@@ -101,7 +193,7 @@ bool DocumentReader::State::firstChild(Element element, const Frame &frame) {
 }
 
 void DocumentReader::State::beginEntry(EntryKind kind, Position at) {
-  entry = Entry();
+  clearEntry(entry);
   entry.kind = kind;
   entry.at = at;
   inEntry = true;
@@ -135,11 +227,11 @@ void DocumentReader::State::acceptElement(Element element, std::string_view name
   case Element::trusteeInfo:
   case Element::userInfo:
   case Element::dirInfo:
-    if (sectionObserver)
-      sectionObserver(element == Element::trusteeInfo ? Section::trustees
+    events.push_back({ReaderEvent::Kind::sectionOpens,
+                      element == Element::trusteeInfo ? Section::trustees
                       : element == Element::userInfo  ? Section::userQuotas
                                                       : Section::dirQuotas,
-                      true);
+                      0, Finding{}});
     break;
   default: break;
   }
@@ -157,47 +249,111 @@ void DocumentReader::State::acceptElement(Element element, std::string_view name
   }
 }
 
-void DocumentReader::State::characters(const char *data, int length) {
+// Text: a value's (decoded, and as the input has it), or text where only elements belong.
+// `from` and `to` are the input bytes of the event.
+void DocumentReader::State::takeText(const char *data, std::size_t length, unsigned long long from,
+                                     unsigned long long to) {
   if (skipDepth > 0 || frames.empty()) return;
   const Frame &frame = frames.back();
   if (holdsText(frame.element)) {
     const std::size_t room = kValueLimit - text.size();
-    const std::size_t count = static_cast<std::size_t>(length);
-    if (count > room) textTooLong = true;
-    text.append(data, count > room ? room : count);
-    appendRaw();
+    if (length > room) textTooLong = true;
+    text.append(data, length > room ? room : length);
+    appendRaw(from, to);
     return;
   }
-  for (int at = 0; at < length; ++at) {
+  for (std::size_t at = 0; at < length; ++at) {
     if (isBlank(data[at])) continue;
-    if (!textReported)
-      report(position(), "text-outside-value",
-             "text in " + tagText(frame.name) + ", where only elements belong");
+    if (!textReported) reportText(from, to);
     textReported = true;
     return;
   }
 }
 
-// The input's own bytes of the current text event: an entity reference as written, where the
-// text handed over holds the character it stands for.
-void DocumentReader::State::appendRaw() {
-  int offset = 0;
-  int size = 0;
-  const char *context = XML_GetInputContext(parser, &offset, &size);
-  const int count = XML_GetCurrentByteCount(parser);
-  if (context == nullptr || count <= 0 || offset + count > size) return;
-  const std::size_t room = kValueLimit - rawText.size();
-  const std::size_t take =
-      static_cast<std::size_t>(count) > room ? room : static_cast<std::size_t>(count);
-  // A line end written as CR LF reaches the handler as LF; the raw text keeps the input's bytes.
-  rawText.append(context + offset, take);
+// Text is reported at the start of the line of its first character that is not blank.
+void DocumentReader::State::reportText(unsigned long long from, unsigned long long to) {
+  if (from < input.start()) from = input.start();
+  unsigned long long at = from;
+  for (unsigned long long byte = from; byte < to && byte < input.end(); ++byte) {
+    const char c = *input.at(byte);
+    if (c == '\n' || c == '\r') at = byte + 1;
+    if (!isBlank(c)) break;
+  }
+  report(input.position(at), "text-outside-value",
+         "text in " + tagText(frames.back().name) + ", where only elements belong");
 }
 
-void DocumentReader::State::startCdata() {
-  if (skipDepth > 0 || frames.empty()) return;
-  if (holdsText(frames.back().element)) textCdata = true;
+// The input's own bytes of a value: an entity reference as written, where the text handed
+// over holds the character it stands for; a line end written CR LF as it is.
+void DocumentReader::State::appendRaw(unsigned long long from, unsigned long long to) {
+  if (from < input.start()) from = input.start();
+  if (to > input.end()) to = input.end();
+  if (to <= from) return;
+  const std::size_t room = kValueLimit - rawText.size();
+  const std::size_t count = static_cast<std::size_t>(to - from);
+  rawText.append(input.at(from), count > room ? room : count);
+}
+
+void DocumentReader::State::characters(const xmlChar *data, int length) {
+  const std::size_t count = static_cast<std::size_t>(length);
+  unsigned long long from = lastEnd;
+  unsigned long long to = parserOffset();
+  if (inParserBuffer(data)) {
+    // Text read straight from the input; a CR before LF was left out of it.
+    to = offsetOf(data) + count;
+    const unsigned long long start = offsetOf(data);
+    const bool crBefore = start == from + 1 && from >= input.start() && *input.at(from) == '\r';
+    if (!crBefore) from = start;
+  }
+  lastEnd = to;
+  takeText(reinterpret_cast<const char *>(data), count, from, to);
+}
+
+void DocumentReader::State::cdata(const xmlChar *data, int length) {
+  const std::size_t count = static_cast<std::size_t>(length);
+  unsigned long long from = parserOffset();
+  unsigned long long to = from;
+  if (inParserBuffer(data)) {
+    from = offsetOf(data);
+    to = from + count;
+    const xmlChar *const after = data + count;
+    lastEnd = to;
+    if (parser->input->end - after >= 3 && std::memcmp(after, "]]>", 3) == 0) lastEnd = to + 3;
+  } else {
+    lastEnd = to;
+  }
+  if (skipDepth == 0 && !frames.empty() && holdsText(frames.back().element)) textCdata = true;
+  // A line end in a CDATA section comes as the input has it: CR LF and CR are LF.
+  const char *bytes = reinterpret_cast<const char *>(data);
+  if (std::memchr(bytes, '\r', count) == nullptr) {
+    takeText(bytes, count, from, to);
+    return;
+  }
+  std::string lines(bytes, count);
+  std::size_t kept = 0;
+  for (std::size_t at = 0; at < count; ++at) {
+    if (lines[at] == '\r' && at + 1 < count && lines[at + 1] == '\n') continue;
+    lines[kept++] = lines[at] == '\r' ? '\n' : lines[at];
+  }
+  lines.resize(kept);
+  takeText(lines.data(), lines.size(), from, to);
 }
 
 void DocumentReader::State::misplacedMarkup(const char *what) {
-  report(position(), "not-metadata", std::string(what) + ": trovan restore reads it as a tag");
+  if (!declarationChecked) checkDeclaration();
+  const unsigned long long start = markupStart();
+  lastEnd = parserOffset();
+  report(input.position(start), "not-metadata",
+         std::string(what) + ": trovan restore reads it as a tag");
+}
+
+// A document type declaration could define entities; a Metadata document has none.
+void DocumentReader::State::doctype() {
+  if (!declarationChecked) checkDeclaration();
+  endAt = input.position(parserOffset());
+  report(endAt, "doctype",
+         "a document type declaration, which a Metadata document never holds; "
+         "reading stops here");
+  aborted = true;
+  xmlStopParser(parser);
 }

@@ -1,5 +1,8 @@
 // The strict reader's end-of-element rules: values taken into the entry, and entries checked
 // and handed out as they end.
+#include <algorithm>
+#include <cstring>
+
 #include "model/quota_amount.h"
 #include "model/reader_state.h"
 
@@ -11,9 +14,20 @@ std::string lineText(unsigned long line) { return std::to_string(line); }
 
 }  // namespace
 
-void DocumentReader::State::endElement(const char *) {
+void DocumentReader::State::endElement() {
+  const xmlChar *const cur = parser->input->cur;
+  const unsigned long long after = offsetOf(cur);
+  // An element written <x/> ends where its tag ends; another where its end tag starts.
+  const bool empty = cur - parser->input->base >= 2 && cur[-2] == '/' && cur[-1] == '>';
+  lastEnd = after;
+  endOffset = after;
+  if (!empty) {
+    const void *open =
+        memrchr(parser->input->base, '<', static_cast<std::size_t>(cur - parser->input->base));
+    if (open != nullptr) endOffset = offsetOf(static_cast<const xmlChar *>(open));
+  }
   if (openDepth > 0) --openDepth;
-  if (openNames.size() > openDepth) openNames.resize(openDepth);
+  if (openKept > openDepth) openKept = openDepth;
   if (skipDepth > 0) {
     --skipDepth;
     return;
@@ -23,7 +37,7 @@ void DocumentReader::State::endElement(const char *) {
   frames.pop_back();
   // An element written <x a="v"/>: trovan's reader names its end "x a="v"", which no end tag
   // it waits for equals.
-  if (frame.hasAttributes && XML_GetCurrentByteCount(parser) == 0)
+  if (frame.hasAttributes && empty)
     report(frame.at, "empty-element-with-attributes",
            tagText(frame.name) +
                " written as an empty element with attributes: trovan restore "
@@ -44,11 +58,11 @@ void DocumentReader::State::endElement(const char *) {
   case Element::trusteeInfo:
   case Element::userInfo:
   case Element::dirInfo:
-    if (sectionObserver)
-      sectionObserver(frame.element == Element::trusteeInfo ? Section::trustees
+    events.push_back({ReaderEvent::Kind::sectionCloses,
+                      frame.element == Element::trusteeInfo ? Section::trustees
                       : frame.element == Element::userInfo  ? Section::userQuotas
                                                             : Section::dirQuotas,
-                      false);
+                      0, Finding{}});
     break;
   default: break;
   }
@@ -106,7 +120,6 @@ void DocumentReader::State::endValue(const Frame &frame) {
 
 void DocumentReader::State::endEntry(const Frame &frame) {
   inEntry = false;
-  const std::string tag = tagText(frame.name);
   switch (entry.kind) {
   case EntryKind::trustee:
     if (entry.ad && entry.id.empty()) {
@@ -121,16 +134,19 @@ void DocumentReader::State::endEntry(const Frame &frame) {
   case EntryKind::userQuota:
   case EntryKind::dirQuota:
     if (entry.kind == EntryKind::userQuota && entry.name.empty()) {
-      report(frame.at, "missing-name", tag + " without a <name>: trovan restore skips it");
+      report(frame.at, "missing-name",
+             tagText(frame.name) + " without a <name>: trovan restore skips it");
       entryValid = false;
     }
     if (entry.kind == EntryKind::dirQuota &&
         (seenChildren & (1u << unsigned(Element::path))) == 0) {
-      report(frame.at, "missing-path", tag + " without a <path>: trovan restore skips it");
+      report(frame.at, "missing-path",
+             tagText(frame.name) + " without a <path>: trovan restore skips it");
       entryValid = false;
     }
     if ((seenChildren & (1u << unsigned(Element::quotaAmount))) == 0) {
-      report(frame.at, "missing-quota", tag + " without a <quotaAmount>: trovan restore skips it");
+      report(frame.at, "missing-quota",
+             tagText(frame.name) + " without a <quotaAmount>: trovan restore skips it");
       entryValid = false;
     }
     break;
@@ -143,8 +159,13 @@ void DocumentReader::State::handOut() {
   if (const unsigned long first = keys.insert(keyBuffer, entry.at.line); first != 0)
     report(entry.at, "duplicate-entry",
            "the same " + std::string(kindName(entry.kind)) + " as on line " + lineText(first));
-  readyEntry = std::move(entry);
-  ready = true;
-  offset = static_cast<unsigned long long>(XML_GetCurrentByteIndex(parser));
-  XML_StopParser(parser, XML_TRUE);
+  if (readyCount == ready.size()) {
+    // The ring is full: grow it, its entries kept in order.
+    std::rotate(ready.begin(), ready.begin() + static_cast<long>(readyFirst), ready.end());
+    readyFirst = 0;
+    ready.emplace_back();
+  }
+  swapEntries(entry, ready[(readyFirst + readyCount) % ready.size()]);
+  ++readyCount;
+  events.push_back({ReaderEvent::Kind::entry, Section::trustees, endOffset, Finding{}});
 }

@@ -1,0 +1,88 @@
+#include "model/input_window.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+namespace {
+
+void give(InputWindow &window, const std::string &bytes) {
+  std::memcpy(window.reserve(bytes.size()), bytes.data(), bytes.size());
+  window.commit(bytes.size());
+}
+
+std::string placeOf(InputWindow &window, unsigned long long offset) {
+  const Position at = window.position(offset);
+  return std::to_string(at.line) + ":" + std::to_string(at.column);
+}
+
+TEST(InputWindow, LinesAndColumnsFromOne) {
+  InputWindow window;
+  give(window, "<a>\n<b/>\n\n<c/>");
+  EXPECT_EQ(placeOf(window, 0), "1:1");
+  EXPECT_EQ(placeOf(window, 2), "1:3");
+  EXPECT_EQ(placeOf(window, 4), "2:1");
+  EXPECT_EQ(placeOf(window, 6), "2:3");
+  EXPECT_EQ(placeOf(window, 10), "4:1");
+  EXPECT_EQ(placeOf(window, 14), "4:5");  // the end
+}
+
+TEST(InputWindow, CrLfAndLoneCrEndOneLineEach) {
+  InputWindow window;
+  give(window, "a\r\nb\rc\n\rd");
+  EXPECT_EQ(placeOf(window, 3), "2:1");  // b
+  EXPECT_EQ(placeOf(window, 5), "3:1");  // c
+  EXPECT_EQ(placeOf(window, 8), "5:1");  // d: LF then CR are two line ends
+}
+
+TEST(InputWindow, ColumnsCountCharactersNotBytes) {
+  InputWindow window;
+  give(window, "\xc3\xa9t\xc3\xa9<x>\n\xe2\x82\xac<y>");
+  EXPECT_EQ(placeOf(window, 5), "1:4");   // <x>
+  EXPECT_EQ(placeOf(window, 12), "2:2");  // <y>
+}
+
+TEST(InputWindow, PlacesAskedOutOfOrderStayAtTheLastOne) {
+  InputWindow window;
+  give(window, "ab\ncd");
+  EXPECT_EQ(placeOf(window, 4), "2:2");
+  EXPECT_EQ(placeOf(window, 1), "2:2");
+}
+
+TEST(InputWindow, ForgottenBytesKeepTheCountGoing) {
+  InputWindow window;
+  give(window, "0123456789\n01234");
+  EXPECT_EQ(placeOf(window, 13), "2:3");
+  window.forgetBefore(13);
+  EXPECT_EQ(window.start(), 13u);
+  EXPECT_EQ(*window.at(13), '2');
+  give(window, "56\n\xc3\xa9x");
+  EXPECT_EQ(window.end(), 22u);
+  EXPECT_EQ(placeOf(window, 21), "3:2");
+}
+
+TEST(InputWindow, BytesAreNotForgottenPastTheLastPlaceAsked) {
+  InputWindow window;
+  give(window, "abcdef");
+  EXPECT_EQ(placeOf(window, 2), "1:3");
+  window.forgetBefore(5);
+  EXPECT_EQ(window.start(), 2u);
+  EXPECT_EQ(placeOf(window, 5), "1:6");
+}
+
+TEST(InputWindow, LongStretchesWithAndWithoutSpecialBytes) {
+  InputWindow window;
+  std::string bytes(1000, 'x');
+  bytes[500] = '\n';
+  bytes[700] = '\r';
+  bytes[701] = '\n';
+  bytes[900] = '\xc3';
+  bytes[901] = '\xa9';
+  give(window, bytes);
+  EXPECT_EQ(placeOf(window, 600), "2:100");
+  EXPECT_EQ(placeOf(window, 800), "3:99");
+  EXPECT_EQ(placeOf(window, 999), "3:297");
+}
+
+}  // namespace
