@@ -62,7 +62,7 @@ int runPlan(PlanOptions &options) {
   if (!resolveRestoreOptions("plan", options.restore, settings)) return kTrouble;
   VolumePlan plan(options.restore, settings);
   if (!plan.readVolume()) return kTrouble;
-  DocumentSource source(options.restore.document);
+  DocumentSource source(options.restore.document, DocumentSource::once);
   if (!source.ok()) {
     reportError(source.error());
     return kTrouble;

@@ -37,7 +37,7 @@ int runVerify(VerifyOptions &options) {
   if (!resolveRestoreOptions("verify", options.restore, settings)) return kTrouble;
   VolumePlan plan(options.restore, settings);
   if (!plan.readVolume()) return kTrouble;
-  DocumentSource source(options.restore.document);
+  DocumentSource source(options.restore.document, DocumentSource::once);
   if (!source.ok()) {
     reportError(source.error());
     return kTrouble;

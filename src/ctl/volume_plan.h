@@ -5,6 +5,7 @@
 #pragma once
 #include <functional>
 #include <string>
+#include <unordered_map>
 
 #include "ctl/check_settings.h"
 #include "model/entry.h"
@@ -45,11 +46,18 @@ public:
 
 private:
   void judge(PlannedEntry &planned, Entry &entry);
-  void flagPredictable(PlannedEntry &planned, const Entry &entry) const;
+  void flagPredictable(PlannedEntry &planned, const Entry &entry);
+  bool pathExists(const std::string &full);
+  bool sidKnown(const std::string &sid);
+
+  static constexpr std::size_t kSidCacheSize = 4096;
 
   const CheckOptions &options_;
   const RestoreSettings &settings_;
   EntryIndex volume_;
+  std::string lastPath_, lastFolder_;
+  bool lastPathExists_ = false, lastFolderMissing_ = false;
+  std::unordered_map<std::string, bool> sids_;
 };
 
 // The value an entry sets, for people: "[rwf]" for rights, the amount for a quota.
