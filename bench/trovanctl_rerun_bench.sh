@@ -10,16 +10,7 @@
 set -eu
 N=${1:-1000000}
 LATENCY=${LATENCY:-50us}
-SRC=$(cd "$(dirname "$0")/.." && pwd)
-B=${BUILD:-$SRC/build/release}
-ninja -C "$B" trovan trovanctl quillsim_all >/dev/null
-W=$(mktemp -d /dev/shm/rerun_bench.XXXXXX 2>/dev/null || mktemp -d /tmp/rerun_bench.XXXXXX)
-trap 'rm -rf "$W"' EXIT
-export QUILLSIM_ROOT=$W/sandbox
-mkdir "$QUILLSIM_ROOT"
-Q=$B/sim/quillsim
-"$Q" init
-eval "$("$Q" env)"
+source "$(dirname "$0")/simulated_sandbox.sh" rerun_bench
 "$Q" volume add VOL && "$Q" generate VOL --files "$N" --touch && "$B/trovan" save VOL > "$W/doc.xml"
 "$B/trovanctl" verify VOL "$W/doc.xml" | tail -1
 "$Q" latency "$LATENCY"

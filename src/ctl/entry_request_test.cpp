@@ -40,6 +40,14 @@ Entry trustee(bool ad) {
   return entry;
 }
 
+Entry quota(EntryKind kind, const char *pathOrName, const char *amount) {
+  Entry entry;
+  entry.kind = kind;
+  (kind == EntryKind::userQuota ? entry.rawName : entry.rawPath) = pathOrName;
+  entry.rawAmount = amount;
+  return entry;
+}
+
 constexpr char kFileOpen[] = "<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>";
 constexpr char kVolumeOpen[] =
     "<virtualIO><datastream name=\"command\"/></virtualIO><quillRequest>";
@@ -90,11 +98,8 @@ TEST_F(EntryRequestTest, FilterWithoutGemelPath) {
 }
 
 TEST_F(EntryRequestTest, UserQuotaGoesToTheVolumeCommandFile) {
-  Entry entry;
-  entry.kind = EntryKind::userQuota;
+  Entry entry = quota(EntryKind::userQuota, "ann", "1024");
   entry.ad = true;
-  entry.rawName = "ann";
-  entry.rawAmount = "1024";
   EXPECT_EQ(built(entry), std::string(kVolumeOpen) +
                               "<userSpaceRestrictions><set type=\"adID\"><volumeName>VOL"
                               "</volumeName><userName>ann</userName><quota>1024</quota>"
@@ -105,14 +110,10 @@ TEST_F(EntryRequestTest, UserQuotaGoesToTheVolumeCommandFile) {
 
 TEST_F(EntryRequestTest, DirectoryQuotaPathHasForwardSlashes) {
   options.mountPoint = "/mnt/V\\OL";
-  Entry entry;
-  entry.kind = EntryKind::dirQuota;
-  entry.rawPath = "\\d\\e";
-  entry.rawAmount = "2048";
-  EXPECT_EQ(built(entry), std::string(kFileOpen) +
-                              "<directoryQuota><addQuota><fileName>/mnt/V/OL/d/e</fileName>"
-                              "<gemelPath/><quotaAmount>2048</quotaAmount></addQuota>"
-                              "</directoryQuota></fileRequest>");
+  EXPECT_EQ(built(quota(EntryKind::dirQuota, "\\d\\e", "2048")),
+            std::string(kFileOpen) + "<directoryQuota><addQuota><fileName>/mnt/V/OL/d/e</fileName>"
+                                     "<gemelPath/><quotaAmount>2048</quotaAmount></addQuota>"
+                                     "</directoryQuota></fileRequest>");
   EXPECT_EQ(request.replyElement, "<addQuota>");
 }
 
