@@ -41,10 +41,10 @@ std::string planText(const Row &row) {
 }
 
 // apply and verify: "applied   trustee /a bob [rwf]", without the result or reason.
-std::string outcomeStart(std::string_view action, std::string_view kind, std::string_view path,
-                         std::string_view user, std::string_view value) {
-  std::string text(action);
-  text.resize(text.size() < 9 ? 9 : text.size(), ' ');
+void outcomeStart(std::string &text, std::string_view action, std::string_view kind,
+                  std::string_view path, std::string_view user, std::string_view value) {
+  text.assign(action);
+  if (text.size() < 9) text.append(9 - text.size(), ' ');
   text += ' ';
   text += kind;
   for (const std::string_view part : {path, user, value}) {
@@ -52,15 +52,14 @@ std::string outcomeStart(std::string_view action, std::string_view kind, std::st
     text += ' ';
     text += part;
   }
-  return text;
 }
 
 // apply and verify: "applied   trustee /a bob [rwf]", "refused   ...: 3 user not found"
 std::string outcomeText(const Row &row) {
-  std::string text =
-      outcomeStart(row.value("action", std::string()), row.value("kind", std::string()),
-                   row.value("path", std::string()), row.value("user", std::string()),
-                   row.value("value", std::string()));
+  std::string text;
+  outcomeStart(text, row.value("action", std::string()), row.value("kind", std::string()),
+               row.value("path", std::string()), row.value("user", std::string()),
+               row.value("value", std::string()));
   if (row.contains("result"))
     text += ": " + std::to_string(row["result"].get<int>()) + " " +
             row.value("description", std::string());
@@ -130,7 +129,6 @@ std::string renderAccountText(const Row &row) {
   return "";
 }
 
-std::string outcomeLine(const char *action, const Entry &entry) {
-  return outcomeStart(action, kindName(entry.kind), pathOf(entry), userOf(entry),
-                      entryValue(entry));
+void outcomeLine(std::string &line, const char *action, const Entry &entry) {
+  outcomeStart(line, action, kindName(entry.kind), pathOf(entry), userOf(entry), entryValue(entry));
 }

@@ -17,6 +17,12 @@ Entry entryOf(EntryKind kind, bool ad) {
   return entry;
 }
 
+std::string outcomeLine(const char *action, const Entry &entry) {
+  std::string line = "left over from the line before";
+  outcomeLine(line, action, entry);
+  return line;
+}
+
 // The line made without a row is the row's own line, for every kind and action.
 TEST(OutcomeLine, IsTheLineOfTheEntrysRow) {
   for (const EntryKind kind :

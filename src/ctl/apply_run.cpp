@@ -63,10 +63,12 @@ void ApplyRun::reject(const Entry &entry) { rejects_.write(entry); }
 
 // An entry's row with nothing added; in text, its line is made without the row.
 void ApplyRun::show(const char *action, const Entry &entry) {
-  if (output_.format() == Format::text)
-    output_.line(outcomeLine(action, entry));
-  else
+  if (output_.format() == Format::text) {
+    outcomeLine(line_, action, entry);
+    output_.line(line_);
+  } else {
     output_.emit(entryRow("apply", action, entry));
+  }
 }
 
 // The plan: rows for what is not sent, and the changes set aside.

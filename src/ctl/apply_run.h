@@ -59,4 +59,5 @@ private:
   EntrySpool changes_;
   int progressFd_ = -1;
   EntryDocument rejects_;
+  std::string line_;  // the text line being written
 };

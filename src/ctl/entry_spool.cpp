@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 
 #include "ctl/scratch_file.h"
 
@@ -14,12 +15,19 @@ namespace {
 constexpr std::size_t kBlockSize = 1 << 20;
 
 // The fixed part of an entry in the spool; its texts follow, each a 32-bit length and the bytes.
+// A raw text the same as its decoded one (most are) is not written again: a bit of sameRaw says.
 struct Head {
   std::uint64_t line, column, pathLine, pathColumn;
   RightsSet rights;
   EntryKind kind;
-  std::uint8_t ad, cdata;
+  std::uint8_t ad, cdata, sameRaw;
 };
+
+// The decoded texts of an entry, and the raw ones beside them.
+constexpr std::string Entry::*kDecoded[] = {&Entry::path, &Entry::name, &Entry::id, &Entry::amount};
+constexpr std::string Entry::*kRaw[] = {&Entry::rawPath, &Entry::rawName, &Entry::rawId,
+                                        &Entry::rawAmount};
+constexpr std::string Entry::*kOthers[] = {&Entry::spaceUsed, &Entry::zid};
 
 }  // namespace
 
@@ -72,11 +80,16 @@ void EntrySpool::write(const Entry &entry) {
   head.kind = entry.kind;
   head.ad = entry.ad ? 1 : 0;
   head.cdata = entry.cdata;
+  for (std::size_t at = 0; at < std::size(kRaw); ++at)
+    if (entry.*kRaw[at] == entry.*kDecoded[at])
+      head.sameRaw = static_cast<std::uint8_t>(head.sameRaw | (1u << at));
   put(&head, sizeof head);
-  for (const std::string *text :
-       {&entry.path, &entry.name, &entry.id, &entry.amount, &entry.spaceUsed, &entry.zid,
-        &entry.rawPath, &entry.rawName, &entry.rawId, &entry.rawAmount})
-    putText(*text);
+  for (const auto text : kDecoded)
+    putText(entry.*text);
+  for (const auto text : kOthers)
+    putText(entry.*text);
+  for (std::size_t at = 0; at < std::size(kRaw); ++at)
+    if ((head.sameRaw & (1u << at)) == 0) putText(entry.*kRaw[at]);
   ++count_;
 }
 
@@ -129,9 +142,15 @@ bool EntrySpool::read(Entry &entry) {
   entry.kind = head.kind;
   entry.ad = head.ad != 0;
   entry.cdata = head.cdata;
-  for (std::string *text :
-       {&entry.path, &entry.name, &entry.id, &entry.amount, &entry.spaceUsed, &entry.zid,
-        &entry.rawPath, &entry.rawName, &entry.rawId, &entry.rawAmount})
-    if (!getText(*text)) return false;
+  for (const auto text : kDecoded)
+    if (!getText(entry.*text)) return false;
+  for (const auto text : kOthers)
+    if (!getText(entry.*text)) return false;
+  for (std::size_t at = 0; at < std::size(kRaw); ++at) {
+    if ((head.sameRaw & (1u << at)) != 0)
+      entry.*kRaw[at] = entry.*kDecoded[at];
+    else if (!getText(entry.*kRaw[at]))
+      return false;
+  }
   return true;
 }

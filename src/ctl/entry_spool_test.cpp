@@ -20,9 +20,9 @@ Entry sample(int n) {
   entry.amount = std::to_string(n * 1000);
   entry.spaceUsed = "12";
   entry.zid = std::to_string(n * 7);
-  entry.rawPath = entry.path;
-  entry.rawName = "a&amp;b.corp.TREE.";
-  entry.rawId = entry.id;
+  entry.rawPath = n % 4 == 0 ? entry.path : "<![CDATA[" + entry.path;  // same, or not
+  entry.rawName = n % 5 == 0 ? entry.name : "a&amp;b.corp.TREE.";
+  entry.rawId = n % 6 == 0 ? entry.id : std::string();
   entry.rawAmount = std::string(n % 7 == 0 ? 3000 : 1, 'x');  // spans blocks when many
   return entry;
 }

@@ -63,7 +63,9 @@ std::string entryValue(const Entry &entry) {
 }
 
 VolumePlan::VolumePlan(const CheckOptions &options, const RestoreSettings &settings)
-    : options_(options), settings_(settings) {}
+    : options_(options), settings_(settings) {
+  rules_.mountPoint = options.mountPoint;
+}
 
 bool VolumePlan::readVolume() {
   const int fd = scratchFile();
@@ -119,10 +121,11 @@ bool VolumePlan::sidKnown(const std::string &sid) {
 
 void VolumePlan::flagPredictable(PlannedEntry &planned, const Entry &entry) {
   if (entry.kind != EntryKind::userQuota) {
-    const std::string full = options_.mountPoint + comparablePath(entry);
-    if (!pathExists(full)) {
+    full_ = options_.mountPoint;
+    full_ += comparablePath(entry);
+    if (!pathExists(full_)) {
       planned.flag = "missing-path";
-      planned.reason = "no such file under the mount point: " + full;
+      planned.reason = "no such file under the mount point: " + full_;
       return;
     }
   }
@@ -143,9 +146,7 @@ void VolumePlan::judge(PlannedEntry &planned, Entry &entry) {
     planned.reason = why;
     return;
   }
-  RuleSettings rules;
-  rules.mountPoint = options_.mountPoint;
-  checkEntryRules(entry, rules, [&planned](Finding finding) {
+  checkEntryRules(entry, rules_, [&planned](Finding finding) {
     if (planned.verdict == Verdict::refused) return;
     planned.verdict = Verdict::refused;
     planned.flag = finding.code;
@@ -153,14 +154,13 @@ void VolumePlan::judge(PlannedEntry &planned, Entry &entry) {
   });
   if (planned.verdict == Verdict::refused) return;
   putTree(entry, options_);
-  Entry stored;
-  if (volume_.match(entry, stored)) {
-    if (sameValue(entry, stored)) {
+  if (volume_.match(entry, stored_)) {
+    if (sameValue(entry, stored_)) {
       planned.verdict = Verdict::inPlace;
       return;
     }
     planned.verdict = Verdict::change;
-    planned.was = entryValue(stored);
+    planned.was = entryValue(stored_);
   }
   flagPredictable(planned, entry);
 }

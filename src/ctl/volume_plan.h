@@ -10,6 +10,7 @@
 #include "ctl/check_settings.h"
 #include "model/entry.h"
 #include "model/entry_index.h"
+#include "model/entry_rules.h"
 #include "model/finding.h"
 
 enum class Verdict : std::uint8_t {
@@ -55,6 +56,9 @@ private:
   const CheckOptions &options_;
   const RestoreSettings &settings_;
   EntryIndex volume_;
+  RuleSettings rules_;
+  Entry stored_;      // the volume's entry a document entry matched
+  std::string full_;  // the path looked up for a flag
   std::string lastPath_, lastFolder_;
   bool lastPathExists_ = false, lastFolderMissing_ = false;
   std::unordered_map<std::string, bool> sids_;
