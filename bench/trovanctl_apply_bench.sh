@@ -20,8 +20,9 @@ times_of() {  # "wall processor" of one command, its output thrown away
 for run in 1 2 3; do
   read -r rw rc < <(times_of "$B/trovan" restore VOL1)
   read -r aw ac < <(times_of "$B/trovanctl" apply VOL1 - --quiet)
-  # The strict reading alone (trovanctl map keeping nothing): apply's share less this is its own.
-  read -r mw mc < <(times_of "$B/trovanctl" map "$W/doc.xml" --path /none/ -o /dev/null)
+  # The strict reading alone (trovanctl map keeping nothing; -o renames its result over the file
+  # it names, so never a device): apply's share less this is its own.
+  read -r mw mc < <(times_of "$B/trovanctl" map "$W/doc.xml" --path /none/ -o "$W/none.xml")
   echo "$rw $rc $aw $ac $mc" >> "$W/rounds"
 done
 /usr/bin/time -f "%M" -o "$W/rss_plan" "$B/trovanctl" plan VOL1 "$W/doc.xml" >/dev/null 2>&1 || true
