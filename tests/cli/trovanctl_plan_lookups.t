@@ -72,3 +72,12 @@ the file system refuses what the plan foresaw; verify then finds those missing.
     > missing   trustee /d/e S-1-5-21-9 (who) [r]
     > verify DST <- (standard input): 2 in place, 6 missing, 0 different, 0 skipped
     ? 1
+
+A document written to something that is no regular file (a pipe here, /dev/null alike) is
+written into it, not renamed over it.
+
+    $ mkfifo rejects.pipe && { cat rejects.pipe > got.xml & } && trovanctl apply DST doc.xml --force --quiet --rejects rejects.pipe > /dev/null; echo "apply status $?"; wait; grep -c '</trustee>' got.xml; test -p rejects.pipe && echo "still a pipe"
+    > apply status 1
+    > 5
+    > still a pipe
+    ? 0
