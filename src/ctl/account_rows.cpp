@@ -40,17 +40,37 @@ std::string planText(const Row &row) {
   return text;
 }
 
+// apply and verify: "applied   trustee /a bob [rwf]", without the result or reason.
+void outcomeStart(std::string &text, std::string_view action, std::string_view kind,
+                  std::string_view path, std::string_view user, std::string_view value) {
+  text.assign(action);
+  if (text.size() < 9) text.append(9 - text.size(), ' ');
+  text += ' ';
+  text += kind;
+  for (const std::string_view part : {path, user, value}) {
+    if (part.empty()) continue;
+    text += ' ';
+    text += part;
+  }
+}
+
 // apply and verify: "applied   trustee /a bob [rwf]", "refused   ...: 3 user not found"
 std::string outcomeText(const Row &row) {
-  std::string action = row.value("action", std::string());
-  action.resize(action.size() < 9 ? 9 : action.size(), ' ');
-  std::string text = action + " " + entryText(row);
+  std::string text;
+  outcomeStart(text, row.value("action", std::string()), row.value("kind", std::string()),
+               row.value("path", std::string()), row.value("user", std::string()),
+               row.value("value", std::string()));
   if (row.contains("result"))
     text += ": " + std::to_string(row["result"].get<int>()) + " " +
             row.value("description", std::string());
   else if (row.contains("reason"))
     text += ": " + row["reason"].get<std::string>();
   return text;
+}
+
+std::string userOf(const Entry &entry) {
+  return entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota ? userLabel(entry)
+                                                                                : std::string();
 }
 
 std::string count(const Row &row, const char *member, const char *words) {
@@ -94,9 +114,7 @@ Row entryRow(const char *type, const char *action, const Entry &entry) {
   if (entry.at.line != 0) row["line"] = entry.at.line;
   row["kind"] = kindName(entry.kind);
   row["path"] = pathOf(entry);
-  row["user"] = entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota
-                    ? userLabel(entry)
-                    : std::string();
+  row["user"] = userOf(entry);
   row["value"] = entryValue(entry);
   return row;
 }
@@ -109,4 +127,8 @@ std::string renderAccountText(const Row &row) {
   if (type == "apply-summary") return applySummaryText(row);
   if (type == "verify-summary") return verifySummaryText(row);
   return "";
+}
+
+void outcomeLine(std::string &line, const char *action, const Entry &entry) {
+  outcomeStart(line, action, kindName(entry.kind), pathOf(entry), userOf(entry), entryValue(entry));
 }

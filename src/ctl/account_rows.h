@@ -11,5 +11,10 @@
 // "description".
 Row entryRow(const char *type, const char *action, const Entry &entry);
 
+// The text line of entryRow("apply" or "verify", action, entry) with nothing added, made
+// without the row into `line` (its room kept from line to line): what apply writes for each
+// entry sent or in place.
+void outcomeLine(std::string &line, const char *action, const Entry &entry);
+
 // Text lines of the rows above and of the summaries; "" for a type of no one's here.
 std::string renderAccountText(const Row &row);

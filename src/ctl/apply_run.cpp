@@ -11,13 +11,8 @@
 #include "ctl/apply_progress.h"
 #include "ctl/commands.h"
 #include "ctl/document_source.h"
+#include "ctl/entry_request.h"
 #include "ctl/plan_walk.h"
-#include "ctl/scratch_file.h"
-#include "document/run_settings.h"
-#include "document/tag_reader.h"
-#include "model/canonical_writer.h"
-#include "model/document_reader.h"
-#include "restore/restore_driver.h"
 #include "save/invalid_trustees.h"
 
 volatile std::sig_atomic_t applyStopSignal = 0;
@@ -55,52 +50,60 @@ private:
 
 ApplyRun::ApplyRun(ApplyOptions &options, RestoreSettings &settings)
     : options_(options), settings_(settings), plan_(options.restore, settings),
-      output_(options.restore.json ? Format::json : Format::text) {
+      output_(options.restore.json ? Format::json : Format::text), requests_(options.restore) {
   const bool wanted = options.progress || isatty(2);
   if (wanted && !options.quiet) progressFd_ = dup(2);
 }
 
 ApplyRun::~ApplyRun() {
-  if (changesFd_ >= 0) close(changesFd_);
   if (progressFd_ >= 0) close(progressFd_);
-  if (!changesName_.empty()) unlink(changesName_.c_str());
 }
 
 void ApplyRun::reject(const Entry &entry) { rejects_.write(entry); }
 
-// The plan: rows for what is not sent, and the changes into a canonical document.
+// An entry's row with nothing added; in text, its line is made without the row.
+void ApplyRun::show(const char *action, const Entry &entry) {
+  if (output_.format() == Format::text) {
+    outcomeLine(line_, action, entry);
+    output_.line(line_);
+  } else {
+    output_.emit(entryRow("apply", action, entry));
+  }
+}
+
+// The plan: rows for what is not sent, and the changes set aside.
 bool ApplyRun::planChanges(const std::string &label) {
-  changesFd_ = namedScratchFile(changesName_);
-  if (changesFd_ < 0) {
-    reportError("apply: cannot make a temporary file: " + std::string(std::strerror(errno)));
+  if (const int error = changes_.open(); error != 0) {
+    reportError("apply: cannot make a temporary file: " + std::string(std::strerror(error)));
     return false;
   }
-  DocumentSource source(options_.restore.document);
+  DocumentSource source(options_.restore.document, DocumentSource::once);
   if (!source.ok()) {
     reportError(source.error());
     return false;
   }
-  CanonicalWriter changes(changesFd_);
-  changes.begin();
   const WalkResult walked = walkDocument(plan_, source, [&](const PlannedEntry &planned) {
     switch (planned.verdict) {
     case Verdict::add:
-    case Verdict::change:
-      ++counts_.changes;
-      changes.write(*planned.entry);
+    case Verdict::change: changes_.write(*planned.entry); return;
+    case Verdict::inPlace:
+      ++counts_.inPlace;
+      show(actionName(planned.verdict), *planned.entry);
       return;
-    case Verdict::inPlace: ++counts_.inPlace; break;
-    case Verdict::skipped: ++counts_.skipped; break;
-    case Verdict::refused:
-      ++counts_.refused;
-      reject(*planned.entry);
-      break;
+    case Verdict::skipped:
+      ++counts_.skipped;
+      show(actionName(planned.verdict), *planned.entry);
+      return;
+    case Verdict::refused: break;
     }
+    ++counts_.refused;
+    reject(*planned.entry);
     Row row = entryRow("apply", actionName(planned.verdict), *planned.entry);
-    if (planned.verdict == Verdict::refused) row["reason"] = "never sent: " + planned.reason;
+    row["reason"] = "never sent: " + planned.reason;
     output_.emit(row);
   });
-  if (const int error = changes.finish(); error != 0) {
+  counts_.changes = changes_.count();
+  if (const int error = changes_.rewind(); error != 0) {
     reportError("apply: temporary file: " + std::string(std::strerror(error)));
     return false;
   }
@@ -122,60 +125,60 @@ void ApplyRun::account(const Entry &entry, const ReplyOutcome &outcome) {
   }
   const bool applied = outcome.sent && outcome.result == 0;
   ++(applied ? counts_.applied : counts_.refused);
-  Row row = entryRow("apply", applied ? "applied" : "refused", entry);
+  if (applied) {
+    show("applied", entry);
+    return;
+  }
+  Row row = entryRow("apply", "refused", entry);
   if (outcome.error != 0) {
     row["reason"] = std::string("the command file failed: ") + std::strerror(outcome.error);
   } else if (outcome.result == -1) {
     row["reason"] = "the reply is not one to this request, or holds no result";
-  } else if (!applied) {
+  } else {
     row["result"] = outcome.result;
     row["description"] = outcome.description;
   }
-  if (!applied) reject(entry);
+  reject(entry);
   output_.emit(row);
 }
 
-// Sends the changes document through trovan's restore walkers, one request per entry; the
-// strict reader walks the same document in step, so each reply is accounted to its entry.
+// One change: its request, as trovan restore would send it, through the channel.
+void ApplyRun::sendOne(const Entry &entry) {
+  ReplyOutcome outcome;
+  if (applyStopSignal != 0) {
+    account(entry, outcome);  // not sent: the next run sends it
+    return;
+  }
+  EntryRequest request;
+  if (!requests_.build(entry, request)) {
+    ++counts_.refused;
+    reject(entry);
+    Row row = entryRow("apply", "refused", entry);
+    row["reason"] = "never sent: the name does not fit its field with the tree name put in";
+    output_.emit(row);
+    return;
+  }
+  commandFiles_.exchange(request.length, request.replyElement, request.volumeRequest, outcome);
+  account(entry, outcome);
+}
+
+// Sends the changes set aside, one request each, in document order.
 bool ApplyRun::sendChanges() {
   if (counts_.changes == 0) return true;
-  const int walkFd = open(changesName_.c_str(), O_RDONLY | O_CLOEXEC);
-  const int accountFd = open(changesName_.c_str(), O_RDONLY | O_CLOEXEC);
-  if (walkFd < 0 || accountFd < 0) {
-    reportError("apply: temporary file: " + std::string(std::strerror(errno)));
-    if (walkFd >= 0) close(walkFd);
-    if (accountFd >= 0) close(accountFd);
-    return false;
-  }
-  DocumentReader accountReader(accountFd, [](Finding) {});
   ApplyProgress progress(progressFd_, counts_.changes);
+  reflectOnGemel = options_.restore.noGemel ? 0 : 1;
   unsigned long done = 0;
   Entry entry;
-  commandFiles_.install(
-      [&](const ReplyOutcome &outcome) {
-        if (accountReader.next(entry)) account(entry, outcome);
-        progress.update(++done, counts_.refused);
-      },
-      &applyStopSignal);
-  resetTagReader();
-  inputFd = walkFd;
-  reflectOnGemel = options_.restore.noGemel ? 0 : 1;
-  arborUsers = adUsers = 1;
-  showActions = 0;
-  int status;
   {
-    StderrAside aside;
-    status = restoreDocument(options_.restore.volume.c_str(), options_.restore.mountPoint.c_str(),
-                             nullptr, "", nullptr, 0);
+    StderrAside aside;  // the channel's own messages: the account says it all
+    while (changes_.read(entry)) {
+      sendOne(entry);
+      progress.update(++done, counts_.refused);
+    }
   }
-  commandFiles_.uninstall();
   progress.end(done, counts_.refused);
-  inputFd = 0;
-  close(walkFd);
-  close(accountFd);
-  if (status != 0 && applyStopSignal == 0) {
-    reportError("apply: trovan's restore of the changes stopped with status " +
-                std::to_string(status & 0xff));
+  if (changes_.error() != 0) {
+    reportError("apply: temporary file: " + std::string(std::strerror(changes_.error())));
     return false;
   }
   return true;
@@ -185,6 +188,7 @@ bool ApplyRun::sendChanges() {
 // the request trovan save sends for invalid trustees.
 void ApplyRun::pruneExtras() {
   if (!options_.prune) return;
+  StderrAside aside;  // the channel's own messages: the account says it all
   plan_.forEachExtra([&](const Entry &entry, bool inScope) {
     if (!inScope || entry.kind != EntryKind::trustee) return;
     if (!removableTrustee(entry)) {
@@ -200,8 +204,8 @@ void ApplyRun::pruneExtras() {
     const std::string fileName = options_.restore.volume + ":" + entry.path;
     const std::size_t length = buildTrusteeRemoval(entry.ad, fileName, entry.id);
     ReplyOutcome outcome;
-    outcome.error = commandFiles_.exchange(requestBuffer, length, outcome);
-    const bool removed = outcome.error == 0 && outcome.result == 0;
+    commandFiles_.exchange(length, "removeTrustee", false, outcome);
+    const bool removed = outcome.sent && outcome.error == 0 && outcome.result == 0;
     ++(removed ? counts_.removed : counts_.refused);
     Row row = entryRow("apply", removed ? "removed" : "refused", entry);
     if (outcome.error != 0) {

@@ -1,7 +1,7 @@
-// One run of trovanctl apply: the plan of the document against the volume, then the changes
-// alone written as a canonical document and sent by trovan's own restore walkers (its one request
-// builder, each request handed to the command file of its envelope), with an account of every
-// entry, the refused ones as a document, progress, and a clean stop on SIGINT or SIGTERM.
+// One run of trovanctl apply: the plan of the document against the volume (the document read
+// once), the changes set aside meanwhile, then each change sent as trovan restore sends it (its
+// request builders, its admin channel), with an account of every entry, the refused ones as a
+// document, progress, and a clean stop on SIGINT or SIGTERM.
 #pragma once
 #include <csignal>
 #include <string>
@@ -9,6 +9,8 @@
 #include "ctl/check_settings.h"
 #include "ctl/command_files.h"
 #include "ctl/entry_document.h"
+#include "ctl/entry_request.h"
+#include "ctl/entry_spool.h"
 #include "ctl/output.h"
 #include "ctl/volume_plan.h"
 
@@ -41,7 +43,9 @@ private:
   bool planChanges(const std::string &label);
   bool sendChanges();
   void pruneExtras();
+  void sendOne(const Entry &entry);
   void account(const Entry &entry, const ReplyOutcome &outcome);
+  void show(const char *action, const Entry &entry);
   void reject(const Entry &entry);
   int finish(const std::string &label);
 
@@ -50,9 +54,10 @@ private:
   VolumePlan plan_;
   Output output_;
   ApplyCounts counts_;
+  EntryRequests requests_;
   CommandFiles commandFiles_;
-  std::string changesName_;
-  int changesFd_ = -1;
+  EntrySpool changes_;
   int progressFd_ = -1;
   EntryDocument rejects_;
+  std::string line_;  // the text line being written
 };

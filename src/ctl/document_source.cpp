@@ -43,9 +43,12 @@ int spoolStandardInput() {
 
 }  // namespace
 
-DocumentSource::DocumentSource(const std::string &name)
+DocumentSource::DocumentSource(const std::string &name, Reading reading)
     : label_(name == "-" ? "(standard input)" : name) {
-  first_ = name == "-" ? spoolStandardInput() : open(name.c_str(), O_RDONLY | O_CLOEXEC);
+  if (name != "-")
+    first_ = open(name.c_str(), O_RDONLY | O_CLOEXEC);
+  else
+    first_ = reading == once ? fcntl(0, F_DUPFD_CLOEXEC, 0) : spoolStandardInput();
   if (first_ < 0) error_ = label_ + ": " + std::strerror(errno);
 }
 

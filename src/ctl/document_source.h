@@ -1,13 +1,15 @@
 // A document operand opened for two readers at once, each with its own offset: the strict
 // reader and trovan's restore run. Standard input ("-") is first copied into an unnamed
-// temporary file, so that it too can be read twice.
+// temporary file, so that it too can be read twice; a document read once is not copied.
 #pragma once
 #include <string>
 
 class DocumentSource {
 public:
-  // Opens `name`; ok() tells whether that worked, error() says why ("NAME: reason").
-  explicit DocumentSource(const std::string &name);
+  enum Reading { twice, once };
+  // Opens `name`; ok() tells whether that worked, error() says why ("NAME: reason"). Read
+  // `once`, standard input is read as it comes and second() is never asked for.
+  explicit DocumentSource(const std::string &name, Reading reading = twice);
   ~DocumentSource();
   DocumentSource(const DocumentSource &) = delete;
   DocumentSource &operator=(const DocumentSource &) = delete;

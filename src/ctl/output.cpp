@@ -64,6 +64,11 @@ void Output::emit(const Row &row, std::string (*render)(const Row &)) {
   std::fputc('\n', stream_);
 }
 
+void Output::line(const std::string &text) {
+  std::fwrite(text.data(), 1, text.size(), stream_);
+  std::fputc('\n', stream_);
+}
+
 std::string renderText(const Row &row) {
   const std::string type = row.value("type", std::string());
   if (type == "finding") return findingText(row);

@@ -20,6 +20,9 @@ public:
   // Writes one row whose text line `render` makes from the row itself (a command's own rows).
   void emit(const Row &row, std::string (*render)(const Row &));
 
+  // Writes a text line made without a row (a line feed is added).
+  void line(const std::string &text);
+
   Format format() const { return format_; }
 
 private:

@@ -1,6 +1,7 @@
 // A named output file written safely: into a temporary file in the same folder, renamed over
 // the name only when the command has succeeded, so that a failed run leaves neither a half file
-// nor a destroyed previous one.
+// nor a destroyed previous one. A name that is no regular file (a device, a pipe) is written
+// directly.
 #pragma once
 #include <string>
 
@@ -26,4 +27,5 @@ private:
   std::string error_;
   int fd_ = -1;
   bool committed_ = false;
+  bool direct_ = false;  // written in place, never renamed
 };

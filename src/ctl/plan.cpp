@@ -4,8 +4,7 @@
 
 #include "ctl/account_rows.h"
 #include "ctl/commands.h"
-#include "ctl/document_source.h"
-#include "ctl/entry_document.h"
+#include "ctl/plan_setup.h"
 #include "ctl/plan_walk.h"
 #include "ctl/restore_options.h"
 
@@ -58,20 +57,13 @@ void countAndShow(const PlannedEntry &planned, PlanCounts &counts, Output &outpu
 }
 
 int runPlan(PlanOptions &options) {
-  RestoreSettings settings;
-  if (!resolveRestoreOptions("plan", options.restore, settings)) return kTrouble;
-  VolumePlan plan(options.restore, settings);
-  if (!plan.readVolume()) return kTrouble;
-  DocumentSource source(options.restore.document);
-  if (!source.ok()) {
-    reportError(source.error());
-    return kTrouble;
-  }
-  EntryDocument out;
-  if (!out.open(options.out)) return kTrouble;
-  Output output(options.restore.json ? Format::json : Format::text);
+  PlanSetup setup(options.restore);
+  if (!setup.start("plan", options.out)) return kTrouble;
+  VolumePlan &plan = setup.plan();
+  EntryDocument &out = setup.out();
+  Output &output = setup.output();
   PlanCounts counts;
-  const WalkResult walked = walkDocument(plan, source, [&](const PlannedEntry &planned) {
+  const WalkResult walked = walkDocument(plan, setup.source(), [&](const PlannedEntry &planned) {
     countAndShow(planned, counts, output);
     if (planned.verdict == Verdict::add || planned.verdict == Verdict::change)
       out.write(*planned.entry);
@@ -86,7 +78,7 @@ int runPlan(PlanOptions &options) {
       row["reason"] = kNoIdentifierReason;
     output.emit(row);
   });
-  output.emit(summaryRow(options.restore, source.label(), counts));
+  output.emit(summaryRow(options.restore, setup.source().label(), counts));
   if (!out.commit()) return kTrouble;
   const unsigned long pending = counts.add + counts.change + counts.refused + counts.remove;
   return pending == 0 ? kClean : kFindings;

@@ -4,8 +4,7 @@
 
 #include "ctl/account_rows.h"
 #include "ctl/commands.h"
-#include "ctl/document_source.h"
-#include "ctl/entry_document.h"
+#include "ctl/plan_setup.h"
 #include "ctl/plan_walk.h"
 #include "ctl/restore_options.h"
 
@@ -33,37 +32,30 @@ Row summaryRow(const CheckOptions &options, const std::string &document, const V
 }
 
 int runVerify(VerifyOptions &options) {
-  RestoreSettings settings;
-  if (!resolveRestoreOptions("verify", options.restore, settings)) return kTrouble;
-  VolumePlan plan(options.restore, settings);
-  if (!plan.readVolume()) return kTrouble;
-  DocumentSource source(options.restore.document);
-  if (!source.ok()) {
-    reportError(source.error());
-    return kTrouble;
-  }
-  EntryDocument out;
-  if (!out.open(options.remaining)) return kTrouble;
-  Output output(options.restore.json ? Format::json : Format::text);
+  PlanSetup setup(options.restore);
+  if (!setup.start("verify", options.remaining)) return kTrouble;
+  EntryDocument &out = setup.out();
+  Output &output = setup.output();
   VerifyCounts counts;
-  const WalkResult walked = walkDocument(plan, source, [&](const PlannedEntry &planned) {
-    if (planned.verdict == Verdict::inPlace) {
-      ++counts.inPlace;
-      return;
-    }
-    if (planned.verdict == Verdict::skipped) {
-      ++counts.skipped;
-      return;
-    }
-    const bool different = planned.verdict == Verdict::change;
-    ++(different ? counts.different : counts.missing);
-    Row row = entryRow("verify", different ? "different" : "missing", *planned.entry);
-    if (different) row["reason"] = "the volume has " + planned.was;
-    output.emit(row);
-    out.write(*planned.entry);
-  });
+  const WalkResult walked =
+      walkDocument(setup.plan(), setup.source(), [&](const PlannedEntry &planned) {
+        if (planned.verdict == Verdict::inPlace) {
+          ++counts.inPlace;
+          return;
+        }
+        if (planned.verdict == Verdict::skipped) {
+          ++counts.skipped;
+          return;
+        }
+        const bool different = planned.verdict == Verdict::change;
+        ++(different ? counts.different : counts.missing);
+        Row row = entryRow("verify", different ? "different" : "missing", *planned.entry);
+        if (different) row["reason"] = "the volume has " + planned.was;
+        output.emit(row);
+        out.write(*planned.entry);
+      });
   if (!walked.ok) return kTrouble;
-  output.emit(summaryRow(options.restore, source.label(), counts));
+  output.emit(summaryRow(options.restore, setup.source().label(), counts));
   if (!out.commit()) return kTrouble;
   return counts.missing + counts.different == 0 ? kClean : kFindings;
 }

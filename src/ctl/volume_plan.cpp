@@ -63,7 +63,9 @@ std::string entryValue(const Entry &entry) {
 }
 
 VolumePlan::VolumePlan(const CheckOptions &options, const RestoreSettings &settings)
-    : options_(options), settings_(settings) {}
+    : options_(options), settings_(settings) {
+  rules_.mountPoint = options.mountPoint;
+}
 
 bool VolumePlan::readVolume() {
   const int fd = scratchFile();
@@ -91,17 +93,43 @@ bool VolumePlan::readVolume() {
   return wellFormed;
 }
 
-void VolumePlan::flagPredictable(PlannedEntry &planned, const Entry &entry) const {
-  if (entry.kind != EntryKind::userQuota) {
+// Whether `full` names something: a path as the one before is answered as it was, and under a
+// directory found missing nothing is looked up (it cannot be there either).
+bool VolumePlan::pathExists(const std::string &full) {
+  if (full == lastPath_) return lastPathExists_;
+  lastPath_ = full;
+  const std::size_t slash = full.rfind('/');
+  const std::string_view folder(full.data(), slash == std::string::npos ? 0 : slash);
+  if (folder.empty() || folder != lastFolder_) {
+    lastFolder_.assign(folder);
     struct stat info;
-    const std::string full = options_.mountPoint + comparablePath(entry);
-    if (stat(full.c_str(), &info) != 0) {
+    lastFolderMissing_ = !folder.empty() && stat(lastFolder_.c_str(), &info) != 0;
+  }
+  struct stat info;
+  lastPathExists_ = !lastFolderMissing_ && stat(full.c_str(), &info) == 0;
+  return lastPathExists_;
+}
+
+// Whether the identity library resolves `sid`, each SID asked once (up to a bound).
+bool VolumePlan::sidKnown(const std::string &sid) {
+  if (const auto known = sids_.find(sid); known != sids_.end()) return known->second;
+  if (sids_.size() >= kSidCacheSize) sids_.clear();
+  const bool known = sidNamesExistingUser(sid.c_str());
+  sids_.emplace(sid, known);
+  return known;
+}
+
+void VolumePlan::flagPredictable(PlannedEntry &planned, const Entry &entry) {
+  if (entry.kind != EntryKind::userQuota) {
+    full_ = options_.mountPoint;
+    full_ += comparablePath(entry);
+    if (!pathExists(full_)) {
       planned.flag = "missing-path";
-      planned.reason = "no such file under the mount point: " + full;
+      planned.reason = "no such file under the mount point: " + full_;
       return;
     }
   }
-  if (entry.kind == EntryKind::trustee && entry.ad && !sidNamesExistingUser(entry.id.c_str())) {
+  if (entry.kind == EntryKind::trustee && entry.ad && !sidKnown(entry.id)) {
     planned.flag = "unknown-sid";
     planned.reason = "the identity library does not resolve " + entry.id;
   }
@@ -118,9 +146,7 @@ void VolumePlan::judge(PlannedEntry &planned, Entry &entry) {
     planned.reason = why;
     return;
   }
-  RuleSettings rules;
-  rules.mountPoint = options_.mountPoint;
-  checkEntryRules(entry, rules, [&planned](Finding finding) {
+  checkEntryRules(entry, rules_, [&planned](Finding finding) {
     if (planned.verdict == Verdict::refused) return;
     planned.verdict = Verdict::refused;
     planned.flag = finding.code;
@@ -128,14 +154,13 @@ void VolumePlan::judge(PlannedEntry &planned, Entry &entry) {
   });
   if (planned.verdict == Verdict::refused) return;
   putTree(entry, options_);
-  Entry stored;
-  if (volume_.match(entry, stored)) {
-    if (sameValue(entry, stored)) {
+  if (volume_.match(entry, stored_)) {
+    if (sameValue(entry, stored_)) {
       planned.verdict = Verdict::inPlace;
       return;
     }
     planned.verdict = Verdict::change;
-    planned.was = entryValue(stored);
+    planned.was = entryValue(stored_);
   }
   flagPredictable(planned, entry);
 }

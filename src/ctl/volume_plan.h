@@ -5,10 +5,12 @@
 #pragma once
 #include <functional>
 #include <string>
+#include <unordered_map>
 
 #include "ctl/check_settings.h"
 #include "model/entry.h"
 #include "model/entry_index.h"
+#include "model/entry_rules.h"
 #include "model/finding.h"
 
 enum class Verdict : std::uint8_t {
@@ -45,11 +47,21 @@ public:
 
 private:
   void judge(PlannedEntry &planned, Entry &entry);
-  void flagPredictable(PlannedEntry &planned, const Entry &entry) const;
+  void flagPredictable(PlannedEntry &planned, const Entry &entry);
+  bool pathExists(const std::string &full);
+  bool sidKnown(const std::string &sid);
+
+  static constexpr std::size_t kSidCacheSize = 4096;
 
   const CheckOptions &options_;
   const RestoreSettings &settings_;
   EntryIndex volume_;
+  RuleSettings rules_;
+  Entry stored_;      // the volume's entry a document entry matched
+  std::string full_;  // the path looked up for a flag
+  std::string lastPath_, lastFolder_;
+  bool lastPathExists_ = false, lastFolderMissing_ = false;
+  std::unordered_map<std::string, bool> sids_;
 };
 
 // The value an entry sets, for people: "[rwf]" for rights, the amount for a quota.

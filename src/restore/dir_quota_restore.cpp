@@ -4,12 +4,12 @@
 #include <cstring>
 
 #include "channel/admin_channel.h"
-#include "channel/request_builder.h"
 #include "document/completion_codes.h"
 #include "document/records.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
 #include "restore/entry_messages.h"
+#include "restore/restore_requests.h"
 #include "restore/section_restore.h"
 
 // The checked string functions of the C library: they end the process when the text does not
@@ -91,12 +91,9 @@ int processDirQuotaInfo(const char *mountPoint, const regex_t *filter) {
 }
 
 int addDirQuota(const char *fileName, const char *quota) {
-  const std::size_t length =
-      buildRequest({kFileRequestOpen, "<directoryQuota><addQuota><fileName>", fileName,
-                    "</fileName>", gemelPiece(), "<quotaAmount>", quota,
-                    "</quotaAmount></addQuota></directoryQuota>", kFileRequestClose});
+  const std::size_t length = buildDirQuota(fileName, quota);
   Reply reply;
-  if (exchangeRequest("<addQuota>", reply, length) != 0) return kOwnFailure;
+  if (exchangeRequest(kDirQuotaReply, reply, length) != 0) return kOwnFailure;
   if (reply.result != 0) {
     std::fprintf(stderr, "Error adding directory quota of %s to %s: %s(%s)\n", quota, fileName,
                  reply.description, reply.name);

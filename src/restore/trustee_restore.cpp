@@ -5,7 +5,6 @@
 
 #include "channel/admin_channel.h"
 #include "channel/console_runner.h"
-#include "channel/request_builder.h"
 #include "document/completion_codes.h"
 #include "document/records.h"
 #include "document/rights.h"
@@ -13,6 +12,7 @@
 #include "document/tag_reader.h"
 #include "document/xml_text.h"
 #include "restore/entry_messages.h"
+#include "restore/restore_requests.h"
 #include "restore/rxl_restore.h"
 #include "restore/section_restore.h"
 
@@ -172,16 +172,9 @@ int processATrustee(const char *fullPath, const char *tree, int skip, int rxlMod
 int addTrustee(const char *fullPath, const char *id, const char *name, const char *rights,
                int isAd) {
   const std::size_t length =
-      isAd
-          ? buildRequest({kFileRequestOpen, "<trustees><addTrustee type=\"adID\"><userID>", id,
-                          "</userID><rights>", rights, "</rights><fileName>", fullPath,
-                          "</fileName>", gemelPiece(), "<symLink/></addTrustee></trustees>",
-                          kFileRequestClose})
-          : buildRequest({kFileRequestOpen, "<trustees><addTrustee><name>", name, "</name><rights>",
-                          rights, "</rights><fileName>", fullPath, "</fileName>", gemelPiece(),
-                          "<symLink/></addTrustee></trustees>", kFileRequestClose});
+      buildAddTrustee(fullPath, isAd ? id : "", name ? name : "", rights, isAd != 0);
   Reply reply;
-  if (exchangeRequest("<addTrustee>", reply, length) != 0) return kOwnFailure;
+  if (exchangeRequest(kAddTrusteeReply, reply, length) != 0) return kOwnFailure;
   if (reply.result != 0) {
     std::fprintf(stderr, "Error adding trustee %s to %s: %s(%s)\n", name, fullPath,
                  reply.description, reply.name);
@@ -196,12 +189,9 @@ int addTrustee(const char *fullPath, const char *id, const char *name, const cha
 }
 
 int modifyInheritedRightsFilter(const char *fullPath, const char *irf) {
-  const std::size_t length = buildRequest(
-      {kFileRequestOpen, "<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>", irf,
-       "</inheritedRightsFilter><fileName>", fullPath, "</fileName>", gemelPiece(),
-       "</modifyInheritedRightsFilter></trustees>", kFileRequestClose});
+  const std::size_t length = buildInheritedRightsFilter(fullPath, irf);
   Reply reply;
-  if (exchangeRequest("<modifyInheritedRightsFilter>", reply, length) != 0) return kOwnFailure;
+  if (exchangeRequest(kInheritedRightsFilterReply, reply, length) != 0) return kOwnFailure;
   if (reply.result != 0) {
     std::fprintf(stderr, "Error setting IRF on %s: %s(%s)\n", fullPath, reply.description,
                  reply.name);

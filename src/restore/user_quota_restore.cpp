@@ -5,13 +5,13 @@
 #include <string_view>
 
 #include "channel/admin_channel.h"
-#include "channel/request_builder.h"
 #include "document/completion_codes.h"
 #include "document/records.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
 #include "document/xml_text.h"
 #include "restore/entry_messages.h"
+#include "restore/restore_requests.h"
 #include "restore/section_restore.h"
 
 namespace {
@@ -91,12 +91,9 @@ int processUserQuotaInfo(const char *volume, const char *tree, int isAd) {
 }
 
 int addUserQuota(const char *volume, const char *userName, const char *quota, int isAd) {
-  const std::size_t length = buildRequest(
-      {kVolumeRequestOpen, "<userSpaceRestrictions>", isAd ? "<set type=\"adID\">" : "<set>",
-       "<volumeName>", volume, "</volumeName><userName>", userName, "</userName><quota>", quota,
-       "</quota>", gemelPiece(), "</set></userSpaceRestrictions>", kVolumeRequestClose});
+  const std::size_t length = buildUserQuota(volume, userName, quota, isAd != 0);
   Reply reply;
-  if (exchangeRequest("<userSpaceRestrictions>", reply, length) != 0) return kOwnFailure;
+  if (exchangeRequest(kUserQuotaReply, reply, length) != 0) return kOwnFailure;
   if (reply.result != 0) {
     std::fprintf(stderr, "Error adding user quotas for %s to %s: %s(%s)\n", userName, volume,
                  reply.description, reply.name);

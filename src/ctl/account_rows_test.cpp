@@ -1,0 +1,46 @@
+#include "ctl/account_rows.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+Entry entryOf(EntryKind kind, bool ad) {
+  Entry entry;
+  entry.kind = kind;
+  entry.ad = ad;
+  entry.at = {12, 1};
+  entry.path = kind == EntryKind::dirQuota ? "\\d\\e" : "/d/f";
+  entry.name = ad ? "ann" : "bob.corp.TREE.";
+  entry.id = ad ? "S-1-5-21-7" : "";
+  entry.rights = 1 | 32;
+  entry.amount = "1024";
+  return entry;
+}
+
+std::string outcomeLine(const char *action, const Entry &entry) {
+  std::string line = "left over from the line before";
+  outcomeLine(line, action, entry);
+  return line;
+}
+
+// The line made without a row is the row's own line, for every kind and action.
+TEST(OutcomeLine, IsTheLineOfTheEntrysRow) {
+  for (const EntryKind kind :
+       {EntryKind::trustee, EntryKind::filter, EntryKind::userQuota, EntryKind::dirQuota})
+    for (const bool ad : {false, true})
+      for (const char *action : {"applied", "in-place", "skip"}) {
+        const Entry entry = entryOf(kind, ad);
+        EXPECT_EQ(outcomeLine(action, entry), renderAccountText(entryRow("apply", action, entry)));
+      }
+}
+
+TEST(OutcomeLine, ExactBytes) {
+  EXPECT_EQ(outcomeLine("applied", entryOf(EntryKind::trustee, false)),
+            "applied   trustee /d/f bob.corp.TREE. [rf]");
+  EXPECT_EQ(outcomeLine("in-place", entryOf(EntryKind::userQuota, true)),
+            "in-place  user quota S-1-5-21-7 (ann) 1024");
+  EXPECT_EQ(outcomeLine("skip", entryOf(EntryKind::dirQuota, false)),
+            "skip      directory quota /d/e 1024");
+}
+
+}  // namespace

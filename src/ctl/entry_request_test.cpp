@@ -1,0 +1,120 @@
+#include "ctl/entry_request.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "channel/admin_channel.h"
+
+namespace {
+
+class EntryRequestTest : public testing::Test {
+protected:
+  void SetUp() override {
+    resetAdminChannel();
+    options.volume = "VOL";
+    options.mountPoint = "/mnt/VOL";
+  }
+  void TearDown() override { resetAdminChannel(); }
+
+  // The request's bytes, checking that its length is the buffer's text.
+  std::string built(const Entry &entry) {
+    EntryRequests requests(options);
+    EXPECT_TRUE(requests.build(entry, request));
+    EXPECT_EQ(request.length, std::string(requestBuffer).size());
+    return std::string(requestBuffer, request.length);
+  }
+
+  CheckOptions options;
+  EntryRequest request;
+};
+
+Entry trustee(bool ad) {
+  Entry entry;
+  entry.kind = EntryKind::trustee;
+  entry.ad = ad;
+  entry.rawPath = "/d/a&amp;b";
+  entry.rawName = ad ? "ann" : "bob.corp.TREE.";
+  entry.rawId = ad ? "S-1-5-21-7" : "";
+  entry.rights = 1 | 2 | 32;  // read, write, fileScan
+  return entry;
+}
+
+Entry quota(EntryKind kind, const char *pathOrName, const char *amount) {
+  Entry entry;
+  entry.kind = kind;
+  (kind == EntryKind::userQuota ? entry.rawName : entry.rawPath) = pathOrName;
+  entry.rawAmount = amount;
+  return entry;
+}
+
+constexpr char kFileOpen[] = "<virtualIO><datastream name=\"command\"/></virtualIO><fileRequest>";
+constexpr char kVolumeOpen[] =
+    "<virtualIO><datastream name=\"command\"/></virtualIO><quillRequest>";
+
+TEST_F(EntryRequestTest, ArborTrusteeByNameWithTheRawPathAfterTheMountPoint) {
+  EXPECT_EQ(built(trustee(false)),
+            std::string(kFileOpen) +
+                "<trustees><addTrustee><name>bob.corp.TREE.</name><rights><read/><write/>"
+                "<fileScan/></rights><fileName>/mnt/VOL/d/a&amp;b</fileName><gemelPath/>"
+                "<symLink/></addTrustee></trustees></fileRequest>");
+  EXPECT_EQ(request.replyElement, "<addTrustee>");
+  EXPECT_FALSE(request.volumeRequest);
+}
+
+TEST_F(EntryRequestTest, AdTrusteeBySid) {
+  EXPECT_EQ(built(trustee(true)),
+            std::string(kFileOpen) +
+                "<trustees><addTrustee type=\"adID\"><userID>S-1-5-21-7</userID><rights><read/>"
+                "<write/><fileScan/></rights><fileName>/mnt/VOL/d/a&amp;b</fileName><gemelPath/>"
+                "<symLink/></addTrustee></trustees></fileRequest>");
+}
+
+TEST_F(EntryRequestTest, TreeNameIsPutIntoAnArborName) {
+  options.tree = "OTHER";
+  options.treeGiven = true;
+  EXPECT_NE(built(trustee(false)).find("<name>bob.corp.OTHER.</name>"), std::string::npos);
+}
+
+TEST_F(EntryRequestTest, NameTooLongWithTheTreeNameIsNotSent) {
+  options.tree = std::string(100, 'T');
+  options.treeGiven = true;
+  Entry entry = trustee(false);
+  entry.rawName = std::string(1000, 'n') + ".corp.TREE.";
+  EntryRequests requests(options);
+  EXPECT_FALSE(requests.build(entry, request));
+}
+
+TEST_F(EntryRequestTest, FilterWithoutGemelPath) {
+  reflectOnGemel = 0;
+  Entry entry = trustee(false);
+  entry.kind = EntryKind::filter;
+  EXPECT_EQ(built(entry), std::string(kFileOpen) +
+                              "<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>"
+                              "<read/><write/><fileScan/></inheritedRightsFilter><fileName>"
+                              "/mnt/VOL/d/a&amp;b</fileName></modifyInheritedRightsFilter>"
+                              "</trustees></fileRequest>");
+  EXPECT_EQ(request.replyElement, "<modifyInheritedRightsFilter>");
+}
+
+TEST_F(EntryRequestTest, UserQuotaGoesToTheVolumeCommandFile) {
+  Entry entry = quota(EntryKind::userQuota, "ann", "1024");
+  entry.ad = true;
+  EXPECT_EQ(built(entry), std::string(kVolumeOpen) +
+                              "<userSpaceRestrictions><set type=\"adID\"><volumeName>VOL"
+                              "</volumeName><userName>ann</userName><quota>1024</quota>"
+                              "<gemelPath/></set></userSpaceRestrictions></quillRequest>");
+  EXPECT_EQ(request.replyElement, "<userSpaceRestrictions>");
+  EXPECT_TRUE(request.volumeRequest);
+}
+
+TEST_F(EntryRequestTest, DirectoryQuotaPathHasForwardSlashes) {
+  options.mountPoint = "/mnt/V\\OL";
+  EXPECT_EQ(built(quota(EntryKind::dirQuota, "\\d\\e", "2048")),
+            std::string(kFileOpen) + "<directoryQuota><addQuota><fileName>/mnt/V/OL/d/e</fileName>"
+                                     "<gemelPath/><quotaAmount>2048</quotaAmount></addQuota>"
+                                     "</directoryQuota></fileRequest>");
+  EXPECT_EQ(request.replyElement, "<addQuota>");
+}
+
+}  // namespace

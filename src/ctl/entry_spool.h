@@ -1,0 +1,42 @@
+// Entries set aside in a temporary file in a compact binary form, written and read back in big
+// blocks: apply plans the whole document before it sends anything, and keeps the changes here
+// rather than in memory or in a document that would have to be parsed again.
+#pragma once
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "model/entry.h"
+
+class EntrySpool {
+public:
+  EntrySpool() = default;
+  ~EntrySpool();
+  EntrySpool(const EntrySpool &) = delete;
+  EntrySpool &operator=(const EntrySpool &) = delete;
+
+  // Makes the temporary file. Returns 0 or errno.
+  int open();
+  void write(const Entry &entry);
+  // Ends the writing and goes back to the first entry. Returns 0 or the errno of a failed write.
+  int rewind();
+  // The next entry, every field set; false at the end (or after a read error: error()).
+  bool read(Entry &entry);
+  int error() const { return error_; }
+  unsigned long count() const { return count_; }
+
+private:
+  void put(const void *bytes, std::size_t length);
+  void putText(const std::string &text);
+  bool get(void *bytes, std::size_t length);
+  bool getText(std::string &text);
+  bool fill();
+  void flush();
+
+  int fd_ = -1;
+  int error_ = 0;
+  unsigned long count_ = 0;
+  std::vector<char> buffer_;
+  std::size_t used_ = 0;   // writing: bytes in the buffer; reading: the end of what was read
+  std::size_t taken_ = 0;  // reading: bytes of the buffer already taken
+};

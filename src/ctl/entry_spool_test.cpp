@@ -1,0 +1,78 @@
+#include "ctl/entry_spool.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+Entry sample(int n) {
+  Entry entry;
+  entry.kind = n % 2 == 0 ? EntryKind::trustee : EntryKind::dirQuota;
+  entry.at = {static_cast<unsigned long>(n) + 10, 3};
+  entry.pathAt = {static_cast<unsigned long>(n) + 9, 7};
+  entry.ad = n % 3 == 0;
+  entry.rights = static_cast<RightsSet>(n & 0x3ff);
+  entry.cdata = static_cast<std::uint8_t>(n & 15);
+  entry.path = "/d/f" + std::to_string(n);
+  entry.name = n % 5 == 0 ? std::string() : "a&b.corp.TREE.";
+  entry.id = "S-1-5-21-" + std::to_string(n);
+  entry.amount = std::to_string(n * 1000);
+  entry.spaceUsed = "12";
+  entry.zid = std::to_string(n * 7);
+  entry.rawPath = n % 4 == 0 ? entry.path : "<![CDATA[" + entry.path;  // same, or not
+  entry.rawName = n % 5 == 0 ? entry.name : "a&amp;b.corp.TREE.";
+  entry.rawId = n % 6 == 0 ? entry.id : std::string();
+  entry.rawAmount = std::string(n % 7 == 0 ? 3000 : 1, 'x');  // spans blocks when many
+  return entry;
+}
+
+void expectSame(const Entry &a, const Entry &b) {
+  EXPECT_EQ(a.kind, b.kind);
+  EXPECT_EQ(a.at.line, b.at.line);
+  EXPECT_EQ(a.at.column, b.at.column);
+  EXPECT_EQ(a.pathAt.line, b.pathAt.line);
+  EXPECT_EQ(a.pathAt.column, b.pathAt.column);
+  EXPECT_EQ(a.ad, b.ad);
+  EXPECT_EQ(a.rights, b.rights);
+  EXPECT_EQ(a.cdata, b.cdata);
+  for (auto field :
+       {&Entry::path, &Entry::name, &Entry::id, &Entry::amount, &Entry::spaceUsed, &Entry::zid,
+        &Entry::rawPath, &Entry::rawName, &Entry::rawId, &Entry::rawAmount})
+    EXPECT_EQ(a.*field, b.*field);
+}
+
+TEST(EntrySpool, GivesBackEveryFieldOfEveryEntryInOrder) {
+  EntrySpool spool;
+  ASSERT_EQ(spool.open(), 0);
+  constexpr int kCount = 2000;  // about 1.5 MiB: more than one block each way
+  for (int n = 0; n < kCount; ++n)
+    spool.write(sample(n));
+  EXPECT_EQ(spool.count(), static_cast<unsigned long>(kCount));
+  ASSERT_EQ(spool.rewind(), 0);
+  Entry entry;
+  entry.name = "left over from before";
+  for (int n = 0; n < kCount; ++n) {
+    ASSERT_TRUE(spool.read(entry)) << n;
+    expectSame(entry, sample(n));
+  }
+  EXPECT_FALSE(spool.read(entry));
+  EXPECT_EQ(spool.error(), 0);
+}
+
+TEST(EntrySpool, EmptySpoolReadsNothing) {
+  EntrySpool spool;
+  ASSERT_EQ(spool.open(), 0);
+  ASSERT_EQ(spool.rewind(), 0);
+  Entry entry;
+  EXPECT_FALSE(spool.read(entry));
+  EXPECT_EQ(spool.count(), 0UL);
+}
+
+TEST(EntrySpool, UnopenedSpoolReadsNothing) {
+  EntrySpool spool;
+  Entry entry;
+  EXPECT_FALSE(spool.read(entry));
+}
+
+}  // namespace
