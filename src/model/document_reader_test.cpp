@@ -211,6 +211,18 @@ TEST(DocumentReader, CommentsAndDoctype) {
   EXPECT_TRUE(result.failed);
 }
 
+// A reference that never meets its ';' would keep the parser waiting for more input: the parser
+// gives up past its lookup limit (10 MB), so the reader never holds the whole document.
+TEST(DocumentReader, ReferenceNeverEndedStopsReading) {
+  std::string document = "<metadata><trusteeInfo><file><path>/a &amp";
+  document.append(17u << 20, 'x');
+  document += "</path></file></trusteeInfo></metadata>";
+  const ReadResult result = readDocument(document);
+  EXPECT_EQ(findingTexts(result), Texts{"1:39 not-well-formed"});
+  EXPECT_EQ(result.findings[0].message, "not well-formed XML: internal error: Huge input lookup");
+  EXPECT_TRUE(result.failed);
+}
+
 TEST(DocumentReader, RepeatedChildren) {
   const ReadResult result = readDocument(
       "<metadata><trusteeInfo><file><path>/a</path><path>/b</path>\n"
