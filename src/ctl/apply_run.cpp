@@ -49,7 +49,7 @@ private:
 }  // namespace
 
 ApplyRun::ApplyRun(ApplyOptions &options, RestoreSettings &settings)
-    : options_(options), settings_(settings), plan_(options.restore, settings),
+    : options_(options), plan_(options.restore, settings),
       output_(options.restore.json ? Format::json : Format::text), requests_(options.restore) {
   const bool wanted = options.progress || isatty(2);
   if (wanted && !options.quiet) progressFd_ = dup(2);

@@ -50,7 +50,6 @@ private:
   int finish(const std::string &label);
 
   ApplyOptions &options_;
-  RestoreSettings &settings_;
   VolumePlan plan_;
   Output output_;
   ApplyCounts counts_;
