@@ -12,7 +12,7 @@ constexpr Command kCommands[] = {
      "a legacy TRUSTEE.KXM report to a canonical Metadata document", defineConvert},
     {"map",
      "DOC [-U FILE] [-t TREE] [-r OLD=NEW] [--path PREFIX] [--user USER] [--kind KIND] "
-     "[--drop-unmapped] [-o FILE]",
+     "[--drop-unmapped] [--repair-end-tags] [-o FILE]",
      "a new canonical document from an old one: users, tree and paths rewritten", defineMap},
     {"report",
      "DOC [--by VIEW] [--effective PATH|--effective-all] [--path PREFIX] [--user NAME] "

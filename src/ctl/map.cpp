@@ -17,8 +17,8 @@
 #include "ctl/map_rules.h"
 #include "ctl/output.h"
 #include "model/canonical_writer.h"
-#include "model/document_reader.h"
 #include "model/key_set.h"
+#include "model/repaired_reader.h"
 
 namespace {
 
@@ -29,6 +29,7 @@ struct MapOptions {
   std::vector<std::string> rebase;
   EntrySelection selection;
   bool dropUnmapped = false;
+  bool repairEndTags = false;
   std::string output;
 };
 
@@ -81,7 +82,9 @@ int runMap(const MapOptions &options) {
     ++listed;
   };
   CanonicalWriter writer(output.fd());
-  DocumentReader reader(source.fd(), [&](Finding finding) { list(finding.at, finding.message); });
+  RepairedReader input(source.fd(), options.repairEndTags,
+                       [&](Finding finding) { list(finding.at, finding.message); });
+  DocumentReader &reader = input.reader();
   reader.onSection([&writer](Section section, bool opening) {
     if (opening) writer.openSection(section);
   });
@@ -89,7 +92,7 @@ int runMap(const MapOptions &options) {
   KeySet written;
   std::string key;
   Entry entry;
-  while (reader.next(entry)) {
+  while (input.next(entry)) {
     if (!options.selection.selects(entry)) continue;
     if (const std::string problem = applyMapRules(rules, entry); !problem.empty()) {
       list(entry.at, entryLabel(entry) + ": " + problem +
@@ -128,6 +131,8 @@ CommandRun defineMap(CLI::App &command) {
   options->selection.define(command);
   command.add_flag("--drop-unmapped", options->dropUnmapped,
                    "leave out the entries a rule cannot map (still listed)");
+  command.add_flag("--repair-end-tags", options->repairEndTags,
+                   "put back end tags lost by hand where the grammar shows them (listed)");
   command.add_option("-o,--output", options->output, "write to FILE (replaced only on success)")
       ->type_name("FILE");
   return [options]() { return runMap(*options); };

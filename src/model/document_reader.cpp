@@ -57,7 +57,7 @@ void parseChunk(State &state) {
   char *buffer = state.input.reserve(kReadSize);
   ssize_t count;
   do
-    count = read(state.fd, buffer, kReadSize);
+    count = state.source ? state.source(buffer, kReadSize) : read(state.fd, buffer, kReadSize);
   while (count < 0 && errno == EINTR);
   if (count < 0) {
     state.readError = errno;
@@ -95,6 +95,11 @@ DocumentReader::DocumentReader(int fd, FindingSink findings) : state_(std::make_
   }
   xmlCtxtUseOptions(state.parser, XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
   xmlSwitchEncoding(state.parser, XML_CHAR_ENCODING_UTF8);
+}
+
+DocumentReader::DocumentReader(ByteSource source, FindingSink findings)
+    : DocumentReader(-1, std::move(findings)) {
+  state_->source = std::move(source);
 }
 
 DocumentReader::~DocumentReader() {

@@ -8,10 +8,14 @@
 #include "model/entry.h"
 #include "model/finding.h"
 
+// Where the reader's bytes come from instead of a descriptor, with read(2)'s contract.
+using ByteSource = std::function<long(char *buffer, std::size_t size)>;
+
 class DocumentReader {
 public:
   // Reads from `fd` (left open). Findings go to `findings` as they are made.
   DocumentReader(int fd, FindingSink findings);
+  DocumentReader(ByteSource source, FindingSink findings);
   ~DocumentReader();
   DocumentReader(const DocumentReader &) = delete;
   DocumentReader &operator=(const DocumentReader &) = delete;

@@ -89,6 +89,7 @@ void swapEntries(Entry &one, Entry &other);
 struct DocumentReader::State {
   xmlParserCtxtPtr parser = nullptr;
   int fd = -1;
+  ByteSource source;  // used instead of fd when set
   FindingSink findings;
   std::function<void(Section, bool)> sectionObserver;
   InputWindow input;
