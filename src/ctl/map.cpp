@@ -132,7 +132,7 @@ CommandRun defineMap(CLI::App &command) {
   command.add_flag("--drop-unmapped", options->dropUnmapped,
                    "leave out the entries a rule cannot map (still listed)");
   command.add_flag("--repair-end-tags", options->repairEndTags,
-                   "put back end tags lost by hand where the grammar shows them (listed)");
+                   "put back end tags lost by hand, each one listed (status 1)");
   command.add_option("-o,--output", options->output, "write to FILE (replaced only on success)")
       ->type_name("FILE");
   return [options]() { return runMap(*options); };

@@ -262,8 +262,7 @@ void EndTagRepair::endNamed() {
 }
 
 bool EndTagRepair::closable(const Frame &frame) {
-  return frame.element != Element::unknown && frame.element != Element::metadata &&
-         !frame.tainted;
+  return frame.element != Element::unknown && frame.element != Element::metadata && !frame.tainted;
 }
 
 // Puts back the end tags of the open elements above the first `keep`, innermost first.

@@ -64,7 +64,18 @@ private:
     unsigned long line;
   };
   enum class Mode : unsigned char {
-    text, afterLt, startName, endName, startTag, quoted, endTag, bang, comment, cdata, pi, through
+    text,
+    afterLt,
+    startName,
+    endName,
+    startTag,
+    quoted,
+    endTag,
+    bang,
+    comment,
+    cdata,
+    pi,
+    through
   };
 
   bool fill();
@@ -95,12 +106,12 @@ private:
 
   Mode mode_ = Mode::text;
   char quote_ = 0;
-  bool slash_ = false;     // the byte before is '/', in a start tag
-  unsigned matched_ = 0;   // of the ends "-->", "]]>", "?>", or of the starts after "<!"
+  bool slash_ = false;    // the byte before is '/', in a start tag
+  unsigned matched_ = 0;  // of the ends "-->", "]]>", "?>", or of the starts after "<!"
   bool bangCdata_ = false;
   char hold_[kNameLimit + 3];  // "<" or "</" and the name so far
   std::size_t holdLength_ = 0;
-  Position tagAt_;             // of the '<' held
+  Position tagAt_;  // of the '<' held
 
   unsigned long line_ = 1;
   unsigned long column_ = 1;

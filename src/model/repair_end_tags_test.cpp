@@ -107,7 +107,8 @@ TEST(EndTagRepair, ClosesSeveralElementsInnermostFirst) {
 
 TEST(EndTagRepair, ClosesASectionWhereTheNextSectionStarts) {
   const Repaired result = repair("<metadata><trusteeInfo>\n<userInfo></userInfo></metadata>");
-  EXPECT_EQ(result.bytes, "<metadata><trusteeInfo>\n</trusteeInfo><userInfo></userInfo></metadata>");
+  EXPECT_EQ(result.bytes,
+            "<metadata><trusteeInfo>\n</trusteeInfo><userInfo></userInfo></metadata>");
   EXPECT_EQ(result.findings, Texts{"2:1 repaired-end-tag: inserted the missing </trusteeInfo> "
                                    "(the open element is <trusteeInfo> of line 1)"});
 }
@@ -167,9 +168,8 @@ TEST(EndTagRepair, StopsRepairingPastTheDepthLimit) {
 }
 
 TEST(EndTagRepair, GivesTheSameBytesWhateverTheReadSize) {
-  const std::string edited = without("</trustee>", "</trustee>\n</file>") +
-                             std::string(70000, ' ') +
-                             without("</name>");
+  const std::string edited =
+      without("</trustee>", "</trustee>\n</file>") + std::string(70000, ' ') + without("</name>");
   const std::string whole = repair(edited).bytes;
   EXPECT_EQ(repair(edited, 1).bytes, whole);
   EXPECT_EQ(repair(edited, 7).bytes, whole);
@@ -191,9 +191,17 @@ TEST(EndTagRepair, TakesPlacesBackToTheInputAsRead) {
   }
   ASSERT_EQ(step.insertions().size(), 3u);
   // </name></trustee> before column 46 of the input, </trustee> before column 68.
-  for (const auto &[repaired, input] : std::vector<std::pair<unsigned long, unsigned long>>{
-           {45, 45}, {46, 46}, {62, 46}, {63, 46}, {64, 47}, {84, 67}, {85, 68}, {94, 68},
-           {95, 68}, {96, 69}})
+  for (const auto &[repaired, input] :
+       std::vector<std::pair<unsigned long, unsigned long>>{{45, 45},
+                                                            {46, 46},
+                                                            {62, 46},
+                                                            {63, 46},
+                                                            {64, 47},
+                                                            {84, 67},
+                                                            {85, 68},
+                                                            {94, 68},
+                                                            {95, 68},
+                                                            {96, 69}})
     EXPECT_EQ(step.original({1, repaired}).column, input) << repaired;
   EXPECT_EQ(step.original({1, 96}).line, 1u);
   EXPECT_EQ(step.original({2, 90}).column, 90u);
@@ -217,9 +225,8 @@ TEST(RepairedReader, ReadsTheRepairedDocumentWithThePlacesOfTheInput) {
   BytesFd fd(oneLine);
   std::vector<Finding> findings;
   std::vector<Entry> entries;
-  RepairedReader reader(fd.fd(), true, [&findings](Finding finding) {
-    findings.push_back(finding);
-  });
+  RepairedReader reader(fd.fd(), true,
+                        [&findings](Finding finding) { findings.push_back(finding); });
   Entry entry;
   while (reader.next(entry))
     entries.push_back(entry);
@@ -237,9 +244,8 @@ TEST(RepairedReader, ReadsTheRepairedDocumentWithThePlacesOfTheInput) {
 TEST(RepairedReader, WithoutTheRepairReadsAsTheReader) {
   BytesFd fd(without("</trustee>", "</trustee>\n</file>"));
   std::vector<Finding> findings;
-  RepairedReader reader(fd.fd(), false, [&findings](Finding finding) {
-    findings.push_back(finding);
-  });
+  RepairedReader reader(fd.fd(), false,
+                        [&findings](Finding finding) { findings.push_back(finding); });
   Entry entry;
   while (reader.next(entry)) {
   }

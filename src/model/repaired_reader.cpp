@@ -10,8 +10,7 @@ RepairedReader::RepairedReader(int fd, bool repair, FindingSink findings)
   repair_ = std::make_unique<EndTagRepair>(fd);
   EndTagRepair &step = *repair_;
   reader_ = std::make_unique<DocumentReader>(
-      [&step](char *buffer, std::size_t size) { return step.read(buffer, size); },
-      std::move(sink));
+      [&step](char *buffer, std::size_t size) { return step.read(buffer, size); }, std::move(sink));
 }
 
 void RepairedReader::forward(Finding finding) {

@@ -20,7 +20,7 @@ errors in the GNU shape with status 2.
     >       per-entry differences between two documents (or vol:NAME, a live volume)
     >   convert -t TREE [-r PREFIX] [--raw] [-o FILE] [REPORT]
     >       a legacy TRUSTEE.KXM report to a canonical Metadata document
-    >   map DOC [-U FILE] [-t TREE] [-r OLD=NEW] [--path PREFIX] [--user USER] [--kind KIND] [--drop-unmapped] [-o FILE]
+    >   map DOC [-U FILE] [-t TREE] [-r OLD=NEW] [--path PREFIX] [--user USER] [--kind KIND] [--drop-unmapped] [--repair-end-tags] [-o FILE]
     >       a new canonical document from an old one: users, tree and paths rewritten
     >   report DOC [--by VIEW] [--effective PATH|--effective-all] [--path PREFIX] [--user NAME] [--rights LETTERS] [--kind KIND] [--format FORMAT|--html FILE]
     >       who has access to what: assignments, quotas and effective rights, by path or by user

@@ -39,7 +39,7 @@ with status 2.
     ? 0
     $ trovanctl map --help
     > a new canonical document from an old one: users, tree and paths rewritten
-    > Usage: trovanctl map DOC [-U FILE] [-t TREE] [-r OLD=NEW] [--path PREFIX] [--user USER] [--kind KIND] [--drop-unmapped] [-o FILE]
+    > Usage: trovanctl map DOC [-U FILE] [-t TREE] [-r OLD=NEW] [--path PREFIX] [--user USER] [--kind KIND] [--drop-unmapped] [--repair-end-tags] [-o FILE]
     >
     > Positionals:
     >   DOC REQUIRED                the document (- for standard input, vol:NAME)
@@ -54,6 +54,7 @@ with status 2.
     >   --kind KIND:{trustee,filter,user-quota,dir-quota} ...
     >                               only entries of this kind (repeatable)
     >   --drop-unmapped             leave out the entries a rule cannot map (still listed)
+    >   --repair-end-tags           put back end tags lost by hand, each one listed (status 1)
     >   -o,--output FILE            write to FILE (replaced only on success)
     >
     >

@@ -34,6 +34,83 @@ and writes nothing (no -o file is left); put back, it maps.
     > saved.xml -> vol:VOL2: 0 differences (0 added, 0 removed, 0 changed) in 6 and 6 entries
     ? 0
 
+With --repair-end-tags, map puts the lost `</trustee>` back where the document shows it was
+lost: before the `</file>` that found the <trustee> still open. It lists the insertion with the
+place of the input, writes the document and exits 1, as for any finding; check finds nothing in
+what it wrote, the saved document's own bytes.
+
+    $ trovanctl map --repair-end-tags edited.xml -o repaired.xml; echo $?; diff saved.xml repaired.xml && trovanctl check repaired.xml
+    > 1
+    > repaired.xml: 6 entries (4 trustees, 2 filters, 0 user quotas, 0 directory quotas); trovan restore would send 6 requests (4 addTrustee, 2 modifyInheritedRightsFilter, 0 userSpaceRestrictions, 0 addQuota); 0 findings
+    2> trovanctl: edited.xml:12:1: inserted the missing </trustee> (the open element is <trustee> of line 11)
+    ? 0
+
+trovan restore of the edited document reads the entries after the lost end tag into the wrong
+files (u1 [r] is lost, the trustee and filter of /c.txt land on /b/y.txt); of the repaired one,
+each entry lands on its own path.
+
+    $ quillsim volume add VOL4 && quillsim volume add VOL5 && for v in VOL4 VOL5; do quillsim file add $v /a.txt /b/y.txt /c.txt; done
+    ? 0
+    $ trovan restore VOL4 < edited.xml > /dev/null 2>&1; quillsim dump VOL4
+    > volume VOL4 mount $SANDBOX/mnt/VOL4
+    > T	/a.txt	A	RW		u0.corp.TREE.
+    > I	/a.txt	-
+    > T	/b	A	RF		u0.corp.TREE.
+    > T	/b/y.txt	A	RWC		u1.corp.TREE.
+    > I	/b/y.txt	S
+    ? 0
+    $ trovan restore VOL5 < repaired.xml > /dev/null && quillsim dump VOL5
+    > volume VOL5 mount $SANDBOX/mnt/VOL5
+    > T	/a.txt	A	RW		u0.corp.TREE.
+    > I	/a.txt	-
+    > T	/b	A	RF		u0.corp.TREE.
+    > T	/b/y.txt	A	R		u1.corp.TREE.
+    > T	/c.txt	A	RWC		u1.corp.TREE.
+    > I	/c.txt	S
+    ? 0
+
+A lost `</name>`: the <id> after it may not stand in a <name>, so the end tag goes before it.
+A lost `</file>`: the next <file> may not stand in a <file>, so the end tag goes before it (the
+line left empty stays empty; map writes the canonical form).
+
+    $ sed '11s#</name>##' saved.xml > noname.xml && trovanctl map --repair-end-tags noname.xml > out.xml; echo $?; diff saved.xml out.xml
+    > 1
+    2> trovanctl: noname.xml:11:29: inserted the missing </name> (the open element is <name> of line 11)
+    ? 0
+    $ sed '12s#</file>##' saved.xml > nofile.xml && trovanctl map --repair-end-tags nofile.xml > out.xml; echo $?; diff saved.xml out.xml
+    > 1
+    2> trovanctl: nofile.xml:13:1: inserted the missing </file> (the open element is <file> of line 10)
+    ? 0
+
+Without the option the same documents are refused, as before.
+
+    $ trovanctl map noname.xml; trovanctl map nofile.xml
+    2> trovanctl: noname.xml:11:29: element <id> is not allowed in <name>
+    2> trovanctl: noname.xml:11:38: element <rights> is not allowed in <name>
+    2> trovanctl: noname.xml:11:74: not well-formed XML: mismatched tag (the open element is <name> of line 11)
+    2> trovanctl: nofile.xml:13:1: element <file> is not allowed in <file>
+    2> trovanctl: nofile.xml:17:3: not well-formed XML: mismatched tag (the open element is <file> of line 10)
+    ? 2
+
+What no closing explains stays an error: a misspelt end tag (status 2, nothing written, no
+-o file left).
+
+    $ sed '11s#</trustee>#</trustees>#' saved.xml > misspelt.xml && trovanctl map --repair-end-tags misspelt.xml -o out2.xml; echo $?; ls out2.xml
+    > 2
+    2> trovanctl: misspelt.xml:11:81: not well-formed XML: mismatched tag (the open element is <trustee> of line 11)
+    2> ls: cannot access 'out2.xml': No such file or directory
+    ? 2
+
+Markup in a CDATA section is text: the `</trustee>` in this name is not an end tag (map writes
+it escaped); the lost one is still put back before `</file>`.
+
+    $ sed '11s#<name>u1.corp.TREE.</name>#<name><![CDATA[u1</trustee>]]></name>#' edited.xml > cdata.xml && trovanctl map --repair-end-tags cdata.xml > out.xml; echo $?; grep -n '<name>u1' out.xml
+    > 1
+    > 11:<trustee><name>u1&lt;/trustee&gt;</name><id></id><rights value="R"><read/></rights></trustee>
+    > 14:<trustee><name>u1.corp.TREE.</name><id></id><rights value="RWC"><read/><write/><create/></rights></trustee>
+    2> trovanctl: cdata.xml:12:1: inserted the missing </trustee> (the open element is <trustee> of line 11)
+    ? 0
+
 The issue's second document: passed through xmllint --format (an XML declaration, and
 `<inheritedRightsFilter value=""/>`). map lists what it normalised and writes the canonical form,
 which trovan restore applies exactly: the restored volume saves as the original.

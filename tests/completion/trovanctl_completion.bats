@@ -67,6 +67,8 @@ complete_words() {
   [ "$output" = $'--relative\n--raw' ]
   run complete_words trovanctl map --d
   [ "$output" = --drop-unmapped ]
+  run complete_words trovanctl map --re
+  [ "$output" = $'--rebase\n--repair-end-tags' ]
 }
 
 @test "diff, map and report take vol:NAME for a live volume" {
