@@ -2,6 +2,8 @@
 // writer. Besides crashes and leaks it checks one property: a document the reader takes
 // without a finding, written in the canonical form and read again, gives the same entries
 // (same keys, rights, amounts and places in the same order of kinds) and no finding.
+// The same bytes also go through the end-tag repair (read in odd sizes) and the reader behind
+// it: without the end tags it put back, its bytes are the input's.
 //
 //   scripts/fuzz_smoke.sh, or after a fuzz build:
 //   build/fuzz/fuzz/strict_reader_fuzz -max_total_time=60 fuzz/corpus/strict_reader
@@ -16,6 +18,7 @@
 #include "model/canonical_writer.h"
 #include "model/document_reader.h"
 #include "model/entry_rules.h"
+#include "model/repaired_reader.h"
 
 namespace {
 
@@ -69,6 +72,39 @@ bool sameEntry(const Entry &a, const Entry &b) {
          a.spaceUsed == b.spaceUsed && a.zid == b.zid;
 }
 
+// The repair's bytes, without its insertions, are the input; the reader behind it only reads.
+void checkRepair(const std::uint8_t *data, std::size_t size) {
+  const int input = bytesFd(data, size);
+  std::string repaired;
+  std::vector<EndTagRepair::Insertion> insertions;
+  {
+    EndTagRepair step(input);
+    char buffer[4099];
+    for (long count; (count = step.read(buffer, sizeof buffer)) > 0;)
+      repaired.append(buffer, static_cast<std::size_t>(count));
+    insertions = step.insertions();
+  }
+  std::string back;
+  std::size_t from = 0;
+  for (const EndTagRepair::Insertion &insertion : insertions) {
+    if (insertion.offset < from || insertion.offset + insertion.length > repaired.size() ||
+        repaired.compare(insertion.offset, 2, "</") != 0)
+      std::abort();
+    back.append(repaired, from, insertion.offset - from);
+    from = insertion.offset + insertion.length;
+  }
+  back.append(repaired, from);
+  if (back != std::string_view(reinterpret_cast<const char *>(data), size)) std::abort();
+  lseek(input, 0, SEEK_SET);
+  {
+    RepairedReader reader(input, true, [](Finding) {});
+    Entry entry;
+    while (reader.next(entry)) {
+    }
+  }
+  close(input);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
@@ -88,5 +124,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
       if (!sameEntry(first.entries[at], second.entries[at])) std::abort();
   }
   close(output);
+  checkRepair(data, size);
   return 0;
 }
