@@ -15,6 +15,8 @@ public:
 
   // As DocumentReader::next(); the repair's findings still held are handed over at the end.
   bool next(Entry &entry);
+  // For failed(), readError() and onSection(); its position() and offset() are places in the
+  // repaired bytes.
   DocumentReader &reader() { return *reader_; }
 
 private:
