@@ -143,6 +143,16 @@ TEST(EndTagRepair, NeverClosesAnElementThatHoldsAnElementOutOfPlace) {
   }
 }
 
+TEST(EndTagRepair, TakesAnElementOutOfPlaceForALostEndTag) {
+  // Well-formed, with a <file> inside a <file>: the inner one is taken for the next file, and
+  // the outer end tag is then left without its element, for the reader to refuse.
+  const Repaired result =
+      repair("<metadata><trusteeInfo><file><file></file></file></trusteeInfo></metadata>");
+  EXPECT_EQ(result.bytes,
+            "<metadata><trusteeInfo><file></file><file></file></file></trusteeInfo></metadata>");
+  EXPECT_EQ(result.findings.size(), 1u);
+}
+
 TEST(EndTagRepair, StopsRepairingAtADocumentTypeDeclaration) {
   const std::string document = "<!DOCTYPE metadata><metadata><trusteeInfo></metadata>";
   EXPECT_EQ(repair(document).bytes, document);
