@@ -15,26 +15,12 @@ using namespace testing_support;
 
 namespace {
 
-class RestoreDriverTest : public testing::Test {
+class RestoreDriverTest : public RestoreWalkTest {
 protected:
-  void SetUp() override { resetProcessState(); }
-  void TearDown() override {
-    if (inputFd > 0) close(inputFd);
-    inputFd = 0;
-    freeReplyBuffer();
-  }
   int run(const std::string &doc, const char *mask, int rxlMode = 0) {
-    inputFd = openWithContents(dir, "doc.xml", doc);
-    resetTagReader();
-    Output output;
-    const int result = restoreMetadata("VOL1", nullptr, mask, nullptr, rxlMode);
-    output.finish();
-    out = output.out;
-    err = output.err;
-    return result;
+    return walkDocument(
+        doc, [mask, rxlMode] { return restoreMetadata("VOL1", nullptr, mask, nullptr, rxlMode); });
   }
-  TempDir dir;
-  std::string out, err;
 };
 
 const std::string kQuotaSections =
