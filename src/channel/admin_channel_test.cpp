@@ -36,6 +36,11 @@ protected:
     adminFd = open(dir_.file("files.cmd").c_str(), O_RDWR);
     ASSERT_GT(adminFd, 0);
   }
+  // Reads the reply to the request `marker` names into the fixture's result, description and
+  // name, at their full sizes.
+  int receive(const char *marker = "<addTrustee>") {
+    return receiveReply(marker, &result_, sizeof description_, description_, sizeof name_, name_);
+  }
 
   TempDir dir_;
   int result_ = 12345;
@@ -50,9 +55,7 @@ std::string reply(const std::string &inside) {
 TEST_F(AdminChannel, ReadsResultDescriptionAndName) {
   useReply(reply("<result value=\"-5\"><description>refused</description><name>bob</name>"
                  "</result>"));
-  EXPECT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
-                         name_),
-            0);
+  EXPECT_EQ(receive(), 0);
   EXPECT_EQ(result_, -5);
   EXPECT_STREQ(description_, "refused");
   EXPECT_STREQ(name_, "bob");
@@ -71,9 +74,7 @@ TEST_F(AdminChannel, ReplyOfExactlyBufferSizeMinusOneGrowsOnceBeforeTheFinalRead
   text.append(static_cast<std::size_t>(kReplyBufferStep - 1) - text.size(), ' ');
   ASSERT_EQ(text.size(), static_cast<std::size_t>(kReplyBufferStep - 1));
   useReply(text);
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
-                         name_),
-            0);
+  ASSERT_EQ(receive(), 0);
   EXPECT_EQ(replyBufferSize, 2 * kReplyBufferStep);
   EXPECT_EQ(std::strlen(replyBuffer), text.size());
   EXPECT_EQ(result_, 0);
@@ -84,9 +85,7 @@ TEST_F(AdminChannel, ReplyOneByteShorterDoesNotGrow) {
   std::string text = reply("<result value=\"0\"></result>");
   text.append(static_cast<std::size_t>(kReplyBufferStep - 2) - text.size(), ' ');
   useReply(text);
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
-                         name_),
-            0);
+  ASSERT_EQ(receive(), 0);
   EXPECT_EQ(replyBufferSize, kReplyBufferStep);
 }
 
@@ -109,9 +108,7 @@ TEST_F(AdminChannel, ReplyBufferStopsGrowingBeforeTheSigned32BitRange) {
   // Every later reply fails the same way, without reading.
   useReply(reply("<result value=\"0\"><description>ok</description></result>"));
   testing::internal::CaptureStderr();
-  EXPECT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
-                         name_),
-            -1);
+  EXPECT_EQ(receive(), -1);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "Error getting big enough buffer for trustees\n");
 }
@@ -120,9 +117,7 @@ TEST_F(AdminChannel, LongReplyIsReadWhole) {
   std::string text(3 * kReplyBufferStep, 'z');
   text += reply("<result value=\"4\"><description>late</description></result>");
   useReply(text);
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
-                         name_),
-            0);
+  ASSERT_EQ(receive(), 0);
   EXPECT_EQ(result_, 4);
   EXPECT_STREQ(description_, "late");
   EXPECT_EQ(replyBufferSize, 4 * kReplyBufferStep);
@@ -133,9 +128,7 @@ TEST_F(AdminChannel, ReplyWithoutTheSearchedElementIsUnrecognizedEvenWithAResult
       "<quillReply><addQuota><result value=\"0\"></result></addQuota></quillReply>";
   useReply(text);
   testing::internal::CaptureStderr();
-  EXPECT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
-                         name_),
-            -1);
+  EXPECT_EQ(receive(), -1);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "Unrecognized response to request.  response=" + text + "\n");
   EXPECT_EQ(result_, 12345);
@@ -145,9 +138,7 @@ TEST_F(AdminChannel, ReplyWithoutResultIsReported) {
   const std::string text = reply("<description>what</description>");
   useReply(text);
   testing::internal::CaptureStderr();
-  EXPECT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
-                         name_),
-            -1);
+  EXPECT_EQ(receive(), -1);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "Unable to find return value for the request.  response=" + text + "\n");
 }
@@ -156,9 +147,7 @@ TEST_F(AdminChannel, ResultBeforeTheSearchedElementDoesNotCount) {
   const std::string text = "<result value=\"0\"></result><removeTrustee>";
   useReply(text);
   testing::internal::CaptureStderr();
-  EXPECT_EQ(receiveReply("removeTrustee", &result_, sizeof description_, description_, sizeof name_,
-                         name_),
-            -1);
+  EXPECT_EQ(receive("removeTrustee"), -1);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "Unable to find return value for the request.  response=" + text + "\n");
 }
@@ -166,9 +155,7 @@ TEST_F(AdminChannel, ResultBeforeTheSearchedElementDoesNotCount) {
 TEST_F(AdminChannel, DescriptionLongerThan4095CharactersIsCutTo4095) {
   const std::string longText(5000, 'd');
   useReply(reply("<result value=\"3\"><description>" + longText + "</description></result>"));
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
-                         name_),
-            0);
+  ASSERT_EQ(receive(), 0);
   EXPECT_EQ(std::string(description_), longText.substr(0, 4095));
 }
 
@@ -176,26 +163,20 @@ TEST_F(AdminChannel, NameLongerThan767CharactersIsCutTo767) {
   const std::string longName(800, 'n');
   useReply(reply("<result value=\"3\"><description>d</description><name>" + longName +
                  "</name></result>"));
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
-                         name_),
-            0);
+  ASSERT_EQ(receive(), 0);
   EXPECT_EQ(std::string(name_), longName.substr(0, 767));
 }
 
 TEST_F(AdminChannel, ReplyWithoutNameYieldsAnEmptyName) {
   useReply(reply("<result value=\"1\"><description>no</description></result>"));
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
-                         name_),
-            0);
+  ASSERT_EQ(receive(), 0);
   EXPECT_STREQ(name_, "");
   EXPECT_STREQ(description_, "no");
 }
 
 TEST_F(AdminChannel, ReplyWithoutDescriptionYieldsAnEmptyDescription) {
   useReply(reply("<result value=\"2\"><name>who</name></result>"));
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
-                         name_),
-            0);
+  ASSERT_EQ(receive(), 0);
   EXPECT_EQ(result_, 2);
   EXPECT_STREQ(description_, "");
   EXPECT_STREQ(name_, "who");
@@ -203,9 +184,7 @@ TEST_F(AdminChannel, ReplyWithoutDescriptionYieldsAnEmptyDescription) {
 
 TEST_F(AdminChannel, NameBeforeTheDescriptionIsNotTaken) {
   useReply(reply("<result value=\"2\"><name>early</name><description>d</description></result>"));
-  ASSERT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
-                         name_),
-            0);
+  ASSERT_EQ(receive(), 0);
   EXPECT_STREQ(name_, "");
 }
 
@@ -213,9 +192,7 @@ TEST_F(AdminChannel, ReadErrorStopsWithItsMessageAndErrno) {
   adminFd = open(dir_.path().c_str(), O_RDONLY | O_DIRECTORY);
   ASSERT_GT(adminFd, 0);
   testing::internal::CaptureStderr();
-  EXPECT_EQ(receiveReply("<addTrustee>", &result_, sizeof description_, description_, sizeof name_,
-                         name_),
-            EISDIR);
+  EXPECT_EQ(receive(), EISDIR);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "Error reading the reply from the admin file system.  err=Is a directory\n");
 }
@@ -227,8 +204,7 @@ TEST_F(AdminChannel, PositioningFailureIsReportedByBothOperations) {
   std::strcpy(requestBuffer, "<x/>");
   testing::internal::CaptureStderr();
   EXPECT_EQ(sendRequest(), ESPIPE);
-  EXPECT_EQ(receiveReply("<x>", &result_, sizeof description_, description_, sizeof name_, name_),
-            ESPIPE);
+  EXPECT_EQ(receive("<x>"), ESPIPE);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "Error setting file position for admin file system operation.  err=Illegal seek\n"
             "Error setting file position for admin file system operation.  err=Illegal seek\n");

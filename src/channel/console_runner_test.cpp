@@ -21,23 +21,13 @@ using namespace testing_support;
 
 char *arg(const char *text) { return const_cast<char *>(text); }
 
-class ConsoleRunner : public testing::Test {
+class ConsoleRunner : public ConsoleTest {
 protected:
-  void SetUp() override {
-    resetRunSettings();
-    ASSERT_FALSE(dir_.path().empty());
-    removeConsoleTempFile();
-  }
-  void TearDown() override { removeConsoleTempFile(); }
-
   // Runs the fake command `name` with no arguments of its own.
   int run(const char *name, char *tempName) {
     char *const argv[] = {arg(name), nullptr};
     return runCommand(name, argv, tempName);
   }
-
-  TempDir dir_;
-  PathGuard path_{dir_.path()};
 };
 
 TEST_F(ConsoleRunner, CommandExitingZeroGivesZero) {

@@ -1,6 +1,7 @@
 #include "ctl/prepared_report.h"
 
 #include "ctl/scratch_file.h"
+#include "model/utf8.h"
 
 #include <fcntl.h>
 #include <stdlib.h>
@@ -25,24 +26,6 @@ bool writeAll(int fd, const char *data, std::size_t size) {
     size -= static_cast<std::size_t>(count);
   }
   return true;
-}
-
-void appendUtf8(std::string &out, char32_t code) {
-  if (code < 0x80) {
-    out += static_cast<char>(code);
-  } else if (code < 0x800) {
-    out += static_cast<char>(0xc0 | (code >> 6));
-    out += static_cast<char>(0x80 | (code & 0x3f));
-  } else if (code < 0x10000) {
-    out += static_cast<char>(0xe0 | (code >> 12));
-    out += static_cast<char>(0x80 | ((code >> 6) & 0x3f));
-    out += static_cast<char>(0x80 | (code & 0x3f));
-  } else {
-    out += static_cast<char>(0xf0 | (code >> 18));
-    out += static_cast<char>(0x80 | ((code >> 12) & 0x3f));
-    out += static_cast<char>(0x80 | ((code >> 6) & 0x3f));
-    out += static_cast<char>(0x80 | (code & 0x3f));
-  }
 }
 
 // Turns UTF-16 into UTF-8, keeping what is left of a unit or a pair for the next chunk.

@@ -11,55 +11,31 @@
 
 namespace {
 
-struct Unescaped {
-  std::string text;
-  int result;
-};
-
-Unescaped unescape(const char *input) {
+// Decodes `input` in place and checks the text left and the count returned.
+void expectUnescaped(const char *input, const std::string &text, int result) {
   char buffer[256];
   std::strcpy(buffer, input);
-  const int result = unescapeXml(buffer);
-  return {buffer, result};
+  EXPECT_EQ(unescapeXml(buffer), result) << input;
+  EXPECT_EQ(std::string(buffer), text) << input;
 }
 
 TEST(UnescapeXml, DecodesAndReturnsTheReplacedLength) {
-  Unescaped u = unescape("a&lt;b&amp;c");
-  EXPECT_EQ(u.text, "a<b&c");
-  EXPECT_EQ(u.result, 9);
+  expectUnescaped("a&lt;b&amp;c", "a<b&c", 9);
 }
 
-TEST(UnescapeXml, PlainTextIsUnchangedWithZero) {
-  Unescaped u = unescape("plain");
-  EXPECT_EQ(u.text, "plain");
-  EXPECT_EQ(u.result, 0);
-}
+TEST(UnescapeXml, PlainTextIsUnchangedWithZero) { expectUnescaped("plain", "plain", 0); }
 
 TEST(UnescapeXml, NullGivesMinusOne) { EXPECT_EQ(unescapeXml(nullptr), -1); }
 
 TEST(UnescapeXml, AllFiveReferences) {
-  Unescaped u = unescape("&lt;&gt;&amp;&apos;&quot;");
-  EXPECT_EQ(u.text, "<>&'\"");
-  EXPECT_EQ(u.result, 4 + 4 + 5 + 6 + 6);
+  expectUnescaped("&lt;&gt;&amp;&apos;&quot;", "<>&'\"", 4 + 4 + 5 + 6 + 6);
 }
 
-TEST(UnescapeXml, DecodedAmpersandIsNotDecodedAgain) {
-  Unescaped u = unescape("&amp;lt;");
-  EXPECT_EQ(u.text, "&lt;");
-  EXPECT_EQ(u.result, 5);
-}
+TEST(UnescapeXml, DecodedAmpersandIsNotDecodedAgain) { expectUnescaped("&amp;lt;", "&lt;", 5); }
 
-TEST(UnescapeXml, SingleReferenceAtTheEnd) {
-  Unescaped u = unescape("x&gt;");
-  EXPECT_EQ(u.text, "x>");
-  EXPECT_EQ(u.result, 4);
-}
+TEST(UnescapeXml, SingleReferenceAtTheEnd) { expectUnescaped("x&gt;", "x>", 4); }
 
-TEST(UnescapeXml, WholeStringIsOneReference) {
-  Unescaped u = unescape("&amp;");
-  EXPECT_EQ(u.text, "&");
-  EXPECT_EQ(u.result, 5);
-}
+TEST(UnescapeXml, WholeStringIsOneReference) { expectUnescaped("&amp;", "&", 5); }
 
 // An '&' that begins no known reference keeps the walk on it for good: run it in a child and
 // check that it is still running after a while.

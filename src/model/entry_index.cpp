@@ -2,15 +2,6 @@
 
 #include <cstring>
 
-std::uint64_t keyHash(std::string_view key) {
-  std::uint64_t hash = std::hash<std::string_view>{}(key);
-  // A final mix, so that the low bits that pick a slot depend on every bit of the key.
-  hash ^= hash >> 33;
-  hash *= 0xff51afd7ed558ccdULL;
-  hash ^= hash >> 33;
-  return hash == 0 ? 1 : hash;
-}
-
 namespace {
 
 void putText(char *&at, const std::string &text) {
@@ -68,39 +59,29 @@ std::size_t EntryIndex::load(const char *start, Entry &entry) {
   return static_cast<std::size_t>(at - start);
 }
 
-std::size_t EntryIndex::find(std::uint64_t hash, const std::string &key) const {
-  if (hashes_.empty()) return SIZE_MAX;
-  const std::size_t mask = hashes_.size() - 1;
-  for (std::size_t slot = hash & mask; hashes_[slot] != 0; slot = (slot + 1) & mask) {
-    if (hashes_[slot] != hash) continue;
-    load(recordAt(refs_[slot]), scratch_);
-    entryKey(scratch_, otherKey_);
-    if (otherKey_ == key) return slot;
-  }
-  return SIZE_MAX;
+bool EntryIndex::holdsKey(std::uint64_t ref) {
+  load(recordAt(ref), scratch_);
+  entryKey(scratch_, otherKey_);
+  return otherKey_ == key_;
 }
 
 bool EntryIndex::add(const Entry &entry) {
   entryKey(entry, key_);
-  const std::uint64_t hash = keyHash(key_);
-  if (find(hash, key_) != SIZE_MAX) return false;
-  if ((count_ + 1) * 4 > hashes_.size() * 3) grow();
-  const std::size_t mask = hashes_.size() - 1;
-  std::size_t slot = hash & mask;
-  while (hashes_[slot] != 0)
-    slot = (slot + 1) & mask;
-  hashes_[slot] = hash;
-  refs_[slot] = store(entry);
-  ++count_;
-  return true;
+  bool added = false;
+  std::uint64_t *ref = refs_.findOrAdd(
+      keyHash(key_), [this](std::uint64_t at) { return holdsKey(at); }, 0, added);
+  // The record is stored only once the key is known to be new.
+  if (added) *ref = store(entry);
+  return added;
 }
 
 bool EntryIndex::match(const Entry &entry, Entry &stored) {
   entryKey(entry, key_);
-  const std::size_t slot = find(keyHash(key_), key_);
-  if (slot == SIZE_MAX) return false;
+  const std::uint64_t *ref =
+      refs_.find(keyHash(key_), [this](std::uint64_t at) { return holdsKey(at); });
+  if (ref == nullptr) return false;
   stored = scratch_;
-  recordAt(refs_[slot])[3] = 1;
+  recordAt(*ref)[3] = 1;
   return true;
 }
 
@@ -114,20 +95,4 @@ void EntryIndex::forEachUnmatched(const std::function<void(const Entry &)> &visi
       offset += size;
     }
   }
-}
-
-void EntryIndex::grow() {
-  std::vector<std::uint64_t> hashes(hashes_.empty() ? 1024 : hashes_.size() * 2, 0);
-  std::vector<std::uint64_t> refs(hashes.size(), 0);
-  const std::size_t mask = hashes.size() - 1;
-  for (std::size_t old = 0; old < hashes_.size(); ++old) {
-    if (hashes_[old] == 0) continue;
-    std::size_t slot = hashes_[old] & mask;
-    while (hashes[slot] != 0)
-      slot = (slot + 1) & mask;
-    hashes[slot] = hashes_[old];
-    refs[slot] = refs_[old];
-  }
-  hashes_.swap(hashes);
-  refs_.swap(refs);
 }

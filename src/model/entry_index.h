@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "model/entry.h"
+#include "model/hash_slots.h"
 
 class EntryIndex {
 public:
@@ -21,7 +22,7 @@ public:
   // Every stored entry that no match() has found, in the order they were added.
   void forEachUnmatched(const std::function<void(const Entry &)> &visit) const;
 
-  std::size_t size() const { return count_; }
+  std::size_t size() const { return refs_.size(); }
 
 private:
   static constexpr std::size_t kBlockSize = std::size_t(1) << 20;
@@ -30,19 +31,14 @@ private:
   // Reads the record at `at` into `entry`; returns the record's size.
   static std::size_t load(const char *at, Entry &entry);
   char *recordAt(std::uint64_t ref) const;
-  std::size_t find(std::uint64_t hash, const std::string &key) const;
-  void grow();
+  // Whether the record at `ref` holds the entry of key `key_`, read into `scratch_`.
+  bool holdsKey(std::uint64_t ref);
 
   std::vector<std::unique_ptr<char[]>> blocks_;
-  std::size_t used_ = kBlockSize;      // bytes used in the last block
-  std::vector<std::uint64_t> hashes_;  // 0 marks a free slot
-  std::vector<std::uint64_t> refs_;    // block << 20 | offset of the entry's record
-  std::vector<std::size_t> filled_;    // bytes used in each block
-  std::size_t count_ = 0;
-  mutable std::string key_;
-  mutable std::string otherKey_;
-  mutable Entry scratch_;
+  std::size_t used_ = kBlockSize;    // bytes used in the last block
+  HashSlots<std::uint64_t> refs_;    // block << 20 | offset of the entry's record, by key hash
+  std::vector<std::size_t> filled_;  // bytes used in each block
+  std::string key_;
+  std::string otherKey_;
+  Entry scratch_;
 };
-
-// The 64-bit hash of an entry key that EntryIndex and KeySet use (never 0).
-std::uint64_t keyHash(std::string_view key);

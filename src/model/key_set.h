@@ -4,7 +4,8 @@
 #pragma once
 #include <cstdint>
 #include <string_view>
-#include <vector>
+
+#include "model/hash_slots.h"
 
 class KeySet {
 public:
@@ -12,12 +13,8 @@ public:
   // occurrence. Two different keys share a hash with a chance of about n*n/2^65.
   unsigned long insert(std::string_view key, unsigned long line);
 
-  std::size_t size() const { return count_; }
+  std::size_t size() const { return lines_.size(); }
 
 private:
-  void grow();
-
-  std::vector<std::uint64_t> hashes_;  // 0 marks a free slot
-  std::vector<std::uint32_t> lines_;
-  std::size_t count_ = 0;
+  HashSlots<std::uint32_t> lines_;
 };

@@ -1,26 +1,10 @@
 #include "model/server_text.h"
 
+#include "model/utf8.h"
+
 #include <cstdlib>
 
 namespace {
-
-void appendUtf8(std::string &out, unsigned long code) {
-  if (code < 0x80) {
-    out += static_cast<char>(code);
-  } else if (code < 0x800) {
-    out += static_cast<char>(0xC0 | (code >> 6));
-    out += static_cast<char>(0x80 | (code & 0x3F));
-  } else if (code < 0x10000) {
-    out += static_cast<char>(0xE0 | (code >> 12));
-    out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (code & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (code >> 18));
-    out += static_cast<char>(0x80 | ((code >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (code & 0x3F));
-  }
-}
 
 // Decodes the reference at text[0] == '&' into out; returns its length, or 0 for none.
 std::size_t decodeReference(std::string_view text, std::string &out) {
@@ -43,7 +27,7 @@ std::size_t decodeReference(std::string_view text, std::string &out) {
   char *end = nullptr;
   const unsigned long code = std::strtoul(digits.c_str(), &end, hex ? 16 : 10);
   if (*end != '\0' || code == 0 || code > 0x10FFFF) return 0;
-  appendUtf8(out, code);
+  appendUtf8(out, static_cast<char32_t>(code));
   return semicolon + 1;
 }
 

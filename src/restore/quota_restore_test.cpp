@@ -33,44 +33,18 @@ std::string dirRequest(const std::string &fileName, const std::string &quota, bo
          "</quotaAmount></addQuota></directoryQuota></fileRequest>";
 }
 
-class QuotaRestoreTest : public testing::Test {
+class QuotaRestoreTest : public RestoreWalkTest {
 protected:
-  void SetUp() override { resetProcessState(); }
-  void TearDown() override {
-    if (inputFd > 0) close(inputFd);
-    inputFd = 0;
-    if (filterCompiled) regfree(&filter);
-    freeReplyBuffer();
-  }
-  template <typename Walk>
-  int run(const std::string &section, Walk walk, const std::string &reply) {
-    inputFd = openWithContents(dir, "doc.xml", section);
-    resetTagReader();
-    FakeAdminFile admin(dir, reply);
-    Output output;
-    const int result = walk();
-    output.finish();
-    out = output.out;
-    err = output.err;
-    requests = admin.requests();
-    return result;
-  }
   int users(const std::string &section, const char *tree = nullptr,
             const std::string &reply = replyWith(0)) {
-    return run(
+    return walkDocument(
         section, [tree] { return walkUserQuotaSection("VOL1", tree); }, reply);
   }
   int dirs(const std::string &section, const std::string &reply = replyWith(0)) {
-    const regex_t *used = filterCompiled ? &filter : nullptr;
-    return run(
+    const regex_t *used = usedFilter();
+    return walkDocument(
         section, [used] { return walkDirQuotaSection("/srv/vol1", used); }, reply);
   }
-
-  TempDir dir;
-  regex_t filter{};
-  bool filterCompiled = false;
-  std::string out, err;
-  std::vector<std::string> requests;
 };
 
 const std::string kTwoUsers =
@@ -202,8 +176,7 @@ TEST_F(QuotaRestoreTest, DirectoryPathGetsTheMountPointAndForwardSlashes) {
 }
 
 TEST_F(QuotaRestoreTest, DirectoryFilterSeesTheMountPointAndPassesOthersSilently) {
-  ASSERT_EQ(regcomp(&filter, "^/srv/vol1/projects", REG_NOSUB), 0);
-  filterCompiled = true;
+  useFilter("^/srv/vol1/projects");
   showActions = 1;
   EXPECT_EQ(dirs("<directory><path>\\home\\x</path><quotaAmount>1</quotaAmount></directory>"
                  "<directory><path>\\projects\\y</path><quotaAmount>2</quotaAmount></directory>"

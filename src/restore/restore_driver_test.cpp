@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <ostream>
 #include <string>
 
 #include "document/run_settings.h"
@@ -15,26 +16,19 @@ using namespace testing_support;
 
 namespace {
 
-class RestoreDriverTest : public testing::Test {
+class RestoreDriverTest : public RestoreWalkTest {
 protected:
-  void SetUp() override { resetProcessState(); }
-  void TearDown() override {
-    if (inputFd > 0) close(inputFd);
-    inputFd = 0;
-    freeReplyBuffer();
-  }
   int run(const std::string &doc, const char *mask, int rxlMode = 0) {
-    inputFd = openWithContents(dir, "doc.xml", doc);
-    resetTagReader();
-    Output output;
-    const int result = restoreMetadata("VOL1", nullptr, mask, nullptr, rxlMode);
-    output.finish();
-    out = output.out;
-    err = output.err;
-    return result;
+    return walkDocument(
+        doc, [mask, rxlMode] { return restoreMetadata("VOL1", nullptr, mask, nullptr, rxlMode); });
   }
-  TempDir dir;
-  std::string out, err;
+  // Restores `doc` with the actions shown and checks that it succeeds printing nothing.
+  void expectQuiet(const std::string &doc, const char *mask, int rxlMode = 0) {
+    showActions = 1;
+    EXPECT_EQ(run(doc, mask, rxlMode), 0);
+    EXPECT_EQ(out, "");
+    EXPECT_EQ(err, "");
+  }
 };
 
 const std::string kQuotaSections =
@@ -42,80 +36,67 @@ const std::string kQuotaSections =
     "<dirInfo>\n<directory><path>\\a</path><quotaAmount>1</quotaAmount></directory>\n</dirInfo>\n";
 
 TEST_F(RestoreDriverTest, EmptyMetadataRestoresNothing) {
-  showActions = 1;
-  EXPECT_EQ(run("<metadata></metadata>", ""), 0);
-  EXPECT_EQ(out, "");
-  EXPECT_EQ(err, "");
-}
-
-TEST_F(RestoreDriverTest, EmptyInputIsUnrecognizedNotCutOff) {
-  EXPECT_EQ(run("", ""), -1);
-  EXPECT_EQ(err, "Unrecognized file contents.  Unable to start the restore\n");
-}
-
-TEST_F(RestoreDriverTest, XmlDeclarationFirstIsUnrecognized) {
-  EXPECT_EQ(run("<?xml version=\"1.0\"?>\n<metadata></metadata>", ""), -1);
-  EXPECT_EQ(err, "Unrecognized file contents.  Unable to start the restore\n");
-}
-
-TEST_F(RestoreDriverTest, DocumentWithoutTheRootIsRefusedAsAWhole) {
-  EXPECT_EQ(run("<trusteeInfo></trusteeInfo>", ""), -1);
-  EXPECT_EQ(err, "Unrecognized file contents.  Unable to start the restore\n");
-}
-
-TEST_F(RestoreDriverTest, EndTagMetadataFirstIsAccepted) {
-  EXPECT_EQ(run("</metadata><x/></metadata>", "t"), 0);
-  EXPECT_EQ(err, "Unrecognized tag: x\n");
+  expectQuiet("<metadata></metadata>", "");
 }
 
 TEST_F(RestoreDriverTest, TrusteeMaskSkipsQuotaSectionsQuietly) {
-  showActions = 1;
-  EXPECT_EQ(run("<metadata>\n" + kQuotaSections + "</metadata>\n", "t"), 0);
-  EXPECT_EQ(out, "");
-  EXPECT_EQ(err, "");
+  expectQuiet("<metadata>\n" + kQuotaSections + "</metadata>\n", "t");
 }
 
 TEST_F(RestoreDriverTest, RxlModeNeverRestoresQuotas) {
-  showActions = 1;
-  EXPECT_EQ(run("<metadata>\n" + kQuotaSections + "</metadata>\n", "a", 1), 0);
-  EXPECT_EQ(out, "");
-  EXPECT_EQ(err, "");
+  expectQuiet("<metadata>\n" + kQuotaSections + "</metadata>\n", "a", 1);
 }
 
-TEST_F(RestoreDriverTest, UserMaskSkipsTrusteeSections) {
-  EXPECT_EQ(run("<metadata><trusteeInfo><file><path>/f</path></file></trusteeInfo>"
-                "<dirInfo></dirInfo></metadata>",
-                "u"),
-            0);
-  EXPECT_EQ(err, "");
+// Documents of which the status and the messages are all there is to check.
+struct DriverCase {
+  const char *name;
+  std::string document;
+  const char *mask;
+  int result;
+  const char *err;
+};
+
+void PrintTo(const DriverCase &driverCase, std::ostream *out) { *out << driverCase.name; }
+
+class RestoreDriverCase : public RestoreDriverTest,
+                          public testing::WithParamInterface<DriverCase> {};
+
+TEST_P(RestoreDriverCase, GivesItsStatusAndMessages) {
+  EXPECT_EQ(run(GetParam().document, GetParam().mask), GetParam().result);
+  EXPECT_EQ(err, GetParam().err);
 }
 
-TEST_F(RestoreDriverTest, MissingMetadataEndGivesMinus99) {
-  // The input runs out after the last tag: the reader gives that tag once more, then -99.
-  EXPECT_EQ(run("<metadata>\n<foo>\n", "t"), kEndOfInput);
-  EXPECT_EQ(err, "Unrecognized tag: foo\nUnrecognized tag: foo\n");
-}
+constexpr char kUnrecognized[] = "Unrecognized file contents.  Unable to start the restore\n";
 
-TEST_F(RestoreDriverTest, MissingMetadataEndAfterASkippedSectionSkipsItAgain) {
-  // The repeated start tag of the skipped section is skipped once more, and finds no end tag.
-  EXPECT_EQ(run("<metadata>\n" + kQuotaSections, "t"), -1);
-  EXPECT_EQ(err, "Unable to find end tag: dirInfo\n");
-}
-
-TEST_F(RestoreDriverTest, StrayTopLevelTagIsReportedAndTheRestoreGoesOn) {
-  EXPECT_EQ(run("<metadata><foo><bar/></foo></metadata>", ""), 0);
-  EXPECT_EQ(err, "Unrecognized tag: foo\nUnrecognized tag: bar\n");
-}
-
-TEST_F(RestoreDriverTest, SkippedSectionWithoutItsEndTagEndsTheRestore) {
-  EXPECT_EQ(run("<metadata><userInfo><user>", "t"), -1);
-  EXPECT_EQ(err, "Unable to find end tag: userInfo\n");
-}
-
-TEST_F(RestoreDriverTest, UnknownMaskLetterIsReturnedAsItStands) {
-  EXPECT_EQ(run("<metadata></metadata>", "q"), -1);
-  EXPECT_EQ(err, "Unknown metadata type in the mask: q\n");
-}
+INSTANTIATE_TEST_SUITE_P(
+    RestoreDriverTest, RestoreDriverCase,
+    testing::Values(
+        DriverCase{"EmptyInputIsUnrecognizedNotCutOff", "", "", -1, kUnrecognized},
+        DriverCase{"XmlDeclarationFirstIsUnrecognized",
+                   "<?xml version=\"1.0\"?>\n<metadata></metadata>", "", -1, kUnrecognized},
+        DriverCase{"DocumentWithoutTheRootIsRefusedAsAWhole", "<trusteeInfo></trusteeInfo>", "", -1,
+                   kUnrecognized},
+        DriverCase{"EndTagMetadataFirstIsAccepted", "</metadata><x/></metadata>", "t", 0,
+                   "Unrecognized tag: x\n"},
+        DriverCase{"UserMaskSkipsTrusteeSections",
+                   "<metadata><trusteeInfo><file><path>/f</path></file></trusteeInfo>"
+                   "<dirInfo></dirInfo></metadata>",
+                   "u", 0, ""},
+        // The input runs out after the last tag: the reader gives that tag once more, then -99.
+        DriverCase{"MissingMetadataEndGivesMinus99", "<metadata>\n<foo>\n", "t", kEndOfInput,
+                   "Unrecognized tag: foo\nUnrecognized tag: foo\n"},
+        // The repeated start tag of the skipped section is skipped once more, and finds no end
+        // tag.
+        DriverCase{"MissingMetadataEndAfterASkippedSectionSkipsItAgain",
+                   "<metadata>\n" + kQuotaSections, "t", -1, "Unable to find end tag: dirInfo\n"},
+        DriverCase{"StrayTopLevelTagIsReportedAndTheRestoreGoesOn",
+                   "<metadata><foo><bar/></foo></metadata>", "", 0,
+                   "Unrecognized tag: foo\nUnrecognized tag: bar\n"},
+        DriverCase{"SkippedSectionWithoutItsEndTagEndsTheRestore", "<metadata><userInfo><user>",
+                   "t", -1, "Unable to find end tag: userInfo\n"},
+        DriverCase{"UnknownMaskLetterIsReturnedAsItStands", "<metadata></metadata>", "q", -1,
+                   "Unknown metadata type in the mask: q\n"}),
+    [](const testing::TestParamInfo<DriverCase> &info) { return std::string(info.param.name); });
 
 TEST_F(RestoreDriverTest, DebugTraceLabelsTheFirstTagAndTheDriver) {
   debug = 1;

@@ -14,15 +14,8 @@ using namespace testing_support;
 
 // A fake "rxlcon" first on PATH: it logs its arguments, one "[...]" each and a line end per run,
 // then does what the test asks.
-class RxlRestore : public testing::Test {
+class RxlRestore : public ConsoleTest {
 protected:
-  void SetUp() override {
-    resetRunSettings();
-    ASSERT_FALSE(dir_.path().empty());
-    removeConsoleTempFile();
-  }
-  void TearDown() override { removeConsoleTempFile(); }
-
   void fakeRxlcon(const std::string &behaviour) {
     writeScript(dir_, "rxlcon",
                 "for a in \"$@\"; do printf '[%s]' \"$a\"; done >> " + log() + "\necho >> " +
@@ -47,9 +40,6 @@ protected:
     std::strncpy(name_, name, sizeof name_ - 1);
     return captured([&] { return addRxlTrustee(path, name_, rights); });
   }
-
-  TempDir dir_;
-  PathGuard path_{dir_.path()};
   std::string out_;
   std::string err_;
   char name_[1024] = "";

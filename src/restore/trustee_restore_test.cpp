@@ -39,42 +39,16 @@ std::string irfRequest(const std::string &irf, const std::string &path, bool gem
          (gemel ? "<gemelPath/>" : "") + "</modifyInheritedRightsFilter></trustees>" + kClose;
 }
 
-class TrusteeRestoreTest : public testing::Test {
+class TrusteeRestoreTest : public RestoreWalkTest {
 protected:
-  void SetUp() override { resetProcessState(); }
-  void TearDown() override {
-    if (inputFd > 0) close(inputFd);
-    inputFd = 0;
-    if (filterCompiled) regfree(&filter);
-    freeReplyBuffer();
-  }
   // Runs the section walker over `section` (the text after <trusteeInfo>) with /srv/vol1 as the
   // mount point and every request answered by `reply`.
   int run(const std::string &section, const std::string &reply = replyWith(0),
           const char *tree = nullptr) {
-    inputFd = openWithContents(dir, "doc.xml", section);
-    resetTagReader();
-    FakeAdminFile admin(dir, reply);
-    Output output;
-    const int result = walkTrusteeSection("/srv/vol1", filterCompiled ? &filter : nullptr, tree, 0);
-    output.finish();
-    close(inputFd);
-    inputFd = 0;
-    out = output.out;
-    err = output.err;
-    requests = admin.requests();
-    return result;
+    const regex_t *used = usedFilter();
+    return walkDocument(
+        section, [used, tree] { return walkTrusteeSection("/srv/vol1", used, tree, 0); }, reply);
   }
-  void useFilter(const char *expression) {
-    ASSERT_EQ(regcomp(&filter, expression, REG_NOSUB), 0);
-    filterCompiled = true;
-  }
-
-  TempDir dir;
-  regex_t filter{};
-  bool filterCompiled = false;
-  std::string out, err;
-  std::vector<std::string> requests;
 };
 
 TEST_F(TrusteeRestoreTest, ArborTrusteeSendsItsRequestAndConfirmsWithActions) {

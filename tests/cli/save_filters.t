@@ -1,6 +1,6 @@
-The path and user-type filters of a save.
+The path and user-type filters of a save, on the volume that data/save_volume.sh seeds.
 
-    $ quillsim volume add VOL1 && quillsim file add VOL1 /test1/a /test2/b /test10/c && quillsim user add bob.corp.TREE. && quillsim user add-ad S-1-5-21-1-2-3-1104 ann && quillsim trustee add VOL1 /test1/a bob.corp.TREE. rwf && quillsim trustee add-ad VOL1 /test1/a S-1-5-21-1-2-3-1104 rf && quillsim trustee add-ad VOL1 /test2/b S-1-5-21-1-2-3-1104 r && quillsim trustee add VOL1 /test10/c bob.corp.TREE. r && quillsim irf set VOL1 /test2 rf && quillsim quota user VOL1 bob.corp.TREE. 1000 && quillsim quota user VOL1 ann 2000 --ad && quillsim quota dir VOL1 /test1 77 && quillsim quota dir VOL1 /test2 88
+    $ bash $DATA/data/save_volume.sh VOL1
     ? 0
 
 With -p the trustee section keeps the files whose path begins with the given path (a plain

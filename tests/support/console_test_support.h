@@ -2,12 +2,14 @@
 // temporary file "/tmp/trovan<pid>", which every test removes afterwards.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <string>
 
+#include "document/run_settings.h"
 #include "file_text.h"
 #include "temp_directory.h"
 
@@ -59,5 +61,20 @@ inline bool exists(const std::string &name) {
   struct stat info;
   return lstat(name.c_str(), &info) == 0;
 }
+
+// A test of a console path: the run settings reset, a folder of fake commands first on PATH, and
+// no runner temporary file before or after each case.
+class ConsoleTest : public testing::Test {
+protected:
+  void SetUp() override {
+    resetRunSettings();
+    ASSERT_FALSE(dir_.path().empty());
+    removeConsoleTempFile();
+  }
+  void TearDown() override { removeConsoleTempFile(); }
+
+  TempDir dir_;
+  PathGuard path_{dir_.path()};
+};
 
 }  // namespace testing_support

@@ -9,6 +9,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <regex.h>
 #include <stdlib.h>
 #include <unistd.h>
 
@@ -98,5 +99,58 @@ inline void resetProcessState() {
   allocateReplyBuffer();
   arborUsers = adUsers = 1;
 }
+
+// A test of the restore walkers: the process state reset before each case, a document on
+// inputFd, an optional path filter, and what a walk printed and sent.
+class RestoreWalkTest : public testing::Test {
+protected:
+  void SetUp() override { resetProcessState(); }
+  void TearDown() override {
+    closeInput();
+    if (filterCompiled) regfree(&filter);
+    freeReplyBuffer();
+  }
+
+  // Runs `walk` over `document` on inputFd with every request answered by `reply`, keeping what
+  // it printed and the requests it sent.
+  template <typename Walk>
+  int walkDocument(const std::string &document, Walk walk, const std::string &reply) {
+    FakeAdminFile admin(dir, reply);
+    const int result = walkDocument(document, walk);
+    requests = admin.requests();
+    return result;
+  }
+  // The same with no command file. inputFd stays open, where the walk left it, until the next
+  // walk or the end of the case.
+  template <typename Walk> int walkDocument(const std::string &document, Walk walk) {
+    closeInput();
+    inputFd = openWithContents(dir, "doc.xml", document);
+    resetTagReader();
+    Output output;
+    const int result = walk();
+    output.finish();
+    out = output.out;
+    err = output.err;
+    return result;
+  }
+
+  void useFilter(const char *expression) {
+    ASSERT_EQ(regcomp(&filter, expression, REG_NOSUB), 0);
+    filterCompiled = true;
+  }
+  const regex_t *usedFilter() const { return filterCompiled ? &filter : nullptr; }
+
+  TempDir dir;
+  regex_t filter{};
+  bool filterCompiled = false;
+  std::string out, err;
+  std::vector<std::string> requests;
+
+private:
+  static void closeInput() {
+    if (inputFd > 0) close(inputFd);
+    inputFd = 0;
+  }
+};
 
 }  // namespace testing_support

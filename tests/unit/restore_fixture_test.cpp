@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cstdio>
+#include <cstring>
 #include <string>
 
 #include "channel/admin_channel.h"
@@ -56,6 +58,40 @@ TEST(RestoreFixture, ResetPutsBackEverySetting) {
   close(inputFd);
   resetProcessState();
   freeReplyBuffer();
+}
+
+class RestoreWalk : public RestoreWalkTest {};
+
+TEST_F(RestoreWalk, KeepsWhatTheWalkPrintedAndSent) {
+  const int result = walkDocument(
+      "<doc/>",
+      [] {
+        std::printf("out");
+        std::fprintf(stderr, "err");
+        std::strcpy(requestBuffer, "<virtualIO>one");
+        return sendRequest() == 0 ? 7 : -1;
+      },
+      replyWith(0));
+  EXPECT_EQ(result, 7);
+  EXPECT_EQ(out, "out");
+  EXPECT_EQ(err, "err");
+  ASSERT_EQ(requests.size(), 1u);
+  EXPECT_EQ(requests[0], "<virtualIO>one");
+}
+
+TEST_F(RestoreWalk, ANewWalkClosesTheDocumentOfTheLast) {
+  int first = -1;
+  walkDocument("<a/>", [&first] { return first = inputFd; });
+  ASSERT_GT(first, 0);
+  // The lowest free descriptor is taken again only if the first document's was closed.
+  walkDocument("<b/>", [] { return 0; });
+  EXPECT_EQ(inputFd, first);
+}
+
+TEST_F(RestoreWalk, FilterIsGivenOnlyOnceCompiled) {
+  EXPECT_EQ(usedFilter(), nullptr);
+  useFilter("^/a");
+  EXPECT_EQ(usedFilter(), &filter);
 }
 
 }  // namespace
