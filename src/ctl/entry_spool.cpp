@@ -16,12 +16,14 @@ constexpr std::size_t kBlockSize = 1 << 20;
 
 // The fixed part of an entry in the spool; its texts follow, each a 32-bit length and the bytes.
 // A raw text the same as its decoded one (most are) is not written again: a bit of sameRaw says.
+// Rights written out of table order follow the texts, flagged by kWrittenOrder.
 struct Head {
   std::uint64_t line, column, pathLine, pathColumn;
   RightsSet rights;
   EntryKind kind;
   std::uint8_t ad, cdata, sameRaw;
 };
+constexpr std::uint8_t kWrittenOrder = 0x80;
 
 // The decoded texts of an entry, and the raw ones beside them.
 constexpr std::string Entry::*kDecoded[] = {&Entry::path, &Entry::name, &Entry::id, &Entry::amount};
@@ -83,6 +85,8 @@ void EntrySpool::write(const Entry &entry) {
   for (std::size_t at = 0; at < std::size(kRaw); ++at)
     if (entry.*kRaw[at] == entry.*kDecoded[at])
       head.sameRaw = static_cast<std::uint8_t>(head.sameRaw | (1u << at));
+  if (!entry.rights.written().empty())
+    head.sameRaw = static_cast<std::uint8_t>(head.sameRaw | kWrittenOrder);
   put(&head, sizeof head);
   for (const auto text : kDecoded)
     putText(entry.*text);
@@ -90,6 +94,7 @@ void EntrySpool::write(const Entry &entry) {
     putText(entry.*text);
   for (std::size_t at = 0; at < std::size(kRaw); ++at)
     if ((head.sameRaw & (1u << at)) == 0) putText(entry.*kRaw[at]);
+  if ((head.sameRaw & kWrittenOrder) != 0) putText(entry.rights.written());
   ++count_;
 }
 
@@ -151,6 +156,10 @@ bool EntrySpool::read(Entry &entry) {
       entry.*kRaw[at] = entry.*kDecoded[at];
     else if (!getText(entry.*kRaw[at]))
       return false;
+  }
+  if ((head.sameRaw & kWrittenOrder) != 0) {
+    if (!getText(written_)) return false;
+    entry.rights.setWritten(head.rights, written_);
   }
   return true;
 }

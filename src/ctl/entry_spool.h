@@ -39,4 +39,5 @@ private:
   std::vector<char> buffer_;
   std::size_t used_ = 0;   // writing: bytes in the buffer; reading: the end of what was read
   std::size_t taken_ = 0;  // reading: bytes of the buffer already taken
+  std::string written_;    // reading: a rights order
 };

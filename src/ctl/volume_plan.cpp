@@ -31,8 +31,18 @@ void putTree(Entry &entry, const CheckOptions &options) {
   if (replaceTreeName(name, options.tree.c_str(), sizeof name)) entry.name = name;
 }
 
+// Whether the rights elements as written fit trovan's field (a list in table order always does).
+bool rightsFit(const Entry &entry) {
+  if (entry.rights.written().empty()) return true;
+  std::string elements;
+  writtenElements(entry.rights, elements);
+  return elements.size() < kRightsListSize;
+}
+
 // Why trovan's restore would send nothing for an entry it reads, or stop at it; "" when it sends.
 std::string incomplete(const Entry &entry) {
+  if ((entry.kind == EntryKind::trustee || entry.kind == EntryKind::filter) && !rightsFit(entry))
+    return "the rights elements do not fit their field";
   switch (entry.kind) {
   case EntryKind::trustee:
     if (entry.ad && entry.id.empty()) return "an AD trustee without an id stops trovan restore";

@@ -80,6 +80,47 @@ std::string rightsElements(RightsSet rights) {
   return elements;
 }
 
+RightsList &RightsList::operator|=(RightsSet rights) {
+  for (std::size_t at = 0; at < kRightCount; ++at) {
+    const auto bit = static_cast<RightsSet>(1u << at);
+    if ((rights & bit) == 0) continue;
+    // Still the table's order, each once, while every right comes after those already named.
+    if (written_.empty() && set_ < bit) {
+      set_ |= bit;
+      continue;
+    }
+    if (written_.empty())
+      for (std::size_t before = 0; before < kRightCount; ++before)
+        if ((set_ & (1u << before)) != 0) written_ += static_cast<char>(before);
+    if (written_.size() < kWrittenLimit) written_ += static_cast<char>(at);
+    set_ |= bit;
+  }
+  return *this;
+}
+
+void RightsList::setWritten(RightsSet set, std::string_view written) {
+  set_ = set;
+  written_.clear();
+  for (const char index : written.substr(0, kWrittenLimit))
+    if (static_cast<unsigned char>(index) < kRightCount) written_ += index;
+}
+
+void writtenElements(const RightsList &rights, std::string &out) {
+  out.clear();
+  const auto put = [&out](std::size_t at) {
+    out += '<';
+    out += kRights[at].name;
+    out += "/>";
+  };
+  if (!rights.written().empty()) {
+    for (const char index : rights.written())
+      put(static_cast<unsigned char>(index));
+    return;
+  }
+  for (std::size_t at = 0; at < kRightCount; ++at)
+    if ((rights.set() & (1u << at)) != 0) put(at);
+}
+
 std::string comparablePath(const Entry &entry) {
   std::string path = entry.path;
   if (entry.kind == EntryKind::dirQuota)
