@@ -77,30 +77,32 @@ std::string count(const Row &row, const char *member, const char *words) {
   return std::to_string(row.value(member, 0UL)) + " " + words;
 }
 
+// "plan VOL <- DOC: ", the start of every summary line.
+std::string summaryStart(const char *command, const Row &row) {
+  return std::string(command) + " " + row.value("volume", std::string()) + " <- " +
+         row.value("document", std::string()) + ": ";
+}
+
 std::string planSummaryText(const Row &row) {
-  std::string text =
-      "plan " + row.value("volume", std::string()) + " <- " + row.value("document", std::string()) +
-      ": " + count(row, "add", "to add") + ", " + count(row, "change", "to change") + ", " +
-      count(row, "inPlace", "in place") + ", " + count(row, "skipped", "skipped") + ", " +
-      count(row, "refused", "never sent") + " (" + count(row, "flagged", "may be refused") + "); " +
-      count(row, "extra", "on the volume only") + " (" + count(row, "remove", "to remove") + ")";
-  return text;
+  return summaryStart("plan", row) + count(row, "add", "to add") + ", " +
+         count(row, "change", "to change") + ", " + count(row, "inPlace", "in place") + ", " +
+         count(row, "skipped", "skipped") + ", " + count(row, "refused", "never sent") + " (" +
+         count(row, "flagged", "may be refused") + "); " +
+         count(row, "extra", "on the volume only") + " (" + count(row, "remove", "to remove") + ")";
 }
 
 std::string applySummaryText(const Row &row) {
-  std::string text = "apply " + row.value("volume", std::string()) + " <- " +
-                     row.value("document", std::string()) + ": " +
-                     count(row, "applied", "applied") + ", " + count(row, "inPlace", "in place") +
-                     ", " + count(row, "refused", "refused") + ", " +
-                     count(row, "skipped", "skipped") + ", " + count(row, "removed", "removed");
+  std::string text = summaryStart("apply", row) + count(row, "applied", "applied") + ", " +
+                     count(row, "inPlace", "in place") + ", " + count(row, "refused", "refused") +
+                     ", " + count(row, "skipped", "skipped") + ", " +
+                     count(row, "removed", "removed");
   if (row.contains("interrupted"))
     text += "; interrupted by " + row["interrupted"].get<std::string>();
   return text;
 }
 
 std::string verifySummaryText(const Row &row) {
-  return "verify " + row.value("volume", std::string()) + " <- " +
-         row.value("document", std::string()) + ": " + count(row, "inPlace", "in place") + ", " +
+  return summaryStart("verify", row) + count(row, "inPlace", "in place") + ", " +
          count(row, "missing", "missing") + ", " + count(row, "different", "different") + ", " +
          count(row, "skipped", "skipped");
 }
@@ -116,6 +118,17 @@ Row entryRow(const char *type, const char *action, const Entry &entry) {
   row["path"] = pathOf(entry);
   row["user"] = userOf(entry);
   row["value"] = entryValue(entry);
+  return row;
+}
+
+Row summaryRow(const char *type, const std::string &volume, const std::string &document,
+               SummaryCounts counts) {
+  Row row;
+  row["type"] = type;
+  row["volume"] = volume;
+  row["document"] = document;
+  for (const auto &[name, value] : counts)
+    row[name] = value;
   return row;
 }
 

@@ -154,7 +154,7 @@ void ApplyRun::sendOne(const Entry &entry) {
     ++counts_.refused;
     reject(entry);
     Row row = entryRow("apply", "refused", entry);
-    row["reason"] = "never sent: the name does not fit its field with the tree name put in";
+    row["reason"] = "never sent: " + std::string(requests_.why());
     output_.emit(row);
     return;
   }
@@ -219,16 +219,13 @@ void ApplyRun::pruneExtras() {
 }
 
 int ApplyRun::finish(const std::string &label) {
-  Row row;
-  row["type"] = "apply-summary";
-  row["volume"] = options_.restore.volume;
-  row["document"] = label;
-  row["applied"] = counts_.applied;
-  row["inPlace"] = counts_.inPlace;
-  row["refused"] = counts_.refused;
-  row["skipped"] = counts_.skipped;
-  row["removed"] = counts_.removed;
-  row["notSent"] = counts_.notSent;
+  Row row = summaryRow("apply-summary", options_.restore.volume, label,
+                       {{"applied", counts_.applied},
+                        {"inPlace", counts_.inPlace},
+                        {"refused", counts_.refused},
+                        {"skipped", counts_.skipped},
+                        {"removed", counts_.removed},
+                        {"notSent", counts_.notSent}});
   if (applyStopSignal != 0) row["interrupted"] = applyStopSignal == SIGINT ? "SIGINT" : "SIGTERM";
   output_.emit(row);
   std::fflush(stdout);
