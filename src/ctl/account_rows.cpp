@@ -1,5 +1,7 @@
 #include "ctl/account_rows.h"
 
+#include <algorithm>
+
 #include "ctl/volume_plan.h"
 
 namespace {
@@ -142,6 +144,39 @@ std::string renderAccountText(const Row &row) {
   return "";
 }
 
+// The same line as outcomeStart(line, action, kind, path, user, value) makes from the row's
+// members, appended piece by piece: it is written for every entry an apply sends.
 void outcomeLine(std::string &line, const char *action, const Entry &entry) {
-  outcomeStart(line, action, kindName(entry.kind), pathOf(entry), userOf(entry), entryValue(entry));
+  outcomeStart(line, action, kindName(entry.kind), {}, {}, {});
+  // A blank, then the part; the blank goes again when the part is empty.
+  const auto part = [&line](const auto &append) {
+    line += ' ';
+    const std::size_t before = line.size();
+    append();
+    if (line.size() == before) line.pop_back();
+  };
+  if (entry.kind != EntryKind::userQuota)
+    part([&] {
+      const std::size_t from = line.size();
+      line += entry.path;
+      if (entry.kind == EntryKind::dirQuota)
+        std::replace(line.begin() + from, line.end(), '\\', '/');
+    });
+  if (entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota)
+    part([&] {
+      if (!entry.ad || entry.name.empty()) {
+        line += entry.ad ? entry.id : entry.name;
+        return;
+      }
+      line.append(entry.id).append(" (").append(entry.name).append(")");
+    });
+  part([&] {
+    if (entry.kind == EntryKind::userQuota || entry.kind == EntryKind::dirQuota) {
+      line += entry.amount;
+      return;
+    }
+    line += '[';
+    appendRightsLetters(entry.rights, line);
+    line += ']';
+  });
 }

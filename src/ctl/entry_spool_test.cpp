@@ -13,6 +13,11 @@ Entry sample(int n) {
   entry.pathAt = {static_cast<unsigned long>(n) + 9, 7};
   entry.ad = n % 3 == 0;
   entry.rights = static_cast<RightsSet>(n & 0x3ff);
+  if (n % 8 == 1) {  // written out of table order, one right twice
+    entry.rights = 0;
+    for (const char *right : {"write", "read", "secure", "read"})
+      entry.rights |= rightBit(right);
+  }
   entry.cdata = static_cast<std::uint8_t>(n & 15);
   entry.path = "/d/f" + std::to_string(n);
   entry.name = n % 5 == 0 ? std::string() : "a&b.corp.TREE.";
@@ -35,6 +40,7 @@ void expectSame(const Entry &a, const Entry &b) {
   EXPECT_EQ(a.pathAt.column, b.pathAt.column);
   EXPECT_EQ(a.ad, b.ad);
   EXPECT_EQ(a.rights, b.rights);
+  EXPECT_EQ(a.rights.written(), b.rights.written());
   EXPECT_EQ(a.cdata, b.cdata);
   for (auto field :
        {&Entry::path, &Entry::name, &Entry::id, &Entry::amount, &Entry::spaceUsed, &Entry::zid,

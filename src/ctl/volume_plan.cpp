@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -132,7 +133,10 @@ bool VolumePlan::sidKnown(const std::string &sid) {
 void VolumePlan::flagPredictable(PlannedEntry &planned, const Entry &entry) {
   if (entry.kind != EntryKind::userQuota) {
     full_ = options_.mountPoint;
-    full_ += comparablePath(entry);
+    full_ += entry.path;
+    if (entry.kind == EntryKind::dirQuota)
+      std::replace(full_.begin() + static_cast<long>(options_.mountPoint.size()), full_.end(), '\\',
+                   '/');
     if (!pathExists(full_)) {
       planned.flag = "missing-path";
       planned.reason = "no such file under the mount point: " + full_;

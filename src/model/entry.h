@@ -38,7 +38,14 @@ public:
   RightsSet set() const { return set_; }
 
   // The document names these rights next (one element each, in table order).
-  RightsList &operator|=(RightsSet rights);
+  RightsList &operator|=(RightsSet rights) {
+    // The usual case, inline: one right, after those named so far in table order.
+    if (written_.empty() && set_ < rights && (rights & (rights - 1)) == 0) {
+      set_ = static_cast<RightsSet>(set_ | rights);
+      return *this;
+    }
+    return add(rights);
+  }
 
   // The elements' rights-table indices in written order; empty when they are the set's in table
   // order, each once.
@@ -47,6 +54,8 @@ public:
   void setWritten(RightsSet set, std::string_view written);
 
 private:
+  RightsList &add(RightsSet rights);
+
   RightsSet set_ = 0;
   std::string written_;
 };
@@ -93,6 +102,8 @@ std::string_view sectionElement(Section section);  // "trusteeInfo", "userInfo",
 RightsSet rightBit(std::string_view name);
 // Lower-case letters of a set, in table order ("rwf").
 std::string rightsLetters(RightsSet rights);
+// The same letters appended to `out`.
+void appendRightsLetters(RightsSet rights, std::string &out);
 // Upper-case letters as the file system writes them in value="..." ("RWF").
 std::string rightsValue(RightsSet rights);
 // Empty elements in table order ("<read/><write/><fileScan/>").

@@ -104,6 +104,7 @@ bool EntryIndex::add(const Entry &entry) {
 }
 
 bool EntryIndex::match(const Entry &entry, Entry &stored) {
+  if (count_ == 0) return false;  // an empty volume: no key to make
   entryKey(entry, key_);
   const std::size_t slot = find(keyHash(key_), key_);
   if (slot == SIZE_MAX) return false;
