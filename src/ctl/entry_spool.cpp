@@ -45,6 +45,15 @@ int EntrySpool::open() {
 }
 
 void EntrySpool::flush() {
+  if (used_ == 0) return;
+  if ((blocks_.size() + 1) * kBlockSize <= memoryLimit_) {
+    // The buffer itself becomes the block; a new one takes its place.
+    buffer_.resize(used_);
+    blocks_.push_back(std::move(buffer_));
+    buffer_.assign(kBlockSize, '\0');
+    used_ = 0;
+    return;
+  }
   for (std::size_t done = 0; done < used_ && error_ == 0;) {
     const ssize_t count = ::write(fd_, buffer_.data() + done, used_ - done);
     if (count < 0 && errno == EINTR) continue;
@@ -109,6 +118,16 @@ bool EntrySpool::fill() {
   std::memmove(buffer_.data(), buffer_.data() + taken_, used_ - taken_);
   used_ -= taken_;
   taken_ = 0;
+  if (nextBlock_ < blocks_.size()) {
+    // The memory blocks first, in order; each is let go once taken.
+    std::vector<char> &block = blocks_[nextBlock_++];
+    buffer_.resize(used_ + block.size());
+    std::memcpy(buffer_.data() + used_, block.data(), block.size());
+    used_ += block.size();
+    std::vector<char>().swap(block);
+    return true;
+  }
+  if (buffer_.size() - used_ < kBlockSize) buffer_.resize(used_ + kBlockSize);
   for (;;) {
     const ssize_t count = ::read(fd_, buffer_.data() + used_, buffer_.size() - used_);
     if (count < 0 && errno == EINTR) continue;

@@ -48,14 +48,17 @@ void expectSame(const Entry &a, const Entry &b) {
     EXPECT_EQ(a.*field, b.*field);
 }
 
-TEST(EntrySpool, GivesBackEveryFieldOfEveryEntryInOrder) {
-  EntrySpool spool;
+// Writes and reads back 2,000 entries (about 1.5 MiB: more than one block each way) through a
+// spool that keeps `memoryLimit` bytes of blocks in memory.
+void roundTrip(std::size_t memoryLimit, std::size_t memoryBlocks) {
+  EntrySpool spool(memoryLimit);
   ASSERT_EQ(spool.open(), 0);
-  constexpr int kCount = 2000;  // about 1.5 MiB: more than one block each way
+  constexpr int kCount = 2000;
   for (int n = 0; n < kCount; ++n)
     spool.write(sample(n));
   EXPECT_EQ(spool.count(), static_cast<unsigned long>(kCount));
   ASSERT_EQ(spool.rewind(), 0);
+  EXPECT_EQ(spool.memoryBlocks(), memoryBlocks);
   Entry entry;
   entry.name = "left over from before";
   for (int n = 0; n < kCount; ++n) {
@@ -65,6 +68,12 @@ TEST(EntrySpool, GivesBackEveryFieldOfEveryEntryInOrder) {
   EXPECT_FALSE(spool.read(entry));
   EXPECT_EQ(spool.error(), 0);
 }
+
+TEST(EntrySpool, GivesBackEveryFieldOfEveryEntryInOrder) { roundTrip(EntrySpool::kMemoryLimit, 2); }
+
+TEST(EntrySpool, BlocksPastTheMemoryBoundGoToTheFileInOrder) { roundTrip(std::size_t{1} << 20, 1); }
+
+TEST(EntrySpool, WithoutMemoryEveryBlockGoesToTheFile) { roundTrip(0, 0); }
 
 TEST(EntrySpool, EmptySpoolReadsNothing) {
   EntrySpool spool;
