@@ -32,15 +32,15 @@ public:
   std::size_t memoryBlocks() const { return blocks_.size(); }
 
 private:
-  void put(const void *bytes, std::size_t length);
-  void putText(const std::string &text);
-  bool get(void *bytes, std::size_t length);
-  bool getText(std::string &text);
+  // Whether `length` bytes are ready in the buffer past those taken (reading more if need be).
+  bool available(std::size_t length);
+  bool corrupt();
   bool fill();
   void flush();
 
   std::size_t memoryLimit_;
   std::vector<std::vector<char>> blocks_;  // the first blocks written, in order
+  std::size_t memoryUsed_ = 0;             // their bytes
   std::size_t nextBlock_ = 0;              // reading: the block to take next
   int fd_ = -1;
   int error_ = 0;
