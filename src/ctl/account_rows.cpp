@@ -1,8 +1,11 @@
 #include "ctl/account_rows.h"
 
 #include <algorithm>
+#include <cstring>
+#include <iterator>
 
 #include "ctl/volume_plan.h"
+#include "document/rights.h"
 
 namespace {
 
@@ -145,38 +148,52 @@ std::string renderAccountText(const Row &row) {
 }
 
 // The same line as outcomeStart(line, action, kind, path, user, value) makes from the row's
-// members, appended piece by piece: it is written for every entry an apply sends.
+// members, written straight into the line's room: it is made for every entry an apply sends.
 void outcomeLine(std::string &line, const char *action, const Entry &entry) {
-  outcomeStart(line, action, kindName(entry.kind), {}, {}, {});
-  // A blank, then the part; the blank goes again when the part is empty.
-  const auto part = [&line](const auto &append) {
-    line += ' ';
-    const std::size_t before = line.size();
-    append();
-    if (line.size() == before) line.pop_back();
+  const std::string_view kind = kindName(entry.kind);
+  const bool quota = entry.kind == EntryKind::userQuota || entry.kind == EntryKind::dirQuota;
+  const bool user = entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota;
+  // Room enough for every part; the line is cut to what was written.
+  line.resize(std::strlen(action) + 10 + kind.size() + entry.path.size() + entry.id.size() +
+              entry.name.size() + entry.amount.size() + 20);
+  char *const start = line.data();
+  char *at = start;
+  const auto put = [&at](std::string_view text) {
+    std::memcpy(at, text.data(), text.size());
+    at += text.size();
   };
-  if (entry.kind != EntryKind::userQuota)
-    part([&] {
-      const std::size_t from = line.size();
-      line += entry.path;
-      if (entry.kind == EntryKind::dirQuota)
-        std::replace(line.begin() + from, line.end(), '\\', '/');
-    });
-  if (entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota)
-    part([&] {
-      if (!entry.ad || entry.name.empty()) {
-        line += entry.ad ? entry.id : entry.name;
-        return;
-      }
-      line.append(entry.id).append(" (").append(entry.name).append(")");
-    });
-  part([&] {
-    if (entry.kind == EntryKind::userQuota || entry.kind == EntryKind::dirQuota) {
-      line += entry.amount;
-      return;
-    }
-    line += '[';
-    appendRightsLetters(entry.rights, line);
-    line += ']';
-  });
+  put(action);
+  while (at - start < 9)
+    *at++ = ' ';
+  *at++ = ' ';
+  put(kind);
+  if (entry.kind != EntryKind::userQuota && !entry.path.empty()) {
+    *at++ = ' ';
+    char *const path = at;
+    put(entry.path);
+    if (entry.kind == EntryKind::dirQuota) std::replace(path, at, '\\', '/');
+  }
+  if (user && !entry.ad && !entry.name.empty()) {
+    *at++ = ' ';
+    put(entry.name);
+  } else if (user && entry.ad && entry.name.empty() && !entry.id.empty()) {
+    *at++ = ' ';
+    put(entry.id);
+  } else if (user && entry.ad && !entry.name.empty()) {
+    *at++ = ' ';
+    put(entry.id);
+    put(" (");
+    put(entry.name);
+    *at++ = ')';
+  }
+  if (quota && !entry.amount.empty()) {
+    *at++ = ' ';
+    put(entry.amount);
+  } else if (!quota) {
+    put(" [");
+    for (std::size_t bit = 0; bit < std::size(kRights); ++bit)
+      if ((entry.rights.set() & (1u << bit)) != 0) *at++ = kRights[bit].letter;
+    *at++ = ']';
+  }
+  line.resize(static_cast<std::size_t>(at - start));
 }
