@@ -51,6 +51,7 @@ private:
 ApplyRun::ApplyRun(ApplyOptions &options, RestoreSettings &settings)
     : options_(options), plan_(options.restore, settings),
       output_(options.restore.json ? Format::json : Format::text), requests_(options.restore) {
+  plan_.withoutFlags();  // the account shows what the server answers instead
   const bool wanted = options.progress || isatty(2);
   if (wanted && !options.quiet) progressFd_ = dup(2);
 }

@@ -176,7 +176,7 @@ void VolumePlan::judge(PlannedEntry &planned, Entry &entry) {
     planned.verdict = Verdict::change;
     planned.was = entryValue(stored_);
   }
-  flagPredictable(planned, entry);
+  if (flagging_) flagPredictable(planned, entry);
 }
 
 int VolumePlan::walk(int fd, const FindingSink &findings,
