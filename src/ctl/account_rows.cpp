@@ -1,6 +1,11 @@
 #include "ctl/account_rows.h"
 
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
 #include "ctl/volume_plan.h"
+#include "document/rights.h"
 
 namespace {
 
@@ -77,30 +82,32 @@ std::string count(const Row &row, const char *member, const char *words) {
   return std::to_string(row.value(member, 0UL)) + " " + words;
 }
 
+// "plan VOL <- DOC: ", the start of every summary line.
+std::string summaryStart(const char *command, const Row &row) {
+  return std::string(command) + " " + row.value("volume", std::string()) + " <- " +
+         row.value("document", std::string()) + ": ";
+}
+
 std::string planSummaryText(const Row &row) {
-  std::string text =
-      "plan " + row.value("volume", std::string()) + " <- " + row.value("document", std::string()) +
-      ": " + count(row, "add", "to add") + ", " + count(row, "change", "to change") + ", " +
-      count(row, "inPlace", "in place") + ", " + count(row, "skipped", "skipped") + ", " +
-      count(row, "refused", "never sent") + " (" + count(row, "flagged", "may be refused") + "); " +
-      count(row, "extra", "on the volume only") + " (" + count(row, "remove", "to remove") + ")";
-  return text;
+  return summaryStart("plan", row) + count(row, "add", "to add") + ", " +
+         count(row, "change", "to change") + ", " + count(row, "inPlace", "in place") + ", " +
+         count(row, "skipped", "skipped") + ", " + count(row, "refused", "never sent") + " (" +
+         count(row, "flagged", "may be refused") + "); " +
+         count(row, "extra", "on the volume only") + " (" + count(row, "remove", "to remove") + ")";
 }
 
 std::string applySummaryText(const Row &row) {
-  std::string text = "apply " + row.value("volume", std::string()) + " <- " +
-                     row.value("document", std::string()) + ": " +
-                     count(row, "applied", "applied") + ", " + count(row, "inPlace", "in place") +
-                     ", " + count(row, "refused", "refused") + ", " +
-                     count(row, "skipped", "skipped") + ", " + count(row, "removed", "removed");
+  std::string text = summaryStart("apply", row) + count(row, "applied", "applied") + ", " +
+                     count(row, "inPlace", "in place") + ", " + count(row, "refused", "refused") +
+                     ", " + count(row, "skipped", "skipped") + ", " +
+                     count(row, "removed", "removed");
   if (row.contains("interrupted"))
     text += "; interrupted by " + row["interrupted"].get<std::string>();
   return text;
 }
 
 std::string verifySummaryText(const Row &row) {
-  return "verify " + row.value("volume", std::string()) + " <- " +
-         row.value("document", std::string()) + ": " + count(row, "inPlace", "in place") + ", " +
+  return summaryStart("verify", row) + count(row, "inPlace", "in place") + ", " +
          count(row, "missing", "missing") + ", " + count(row, "different", "different") + ", " +
          count(row, "skipped", "skipped");
 }
@@ -119,6 +126,17 @@ Row entryRow(const char *type, const char *action, const Entry &entry) {
   return row;
 }
 
+Row summaryRow(const char *type, const std::string &volume, const std::string &document,
+               SummaryCounts counts) {
+  Row row;
+  row["type"] = type;
+  row["volume"] = volume;
+  row["document"] = document;
+  for (const auto &[name, value] : counts)
+    row[name] = value;
+  return row;
+}
+
 std::string renderAccountText(const Row &row) {
   const std::string type = row.value("type", std::string());
   if (type == "plan") return planText(row);
@@ -129,6 +147,53 @@ std::string renderAccountText(const Row &row) {
   return "";
 }
 
+// The same line as outcomeStart(line, action, kind, path, user, value) makes from the row's
+// members, written straight into the line's room: it is made for every entry an apply sends.
 void outcomeLine(std::string &line, const char *action, const Entry &entry) {
-  outcomeStart(line, action, kindName(entry.kind), pathOf(entry), userOf(entry), entryValue(entry));
+  const std::string_view kind = kindName(entry.kind);
+  const bool quota = entry.kind == EntryKind::userQuota || entry.kind == EntryKind::dirQuota;
+  const bool user = entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota;
+  // Room enough for every part; the line is cut to what was written.
+  line.resize(std::strlen(action) + 10 + kind.size() + entry.path.size() + entry.id.size() +
+              entry.name.size() + entry.amount.size() + 20);
+  char *const start = line.data();
+  char *at = start;
+  const auto put = [&at](std::string_view text) {
+    std::memcpy(at, text.data(), text.size());
+    at += text.size();
+  };
+  put(action);
+  while (at - start < 9)
+    *at++ = ' ';
+  *at++ = ' ';
+  put(kind);
+  if (entry.kind != EntryKind::userQuota && !entry.path.empty()) {
+    *at++ = ' ';
+    char *const path = at;
+    put(entry.path);
+    if (entry.kind == EntryKind::dirQuota) std::replace(path, at, '\\', '/');
+  }
+  if (user && !entry.ad && !entry.name.empty()) {
+    *at++ = ' ';
+    put(entry.name);
+  } else if (user && entry.ad && entry.name.empty() && !entry.id.empty()) {
+    *at++ = ' ';
+    put(entry.id);
+  } else if (user && entry.ad && !entry.name.empty()) {
+    *at++ = ' ';
+    put(entry.id);
+    put(" (");
+    put(entry.name);
+    *at++ = ')';
+  }
+  if (quota && !entry.amount.empty()) {
+    *at++ = ' ';
+    put(entry.amount);
+  } else if (!quota) {
+    put(" [");
+    for (std::size_t bit = 0; bit < std::size(kRights); ++bit)
+      if ((entry.rights.set() & (1u << bit)) != 0) *at++ = kRights[bit].letter;
+    *at++ = ']';
+  }
+  line.resize(static_cast<std::size_t>(at - start));
 }

@@ -1,7 +1,9 @@
 // The rows of plan, apply and verify: one per entry and a summary, each rendered as a text line
 // from the same object that --json writes.
 #pragma once
+#include <initializer_list>
 #include <string>
+#include <utility>
 
 #include "ctl/output.h"
 #include "model/entry.h"
@@ -10,6 +12,12 @@
 // line, kind, path, user and value. Callers add "was", "flag", "reason", "result",
 // "description".
 Row entryRow(const char *type, const char *action, const Entry &entry);
+
+// A summary row: "type" (plan-summary, apply-summary or verify-summary), the volume, the
+// document's label, then each count under its name, in order.
+using SummaryCounts = std::initializer_list<std::pair<const char *, unsigned long>>;
+Row summaryRow(const char *type, const std::string &volume, const std::string &document,
+               SummaryCounts counts);
 
 // The text line of entryRow("apply" or "verify", action, entry) with nothing added, made
 // without the row into `line` (its room kept from line to line): what apply writes for each

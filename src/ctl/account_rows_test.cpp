@@ -34,6 +34,26 @@ TEST(OutcomeLine, IsTheLineOfTheEntrysRow) {
       }
 }
 
+// The same with fields left empty one at a time (each part goes, with its blank), every right,
+// and an action longer than the column.
+TEST(OutcomeLine, IsTheLineOfTheEntrysRowWithFieldsEmpty) {
+  for (const EntryKind kind :
+       {EntryKind::trustee, EntryKind::filter, EntryKind::userQuota, EntryKind::dirQuota})
+    for (const bool ad : {false, true})
+      for (std::string Entry::*field : {&Entry::path, &Entry::name, &Entry::id, &Entry::amount}) {
+        Entry entry = entryOf(kind, ad);
+        entry.*field = "";
+        entry.rights = 0x3ff;
+        for (const char *action : {"applied", "not-yet-applied"})
+          EXPECT_EQ(outcomeLine(action, entry),
+                    renderAccountText(entryRow("apply", action, entry)));
+        entry.name.clear();
+        entry.id.clear();
+        EXPECT_EQ(outcomeLine("applied", entry),
+                  renderAccountText(entryRow("apply", "applied", entry)));
+      }
+}
+
 TEST(OutcomeLine, ExactBytes) {
   EXPECT_EQ(outcomeLine("applied", entryOf(EntryKind::trustee, false)),
             "applied   trustee /d/f bob.corp.TREE. [rf]");

@@ -11,10 +11,13 @@ namespace {
 
 void onStopSignal(int signal) { applyStopSignal = signal; }
 
-// SIGINT and SIGTERM let the request in flight finish; the run then stops sending.
+// SIGINT and SIGTERM let the request in flight finish; the run then stops sending. A read or
+// write the signal comes in is taken up again, so that no reply and no line of the account is
+// lost to it (the account may be going to a pipe that is slow to empty).
 void catchStopSignals() {
   struct sigaction action {};
   action.sa_handler = onStopSignal;
+  action.sa_flags = SA_RESTART;
   sigemptyset(&action.sa_mask);
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);

@@ -51,6 +51,7 @@ private:
 ApplyRun::ApplyRun(ApplyOptions &options, RestoreSettings &settings)
     : options_(options), plan_(options.restore, settings),
       output_(options.restore.json ? Format::json : Format::text), requests_(options.restore) {
+  plan_.withoutFlags();  // the account shows what the server answers instead
   const bool wanted = options.progress || isatty(2);
   if (wanted && !options.quiet) progressFd_ = dup(2);
 }
@@ -154,7 +155,7 @@ void ApplyRun::sendOne(const Entry &entry) {
     ++counts_.refused;
     reject(entry);
     Row row = entryRow("apply", "refused", entry);
-    row["reason"] = "never sent: the name does not fit its field with the tree name put in";
+    row["reason"] = "never sent: " + std::string(requests_.why());
     output_.emit(row);
     return;
   }
@@ -219,16 +220,13 @@ void ApplyRun::pruneExtras() {
 }
 
 int ApplyRun::finish(const std::string &label) {
-  Row row;
-  row["type"] = "apply-summary";
-  row["volume"] = options_.restore.volume;
-  row["document"] = label;
-  row["applied"] = counts_.applied;
-  row["inPlace"] = counts_.inPlace;
-  row["refused"] = counts_.refused;
-  row["skipped"] = counts_.skipped;
-  row["removed"] = counts_.removed;
-  row["notSent"] = counts_.notSent;
+  Row row = summaryRow("apply-summary", options_.restore.volume, label,
+                       {{"applied", counts_.applied},
+                        {"inPlace", counts_.inPlace},
+                        {"refused", counts_.refused},
+                        {"skipped", counts_.skipped},
+                        {"removed", counts_.removed},
+                        {"notSent", counts_.notSent}});
   if (applyStopSignal != 0) row["interrupted"] = applyStopSignal == SIGINT ? "SIGINT" : "SIGTERM";
   output_.emit(row);
   std::fflush(stdout);

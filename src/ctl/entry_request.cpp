@@ -3,51 +3,46 @@
 #include <algorithm>
 
 #include "document/records.h"
-#include "document/rights.h"
 #include "document/xml_text.h"
 #include "restore/restore_requests.h"
-
-namespace {
-
-// "<read/><write/>": the right elements of a set, in table order.
-void putRights(RightsSet rights, std::string &out) {
-  out.clear();
-  for (std::size_t at = 0; at < std::size(kRights); ++at) {
-    if ((rights & (1u << at)) == 0) continue;
-    out += '<';
-    out += kRights[at].name;
-    out += "/>";
-  }
-}
-
-}  // namespace
 
 // The user's name as trovan's reader leaves it: the raw text, with -t's tree name put in.
 bool EntryRequests::userName(const Entry &entry) {
   name_ = entry.rawName;
   if (!options_.treeGiven) return true;
+  why_ = "the name does not fit its field with the tree name put in";
   if (name_.size() >= kNameTextSize) return false;
   char name[kNameTextSize];
   std::copy(name_.begin(), name_.end(), name);
   name[name_.size()] = '\0';
   if (!replaceTreeName(name, options_.tree.c_str(), sizeof name)) return false;
   name_ = name;
+  why_ = {};
   return true;
+}
+
+// The rights elements as written, a right named twice included; trovan refuses the entry when
+// they do not fit its field.
+bool EntryRequests::rights(const Entry &entry) {
+  writtenElements(entry.rights, rights_);
+  if (rights_.size() < kRightsListSize) return true;
+  why_ = "the rights elements do not fit their field";
+  return false;
 }
 
 bool EntryRequests::build(const Entry &entry, EntryRequest &request) {
   request = EntryRequest();
+  why_ = {};
   path_ = options_.mountPoint;
   path_ += entry.rawPath;
   switch (entry.kind) {
   case EntryKind::trustee:
-    if (!userName(entry)) return false;
-    putRights(entry.rights, rights_);
+    if (!userName(entry) || !rights(entry)) return false;
     request.length = buildAddTrustee(path_, entry.rawId, name_, rights_, entry.ad);
     request.replyElement = kAddTrusteeReply;
     return true;
   case EntryKind::filter:
-    putRights(entry.rights, rights_);
+    if (!rights(entry)) return false;
     request.length = buildInheritedRightsFilter(path_, rights_);
     request.replyElement = kInheritedRightsFilterReply;
     return true;

@@ -1,6 +1,7 @@
 // The request trovan restore sends for one entry of a document, built by trovan's own request
 // builders from the texts as trovan's reader takes them (the raw texts of the entry): the
-// mount point before a path, the -t tree name put into a user's name, rights in table order.
+// mount point before a path, the -t tree name put into a user's name, the rights elements as
+// the document lists them.
 #pragma once
 #include <cstddef>
 #include <string>
@@ -18,15 +19,18 @@ struct EntryRequest {
 class EntryRequests {
 public:
   explicit EntryRequests(const CheckOptions &options) : options_(options) {}
-  // Builds the request of `entry` into requestBuffer. False when trovan would send none: the
-  // user's name does not fit its field once the tree name is put in.
+  // Builds the request of `entry` into requestBuffer. False when trovan would send none (a
+  // value does not fit trovan's field); why() then says which, for the account.
   bool build(const Entry &entry, EntryRequest &request);
+  std::string_view why() const { return why_; }
 
 private:
   bool userName(const Entry &entry);
+  bool rights(const Entry &entry);
 
   const CheckOptions &options_;
   std::string path_;
   std::string rights_;
   std::string name_;
+  std::string_view why_;
 };

@@ -83,6 +83,7 @@ TEST_F(EntryRequestTest, NameTooLongWithTheTreeNameIsNotSent) {
   entry.rawName = std::string(1000, 'n') + ".corp.TREE.";
   EntryRequests requests(options);
   EXPECT_FALSE(requests.build(entry, request));
+  EXPECT_EQ(requests.why(), "the name does not fit its field with the tree name put in");
 }
 
 TEST_F(EntryRequestTest, FilterWithoutGemelPath) {
@@ -115,6 +116,39 @@ TEST_F(EntryRequestTest, DirectoryQuotaPathHasForwardSlashes) {
                                      "<gemelPath/><quotaAmount>2048</quotaAmount></addQuota>"
                                      "</directoryQuota></fileRequest>");
   EXPECT_EQ(request.replyElement, "<addQuota>");
+}
+
+TEST_F(EntryRequestTest, RightsGoAsTheDocumentListsThem) {
+  Entry entry = trustee(true);
+  entry.rights = 0;
+  for (const char *right : {"fileScan", "read", "read", "write"})
+    entry.rights |= rightBit(right);
+  EXPECT_NE(built(entry).find("<rights><fileScan/><read/><read/><write/></rights>"),
+            std::string::npos);
+  entry.kind = EntryKind::filter;
+  EXPECT_NE(built(entry).find(
+                "<inheritedRightsFilter><fileScan/><read/><read/><write/></inheritedRightsFilter>"),
+            std::string::npos);
+}
+
+// 73 <read/> make 511 bytes, which trovan's 512-byte field holds; one more does not fit, and
+// trovan sends nothing for the entry.
+TEST_F(EntryRequestTest, RightsThatDoNotFitTheirFieldAreNotSent) {
+  for (const EntryKind kind : {EntryKind::trustee, EntryKind::filter}) {
+    Entry entry = trustee(false);
+    entry.kind = kind;
+    entry.rights = 0;
+    for (int count = 0; count < 73; ++count)
+      entry.rights |= rightBit("read");
+    std::string reads;
+    for (int count = 0; count < 73; ++count)
+      reads += "<read/>";
+    EXPECT_NE(built(entry).find(reads + "</"), std::string::npos);
+    entry.rights |= rightBit("read");
+    EntryRequests requests(options);
+    EXPECT_FALSE(requests.build(entry, request));
+    EXPECT_EQ(requests.why(), "the rights elements do not fit their field");
+  }
 }
 
 }  // namespace

@@ -13,6 +13,11 @@ Entry sample(int n) {
   entry.pathAt = {static_cast<unsigned long>(n) + 9, 7};
   entry.ad = n % 3 == 0;
   entry.rights = static_cast<RightsSet>(n & 0x3ff);
+  if (n % 8 == 1) {  // written out of table order, one right twice
+    entry.rights = 0;
+    for (const char *right : {"write", "read", "secure", "read"})
+      entry.rights |= rightBit(right);
+  }
   entry.cdata = static_cast<std::uint8_t>(n & 15);
   entry.path = "/d/f" + std::to_string(n);
   entry.name = n % 5 == 0 ? std::string() : "a&b.corp.TREE.";
@@ -35,6 +40,7 @@ void expectSame(const Entry &a, const Entry &b) {
   EXPECT_EQ(a.pathAt.column, b.pathAt.column);
   EXPECT_EQ(a.ad, b.ad);
   EXPECT_EQ(a.rights, b.rights);
+  EXPECT_EQ(a.rights.written(), b.rights.written());
   EXPECT_EQ(a.cdata, b.cdata);
   for (auto field :
        {&Entry::path, &Entry::name, &Entry::id, &Entry::amount, &Entry::spaceUsed, &Entry::zid,
@@ -42,22 +48,55 @@ void expectSame(const Entry &a, const Entry &b) {
     EXPECT_EQ(a.*field, b.*field);
 }
 
-TEST(EntrySpool, GivesBackEveryFieldOfEveryEntryInOrder) {
-  EntrySpool spool;
-  ASSERT_EQ(spool.open(), 0);
-  constexpr int kCount = 2000;  // about 1.5 MiB: more than one block each way
+// Writes and reads back 4,000 entries (about 2 MiB: more than one block each way) through a
+// spool that keeps `memoryLimit` bytes of blocks in memory; gives how many blocks it kept there.
+std::size_t roundTrip(std::size_t memoryLimit) {
+  EntrySpool spool(memoryLimit);
+  EXPECT_EQ(spool.open(), 0);
+  constexpr int kCount = 4000;
   for (int n = 0; n < kCount; ++n)
     spool.write(sample(n));
   EXPECT_EQ(spool.count(), static_cast<unsigned long>(kCount));
-  ASSERT_EQ(spool.rewind(), 0);
+  EXPECT_EQ(spool.rewind(), 0);
   Entry entry;
   entry.name = "left over from before";
   for (int n = 0; n < kCount; ++n) {
-    ASSERT_TRUE(spool.read(entry)) << n;
+    EXPECT_TRUE(spool.read(entry)) << n;
     expectSame(entry, sample(n));
   }
   EXPECT_FALSE(spool.read(entry));
   EXPECT_EQ(spool.error(), 0);
+  return spool.memoryBlocks();
+}
+
+TEST(EntrySpool, GivesBackEveryFieldOfEveryEntryInOrder) {
+  EXPECT_GE(roundTrip(EntrySpool::kMemoryLimit), 2u);
+}
+
+TEST(EntrySpool, BlocksPastTheMemoryBoundGoToTheFileInOrder) {
+  EXPECT_EQ(roundTrip(std::size_t{1} << 20), 1u);
+}
+
+TEST(EntrySpool, WithoutMemoryEveryBlockGoesToTheFile) { EXPECT_EQ(roundTrip(0), 0u); }
+
+// An entry longer than a block, between two short ones, in memory and in the file.
+TEST(EntrySpool, AnEntryLongerThanABlockComesBackWhole) {
+  for (const std::size_t memoryLimit : {EntrySpool::kMemoryLimit, std::size_t{0}}) {
+    EntrySpool spool(memoryLimit);
+    ASSERT_EQ(spool.open(), 0);
+    Entry big = sample(2);
+    big.rawAmount.assign(std::size_t{3} << 20, 'q');
+    for (const Entry &entry : {sample(1), big, sample(3)})
+      spool.write(entry);
+    ASSERT_EQ(spool.rewind(), 0);
+    Entry entry;
+    for (const Entry &expected : {sample(1), big, sample(3)}) {
+      ASSERT_TRUE(spool.read(entry));
+      expectSame(entry, expected);
+    }
+    EXPECT_FALSE(spool.read(entry));
+    EXPECT_EQ(spool.error(), 0);
+  }
 }
 
 TEST(EntrySpool, EmptySpoolReadsNothing) {

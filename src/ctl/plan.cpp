@@ -21,22 +21,6 @@ struct PlanCounts {
   unsigned long extra = 0, remove = 0;
 };
 
-Row summaryRow(const CheckOptions &options, const std::string &document, const PlanCounts &c) {
-  Row row;
-  row["type"] = "plan-summary";
-  row["volume"] = options.volume;
-  row["document"] = document;
-  row["add"] = c.add;
-  row["change"] = c.change;
-  row["inPlace"] = c.inPlace;
-  row["skipped"] = c.skipped;
-  row["refused"] = c.refused;
-  row["flagged"] = c.flagged;
-  row["extra"] = c.extra;
-  row["remove"] = c.remove;
-  return row;
-}
-
 void countAndShow(const PlannedEntry &planned, PlanCounts &counts, Output &output) {
   const Entry &entry = *planned.entry;
   switch (planned.verdict) {
@@ -78,7 +62,15 @@ int runPlan(PlanOptions &options) {
       row["reason"] = kNoIdentifierReason;
     output.emit(row);
   });
-  output.emit(summaryRow(options.restore, setup.source().label(), counts));
+  output.emit(summaryRow("plan-summary", options.restore.volume, setup.source().label(),
+                         {{"add", counts.add},
+                          {"change", counts.change},
+                          {"inPlace", counts.inPlace},
+                          {"skipped", counts.skipped},
+                          {"refused", counts.refused},
+                          {"flagged", counts.flagged},
+                          {"extra", counts.extra},
+                          {"remove", counts.remove}}));
   if (!out.commit()) return kTrouble;
   const unsigned long pending = counts.add + counts.change + counts.refused + counts.remove;
   return pending == 0 ? kClean : kFindings;

@@ -19,18 +19,6 @@ struct VerifyCounts {
   unsigned long inPlace = 0, missing = 0, different = 0, skipped = 0;
 };
 
-Row summaryRow(const CheckOptions &options, const std::string &document, const VerifyCounts &c) {
-  Row row;
-  row["type"] = "verify-summary";
-  row["volume"] = options.volume;
-  row["document"] = document;
-  row["inPlace"] = c.inPlace;
-  row["missing"] = c.missing;
-  row["different"] = c.different;
-  row["skipped"] = c.skipped;
-  return row;
-}
-
 int runVerify(VerifyOptions &options) {
   PlanSetup setup(options.restore);
   if (!setup.start("verify", options.remaining)) return kTrouble;
@@ -55,7 +43,11 @@ int runVerify(VerifyOptions &options) {
         out.write(*planned.entry);
       });
   if (!walked.ok) return kTrouble;
-  output.emit(summaryRow(options.restore, setup.source().label(), counts));
+  output.emit(summaryRow("verify-summary", options.restore.volume, setup.source().label(),
+                         {{"inPlace", counts.inPlace},
+                          {"missing", counts.missing},
+                          {"different", counts.different},
+                          {"skipped", counts.skipped}}));
   if (!out.commit()) return kTrouble;
   return counts.missing + counts.different == 0 ? kClean : kFindings;
 }

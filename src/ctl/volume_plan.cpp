@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -31,8 +32,18 @@ void putTree(Entry &entry, const CheckOptions &options) {
   if (replaceTreeName(name, options.tree.c_str(), sizeof name)) entry.name = name;
 }
 
+// Whether the rights elements as written fit trovan's field (a list in table order always does).
+bool rightsFit(const Entry &entry) {
+  if (entry.rights.written().empty()) return true;
+  std::string elements;
+  writtenElements(entry.rights, elements);
+  return elements.size() < kRightsListSize;
+}
+
 // Why trovan's restore would send nothing for an entry it reads, or stop at it; "" when it sends.
 std::string incomplete(const Entry &entry) {
+  if ((entry.kind == EntryKind::trustee || entry.kind == EntryKind::filter) && !rightsFit(entry))
+    return "the rights elements do not fit their field";
   switch (entry.kind) {
   case EntryKind::trustee:
     if (entry.ad && entry.id.empty()) return "an AD trustee without an id stops trovan restore";
@@ -122,7 +133,10 @@ bool VolumePlan::sidKnown(const std::string &sid) {
 void VolumePlan::flagPredictable(PlannedEntry &planned, const Entry &entry) {
   if (entry.kind != EntryKind::userQuota) {
     full_ = options_.mountPoint;
-    full_ += comparablePath(entry);
+    full_ += entry.path;
+    if (entry.kind == EntryKind::dirQuota)
+      std::replace(full_.begin() + static_cast<long>(options_.mountPoint.size()), full_.end(), '\\',
+                   '/');
     if (!pathExists(full_)) {
       planned.flag = "missing-path";
       planned.reason = "no such file under the mount point: " + full_;
@@ -162,7 +176,7 @@ void VolumePlan::judge(PlannedEntry &planned, Entry &entry) {
     planned.verdict = Verdict::change;
     planned.was = entryValue(stored_);
   }
-  flagPredictable(planned, entry);
+  if (flagging_) flagPredictable(planned, entry);
 }
 
 int VolumePlan::walk(int fd, const FindingSink &findings,

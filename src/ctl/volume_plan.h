@@ -35,6 +35,10 @@ class VolumePlan {
 public:
   VolumePlan(const CheckOptions &options, const RestoreSettings &settings);
 
+  // Leaves out the flags of entries that may be refused ("missing-path", "unknown-sid"): a run
+  // that shows none of them (apply) spares a lookup per entry.
+  void withoutFlags() { flagging_ = false; }
+
   // Reads the live volume. False after a message on standard error.
   bool readVolume();
   // Streams the document on `fd` against the volume. Every strict-reading finding goes to
@@ -61,6 +65,7 @@ private:
   std::string full_;  // the path looked up for a flag
   std::string lastPath_, lastFolder_;
   bool lastPathExists_ = false, lastFolderMissing_ = false;
+  bool flagging_ = true;
   std::unordered_map<std::string, bool> sids_;
 };
 

@@ -1,5 +1,6 @@
 #include "model/entry.h"
 
+#include <array>
 #include <cctype>
 
 #include "document/rights.h"
@@ -57,9 +58,13 @@ RightsSet rightBit(std::string_view name) {
 
 std::string rightsLetters(RightsSet rights) {
   std::string letters;
-  for (std::size_t at = 0; at < kRightCount; ++at)
-    if (rights & (1u << at)) letters += kRights[at].letter;
+  appendRightsLetters(rights, letters);
   return letters;
+}
+
+void appendRightsLetters(RightsSet rights, std::string &out) {
+  for (std::size_t at = 0; at < kRightCount; ++at)
+    if (rights & (1u << at)) out += kRights[at].letter;
 }
 
 std::string rightsValue(RightsSet rights) {
@@ -78,6 +83,68 @@ std::string rightsElements(RightsSet rights) {
     elements += "/>";
   }
   return elements;
+}
+
+RightsList &RightsList::add(RightsSet rights) {
+  for (std::size_t at = 0; at < kRightCount; ++at) {
+    const auto bit = static_cast<RightsSet>(1u << at);
+    if ((rights & bit) == 0) continue;
+    // Still the table's order, each once, while every right comes after those already named.
+    if (written_.empty() && set_ < bit) {
+      set_ |= bit;
+      continue;
+    }
+    if (written_.empty())
+      for (std::size_t before = 0; before < kRightCount; ++before)
+        if ((set_ & (1u << before)) != 0) written_ += static_cast<char>(before);
+    if (written_.size() < kWrittenLimit) written_ += static_cast<char>(at);
+    set_ |= bit;
+  }
+  return *this;
+}
+
+void RightsList::setWritten(RightsSet set, std::string_view written) {
+  set_ = set;
+  written_.clear();
+  for (const char index : written.substr(0, kWrittenLimit))
+    if (static_cast<unsigned char>(index) < kRightCount) written_ += index;
+}
+
+namespace {
+
+// "<read/>" ... "<secure/>", each with its length.
+struct ElementText {
+  char text[24];
+  std::size_t length;
+};
+constexpr auto kElementTexts = [] {
+  std::array<ElementText, kRightCount> texts{};
+  for (std::size_t at = 0; at < kRightCount; ++at) {
+    std::size_t length = 0;
+    texts[at].text[length++] = '<';
+    for (const char *c = kRights[at].name; *c != '\0'; ++c)
+      texts[at].text[length++] = *c;
+    texts[at].text[length++] = '/';
+    texts[at].text[length++] = '>';
+    texts[at].length = length;
+  }
+  return texts;
+}();
+
+}  // namespace
+
+void writtenElements(const RightsList &rights, std::string &out) {
+  out.clear();
+  const auto put = [&out](std::size_t at) {
+    out.append(kElementTexts[at].text, kElementTexts[at].length);
+  };
+  if (!rights.written().empty()) {
+    for (const char index : rights.written())
+      put(static_cast<unsigned char>(index));
+    return;
+  }
+  for (std::size_t at = 0; at < kRightCount; ++at)
+    if ((rights.set() & (1u << at)) != 0) put(at);
 }
 
 std::string comparablePath(const Entry &entry) {

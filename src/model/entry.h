@@ -19,6 +19,47 @@ enum class Section : std::uint8_t { trustees, userQuotas, dirQuotas };
 // A set of the ten rights, one bit per right in the order of the rights table (read = bit 0).
 using RightsSet = std::uint16_t;
 
+// The rights of a trustee or filter as a document lists them: the set, which is what every
+// comparison looks at, and the order of the elements where it is not the table's (a right
+// named twice, or out of order). trovan restore sends the elements as written, so a request
+// made for the entry needs that order; a list set from a RightsSet is in table order.
+class RightsList {
+public:
+  // The elements kept in written order at most: more of them never fit trovan's rights field.
+  static constexpr std::size_t kWrittenLimit = 80;
+
+  RightsList(RightsSet set = 0) : set_(set) {}  // NOLINT: a set is a list in table order
+  RightsList &operator=(RightsSet set) {
+    set_ = set;
+    written_.clear();
+    return *this;
+  }
+  operator RightsSet() const { return set_; }  // NOLINT: compared as a set everywhere
+  RightsSet set() const { return set_; }
+
+  // The document names these rights next (one element each, in table order).
+  RightsList &operator|=(RightsSet rights) {
+    // The usual case, inline: one right, after those named so far in table order.
+    if (written_.empty() && set_ < rights && (rights & (rights - 1)) == 0) {
+      set_ = static_cast<RightsSet>(set_ | rights);
+      return *this;
+    }
+    return add(rights);
+  }
+
+  // The elements' rights-table indices in written order; empty when they are the set's in table
+  // order, each once.
+  const std::string &written() const { return written_; }
+  // Takes back an order given by written() (indices past the table are dropped).
+  void setWritten(RightsSet set, std::string_view written);
+
+private:
+  RightsList &add(RightsSet rights);
+
+  RightsSet set_ = 0;
+  std::string written_;
+};
+
 // Fields of an entry whose text came (wholly or partly) from a CDATA section: the text goes
 // into trovan's requests as it stands, not entity-encoded.
 enum CdataField : std::uint8_t {
@@ -36,7 +77,7 @@ struct Entry {
   std::string path;        // decoded text: '/' paths of files, '\' paths of directory quotas
   std::string name;        // the user's name (Arbor dotted name, or an AD user's display name)
   std::string id;          // the AD user's SID text
-  RightsSet rights = 0;    // trustee and filter
+  RightsList rights;       // trustee and filter
   std::string amount;      // quotaAmount text (user and directory quotas)
   std::string spaceUsed;   // kept to be written back; never compared
   std::string zid;         // the file's or directory's number; kept, never compared
@@ -61,10 +102,14 @@ std::string_view sectionElement(Section section);  // "trusteeInfo", "userInfo",
 RightsSet rightBit(std::string_view name);
 // Lower-case letters of a set, in table order ("rwf").
 std::string rightsLetters(RightsSet rights);
+// The same letters appended to `out`.
+void appendRightsLetters(RightsSet rights, std::string &out);
 // Upper-case letters as the file system writes them in value="..." ("RWF").
 std::string rightsValue(RightsSet rights);
 // Empty elements in table order ("<read/><write/><fileScan/>").
 std::string rightsElements(RightsSet rights);
+// The elements as the list was written ("<write/><read/><read/>"), into `out` (cleared first).
+void writtenElements(const RightsList &rights, std::string &out);
 
 // The one path form entries are compared in: '\' separators become '/'.
 std::string comparablePath(const Entry &entry);

@@ -4,6 +4,11 @@
 
 namespace {
 
+// A stored entry starts with its kind, the AD mark, its rights (two bytes) and whether a
+// document entry matched it; its texts follow.
+constexpr std::size_t kMatchedByte = 4;
+constexpr std::size_t kHeadSize = 5;
+
 void putText(char *&at, const std::string &text) {
   const auto size = static_cast<std::uint32_t>(text.size());
   std::memcpy(at, &size, sizeof size);
@@ -21,8 +26,8 @@ const char *getText(const char *at, std::string &text) {
 }  // namespace
 
 std::uint64_t EntryIndex::store(const Entry &entry) {
-  const std::size_t size = 4 + 4 * sizeof(std::uint32_t) + entry.path.size() + entry.name.size() +
-                           entry.id.size() + entry.amount.size();
+  const std::size_t size = kHeadSize + 4 * sizeof(std::uint32_t) + entry.path.size() +
+                           entry.name.size() + entry.id.size() + entry.amount.size();
   if (used_ + size > kBlockSize) {
     blocks_.push_back(std::make_unique<char[]>(size > kBlockSize ? size : kBlockSize));
     filled_.push_back(0);
@@ -32,9 +37,10 @@ std::uint64_t EntryIndex::store(const Entry &entry) {
   char *at = blocks_.back().get() + used_;
   at[0] = static_cast<char>(entry.kind);
   at[1] = entry.ad ? 1 : 0;
-  at[3] = 0;  // matched
-  std::memcpy(at + 2, &entry.rights, sizeof entry.rights);
-  at += 4;
+  const RightsSet rights = entry.rights;
+  std::memcpy(at + 2, &rights, sizeof rights);
+  at[kMatchedByte] = 0;
+  at += kHeadSize;
   putText(at, entry.path);
   putText(at, entry.name);
   putText(at, entry.id);
@@ -51,8 +57,10 @@ char *EntryIndex::recordAt(std::uint64_t ref) const {
 std::size_t EntryIndex::load(const char *start, Entry &entry) {
   entry.kind = static_cast<EntryKind>(start[0]);
   entry.ad = start[1] != 0;
-  std::memcpy(&entry.rights, start + 2, sizeof entry.rights);
-  const char *at = getText(start + 4, entry.path);
+  RightsSet rights = 0;
+  std::memcpy(&rights, start + 2, sizeof rights);
+  entry.rights = rights;
+  const char *at = getText(start + kHeadSize, entry.path);
   at = getText(at, entry.name);
   at = getText(at, entry.id);
   at = getText(at, entry.amount);
@@ -76,12 +84,13 @@ bool EntryIndex::add(const Entry &entry) {
 }
 
 bool EntryIndex::match(const Entry &entry, Entry &stored) {
+  if (count_ == 0) return false;  // an empty volume: no key to make
   entryKey(entry, key_);
   const std::uint64_t *ref =
       refs_.find(keyHash(key_), [this](std::uint64_t at) { return holdsKey(at); });
   if (ref == nullptr) return false;
   stored = scratch_;
-  recordAt(*ref)[3] = 1;
+  recordAt(*ref)[kMatchedByte] = 1;
   return true;
 }
 
@@ -91,7 +100,7 @@ void EntryIndex::forEachUnmatched(const std::function<void(const Entry &)> &visi
     const char *at = blocks_[block].get();
     for (std::size_t offset = 0; offset < filled_[block];) {
       const std::size_t size = load(at + offset, entry);
-      if (at[offset + 3] == 0) visit(entry);
+      if (at[offset + kMatchedByte] == 0) visit(entry);
       offset += size;
     }
   }

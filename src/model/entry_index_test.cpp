@@ -48,3 +48,23 @@ TEST(EntryIndex, DirectoryQuotaPathsCompareInOneForm) {
   EXPECT_EQ(stored.amount, "11");
   EXPECT_EQ(stored.path, "\\a\\b");
 }
+
+// Rights past the first eight (salvage, secure) sit beside the matched mark, never in it.
+TEST(EntryIndex, SalvageAndSecureRightsNeitherMarkNorTakeTheMatch) {
+  EntryIndex index;
+  const RightsSet high = rightBit("salvage") | rightBit("secure") | rightBit("read");
+  ASSERT_TRUE(index.add(trustee("/kept", "u", high)));
+  ASSERT_TRUE(index.add(trustee("/named", "u", high)));
+  Entry stored;
+  ASSERT_TRUE(index.match(trustee("/named", "u", 1), stored));
+  EXPECT_EQ(stored.rights, high);
+  ASSERT_TRUE(index.match(trustee("/named", "u", 1), stored));
+  EXPECT_EQ(stored.rights, high);
+  std::vector<std::string> left;
+  index.forEachUnmatched([&](const Entry &entry) {
+    left.push_back(entry.path);
+    EXPECT_EQ(entry.rights, high);
+  });
+  ASSERT_EQ(left.size(), 1u);
+  EXPECT_EQ(left[0], "/kept");
+}

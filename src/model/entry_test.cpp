@@ -4,6 +4,7 @@
 
 #include "model/key_set.h"
 #include "model/quota_amount.h"
+#include "model_support.h"
 
 namespace {
 
@@ -71,6 +72,64 @@ TEST(QuotaAmount, DecimalNumbersUpToTheLargest) {
   EXPECT_FALSE(isQuotaAmount(""));
   EXPECT_FALSE(isQuotaAmount("-1"));
   EXPECT_FALSE(isQuotaAmount(" 1"));
+}
+
+}  // namespace
+
+namespace {
+
+std::string elementsOf(const RightsList &rights) {
+  std::string out;
+  writtenElements(rights, out);
+  return out;
+}
+
+RightsList listed(std::initializer_list<const char *> names) {
+  RightsList rights;
+  for (const char *name : names)
+    rights |= rightBit(name);
+  return rights;
+}
+
+TEST(RightsList, InTableOrderKeepsNoOrderOfItsOwn) {
+  const RightsList rights = listed({"read", "fileScan", "secure"});
+  EXPECT_TRUE(rights.written().empty());
+  EXPECT_EQ(elementsOf(rights), "<read/><fileScan/><secure/>");
+}
+
+TEST(RightsList, OutOfOrderAndRepeatedRightsAreKeptAsWritten) {
+  const RightsList rights = listed({"fileScan", "read", "read", "write"});
+  EXPECT_EQ(rights.set(), rightBit("read") | rightBit("write") | rightBit("fileScan"));
+  EXPECT_EQ(elementsOf(rights), "<fileScan/><read/><read/><write/>");
+  EXPECT_EQ(rights, listed({"read", "write", "fileScan"}));  // compared as a set
+}
+
+TEST(RightsList, ASetAssignedIsInTableOrder) {
+  RightsList rights = listed({"write", "read"});
+  rights = static_cast<RightsSet>(rightBit("write") | rightBit("read"));
+  EXPECT_EQ(elementsOf(rights), "<read/><write/>");
+}
+
+TEST(RightsList, WrittenOrderIsBounded) {
+  RightsList rights;
+  for (std::size_t count = 0; count < 10 * RightsList::kWrittenLimit; ++count)
+    rights |= rightBit("read");
+  EXPECT_EQ(rights.written().size(), RightsList::kWrittenLimit);
+  RightsList back;
+  back.setWritten(rights.set(), std::string(rights.written()) + "\x0a\x7f");
+  EXPECT_EQ(back.written(), rights.written());
+}
+
+TEST(RightsList, TheStrictReaderKeepsTheDocumentsOrder) {
+  const ReadResult result = readDocument(
+      "<metadata><trusteeInfo><file><path>/a</path><trustee><name>u.T.</name><id></id>"
+      "<rights><write/><read></read><read /></rights></trustee>"
+      "<inheritedRightsFilter><fileScan/><read/></inheritedRightsFilter></file></trusteeInfo>"
+      "</metadata>");
+  EXPECT_TRUE(result.findings.empty());
+  ASSERT_EQ(result.entries.size(), 2u);
+  EXPECT_EQ(elementsOf(result.entries[0].rights), "<write/><read/><read/>");
+  EXPECT_EQ(elementsOf(result.entries[1].rights), "<fileScan/><read/>");
 }
 
 }  // namespace

@@ -70,3 +70,69 @@ hence status 1).
     > 157 requests
     > same
     ? 0
+
+Rights as a hand may write them: in any order, a right named twice, each element written
+`<r/>`, `<r />` or `<r></r>`, sometimes a run of `<read/>` at and just past what trovan's rights
+field holds (trovan then sends nothing for the entry, and neither does apply), for Arbor and AD
+trustees and for filters. trovan restore sends the elements as the document lists them; so does
+apply, while its plan compares them as a set.
+
+    $ cat > rights.sh
+    < # rights.sh SEED: one document of trustees and filters whose rights come in any order
+    < RANDOM=$1
+    < rights=(read write create erase accessControl fileScan modify supervisor salvage secure)
+    < forms=('<R/>' '<R />' '<R></R>')
+    < pick() { picked=; local n f; for (( n = RANDOM % 6; n > 0; n-- )); do f=${forms[RANDOM % 3]}; picked+=${f//R/${rights[RANDOM % 10]}}; done
+    <   if (( RANDOM % 15 == 0 )); then for (( n = 73 + RANDOM % 2; n > 0; n-- )); do picked+='<read/>'; done; fi; }
+    < echo '<metadata>'; echo '<trusteeInfo>'
+    < for (( n = 0; n < 50; n++ )); do
+    <   echo "<file><zid></zid><path>/d$((n % 3))/f$n</path>"
+    <   pick; echo "<trustee><name>bob.corp.TREE.</name><id></id><rights>$picked</rights></trustee>"
+    <   pick; echo "<trustee type=\"adID\"><name>ann</name><id>S-1-5-21-1</id><rights>$picked</rights></trustee>"
+    <   pick; (( RANDOM % 2 )) && echo "<inheritedRightsFilter>$picked</inheritedRightsFilter>"
+    <   echo '</file>'
+    < done
+    < echo '</trusteeInfo>'; echo '</metadata>'
+    ? 0
+    $ bash rights.sh 4 > rights4.xml && grep -c '<read/><read/>\|<read></read><read' rights4.xml && bash same.sh rights4.xml 4 && grep -c 'never sent: the rights elements do not fit their field' account.txt
+    > 13
+    > apply status 1
+    > 112 requests
+    > same
+    > 10
+    ? 0
+    $ bash rights.sh 5 > rights5.xml && bash same.sh rights5.xml 5 && grep -c 'never sent: the rights elements do not fit their field' account.txt
+    > apply status 1
+    > 119 requests
+    > same
+    > 6
+    ? 0
+    $ bash rights.sh 6 > rights6.xml && bash same.sh rights6.xml 6 && grep -c 'never sent: the rights elements do not fit their field' account.txt
+    > apply status 1
+    > 114 requests
+    > same
+    > 6
+    ? 0
+
+Planned again, each volume holds what its document asks for, the rights compared as sets: only
+the entries trovan could not send are still to add.
+
+    $ for n in 4 5 6; do trovanctl plan B$n rights$n.xml | tail -1; done
+    > plan B4 <- rights4.xml: 0 to add, 0 to change, 112 in place, 0 skipped, 10 never sent (0 may be refused); 0 on the volume only (0 to remove)
+    > plan B5 <- rights5.xml: 0 to add, 0 to change, 119 in place, 0 skipped, 6 never sent (0 may be refused); 0 on the volume only (0 to remove)
+    > plan B6 <- rights6.xml: 0 to add, 0 to change, 114 in place, 0 skipped, 6 never sent (0 may be refused); 0 on the volume only (0 to remove)
+    ? 0
+
+A trustee whose rights elements make 518 bytes, one more `<read/>` than trovan's field holds:
+the plan says it is never sent, and apply refuses the document without --force.
+
+    $ printf '<metadata><trusteeInfo><file><path>/d0/f1</path><trustee><name>bob.corp.TREE.</name><id></id><rights>%s</rights></trustee></file></trusteeInfo></metadata>\n' "$(printf '<read/>%.0s' $(seq 74))" > long.xml && quillsim volume add LONG && mkdir -p mnt/LONG/d0 && touch mnt/LONG/d0/f1
+    ? 0
+    $ trovanctl plan LONG long.xml
+    > x trustee /d0/f1 bob.corp.TREE. [r]: never sent: the rights elements do not fit their field
+    > plan LONG <- long.xml: 0 to add, 0 to change, 0 in place, 0 skipped, 1 never sent (0 may be refused); 0 on the volume only (0 to remove)
+    ? 1
+    $ trovanctl apply LONG long.xml --quiet
+    > refuse    trustee /d0/f1 bob.corp.TREE. [r]: never sent: the rights elements do not fit their field
+    2> trovanctl: apply: long.xml: 1 problem(s) found (see trovanctl check); nothing sent. --force sends the changes anyway
+    ? 2
