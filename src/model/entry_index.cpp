@@ -84,7 +84,7 @@ bool EntryIndex::add(const Entry &entry) {
 }
 
 bool EntryIndex::match(const Entry &entry, Entry &stored) {
-  if (count_ == 0) return false;  // an empty volume: no key to make
+  if (refs_.size() == 0) return false;  // an empty volume: no key to make
   entryKey(entry, key_);
   const std::uint64_t *ref =
       refs_.find(keyHash(key_), [this](std::uint64_t at) { return holdsKey(at); });
