@@ -1,23 +1,20 @@
 #include "model/key_set.h"
 
-#include <functional>
-
-namespace {
-
-std::uint64_t hashOf(std::string_view key) {
-  std::uint64_t hash = std::hash<std::string_view>{}(key);
-  // A final mix, so that the low bits that pick a slot depend on every bit of the key.
-  hash ^= hash >> 33;
-  hash *= 0xff51afd7ed558ccdULL;
-  hash ^= hash >> 33;
-  return hash == 0 ? 1 : hash;
-}
-
-}  // namespace
+#include "model/entry_index.h"
 
 unsigned long KeySet::insert(std::string_view key, unsigned long line) {
+  return insertHash(keyHash(key), line);
+}
+
+void KeySet::prefetch(std::uint64_t hash) const {
+  if (hashes_.empty()) return;
+  const std::size_t slot = hash & (hashes_.size() - 1);
+  __builtin_prefetch(&hashes_[slot], 1);
+  __builtin_prefetch(&lines_[slot], 1);
+}
+
+unsigned long KeySet::insertHash(std::uint64_t hash, unsigned long line) {
   if ((count_ + 1) * 4 > hashes_.size() * 3) grow();
-  const std::uint64_t hash = hashOf(key);
   const std::size_t mask = hashes_.size() - 1;
   for (std::size_t slot = hash & mask;; slot = (slot + 1) & mask) {
     if (hashes_[slot] == 0) {

@@ -92,7 +92,7 @@ unsigned long long DocumentReader::State::markupStart() const {
 }
 
 void DocumentReader::State::report(Position at, const char *code, std::string message) {
-  events.push_back(
+  pushEvent(
       {ReaderEvent::Kind::finding, Section::trustees, 0, Finding{at, code, std::move(message)}});
 }
 
@@ -236,11 +236,11 @@ void DocumentReader::State::acceptElement(Element element, std::string_view name
   case Element::trusteeInfo:
   case Element::userInfo:
   case Element::dirInfo:
-    events.push_back({ReaderEvent::Kind::sectionOpens,
-                      element == Element::trusteeInfo ? Section::trustees
-                      : element == Element::userInfo  ? Section::userQuotas
-                                                      : Section::dirQuotas,
-                      0, Finding{}});
+    pushEvent({ReaderEvent::Kind::sectionOpens,
+               element == Element::trusteeInfo ? Section::trustees
+               : element == Element::userInfo  ? Section::userQuotas
+                                               : Section::dirQuotas,
+               0, Finding{}});
     break;
   default: break;
   }
