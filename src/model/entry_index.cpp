@@ -69,11 +69,11 @@ std::size_t EntryIndex::load(const char *start, Entry &entry) {
 }
 
 std::size_t EntryIndex::find(std::uint64_t hash, const std::string &key) const {
-  if (hashes_.empty()) return SIZE_MAX;
-  const std::size_t mask = hashes_.size() - 1;
-  for (std::size_t slot = hash & mask; hashes_[slot] != 0; slot = (slot + 1) & mask) {
-    if (hashes_[slot] != hash) continue;
-    load(recordAt(refs_[slot]), scratch_);
+  if (slots_.empty()) return SIZE_MAX;
+  const std::size_t mask = slots_.size() - 1;
+  for (std::size_t slot = hash & mask; slots_[slot].hash != 0; slot = (slot + 1) & mask) {
+    if (slots_[slot].hash != hash) continue;
+    load(recordAt(slots_[slot].ref), scratch_);
     entryKey(scratch_, otherKey_);
     if (otherKey_ == key) return slot;
   }
@@ -84,15 +84,20 @@ bool EntryIndex::add(const Entry &entry) {
   entryKey(entry, key_);
   const std::uint64_t hash = keyHash(key_);
   if (find(hash, key_) != SIZE_MAX) return false;
-  if ((count_ + 1) * 4 > hashes_.size() * 3) grow();
-  const std::size_t mask = hashes_.size() - 1;
+  if ((count_ + 1) * 4 > slots_.size() * 3) grow();
+  const std::size_t mask = slots_.size() - 1;
   std::size_t slot = hash & mask;
-  while (hashes_[slot] != 0)
+  while (slots_[slot].hash != 0)
     slot = (slot + 1) & mask;
-  hashes_[slot] = hash;
-  refs_[slot] = store(entry);
+  slots_[slot] = {hash, store(entry)};
   ++count_;
   return true;
+}
+
+void EntryIndex::prefetch(const Entry &entry) const {
+  if (slots_.empty()) return;
+  entryKey(entry, key_);
+  __builtin_prefetch(&slots_[keyHash(key_) & (slots_.size() - 1)]);
 }
 
 bool EntryIndex::match(const Entry &entry, Entry &stored) {
@@ -100,7 +105,7 @@ bool EntryIndex::match(const Entry &entry, Entry &stored) {
   const std::size_t slot = find(keyHash(key_), key_);
   if (slot == SIZE_MAX) return false;
   stored = scratch_;
-  recordAt(refs_[slot])[3] = 1;
+  recordAt(slots_[slot].ref)[3] = 1;
   return true;
 }
 
@@ -117,17 +122,14 @@ void EntryIndex::forEachUnmatched(const std::function<void(const Entry &)> &visi
 }
 
 void EntryIndex::grow() {
-  std::vector<std::uint64_t> hashes(hashes_.empty() ? 1024 : hashes_.size() * 2, 0);
-  std::vector<std::uint64_t> refs(hashes.size(), 0);
-  const std::size_t mask = hashes.size() - 1;
-  for (std::size_t old = 0; old < hashes_.size(); ++old) {
-    if (hashes_[old] == 0) continue;
-    std::size_t slot = hashes_[old] & mask;
-    while (hashes[slot] != 0)
+  decltype(slots_) slots(slots_.empty() ? 1024 : slots_.size() * 2);
+  const std::size_t mask = slots.size() - 1;
+  for (const Slot &old : slots_) {
+    if (old.hash == 0) continue;
+    std::size_t slot = old.hash & mask;
+    while (slots[slot].hash != 0)
       slot = (slot + 1) & mask;
-    hashes[slot] = hashes_[old];
-    refs[slot] = refs_[old];
+    slots[slot] = old;
   }
-  hashes_.swap(hashes);
-  refs_.swap(refs);
+  slots_.swap(slots);
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "model/entry.h"
+#include "model/table_memory.h"
 
 class EntryIndex {
 public:
@@ -20,6 +21,9 @@ public:
   bool match(const Entry &entry, Entry &stored);
   // Every stored entry that no match() has found, in the order they were added.
   void forEachUnmatched(const std::function<void(const Entry &)> &visit) const;
+  // Asks the processor for the table slot of the entry's key, to be added or matched a little
+  // later: a lookup in a large table otherwise waits for memory.
+  void prefetch(const Entry &entry) const;
 
   std::size_t size() const { return count_; }
 
@@ -34,10 +38,14 @@ private:
   void grow();
 
   std::vector<std::unique_ptr<char[]>> blocks_;
-  std::size_t used_ = kBlockSize;      // bytes used in the last block
-  std::vector<std::uint64_t> hashes_;  // 0 marks a free slot
-  std::vector<std::uint64_t> refs_;    // block << 20 | offset of the entry's record
-  std::vector<std::size_t> filled_;    // bytes used in each block
+  std::size_t used_ = kBlockSize;  // bytes used in the last block
+  // A key's hash and its record side by side: a lookup reads one cache line, not two.
+  struct Slot {
+    std::uint64_t hash = 0;  // 0 marks a free slot
+    std::uint64_t ref = 0;   // block << 20 | offset of the entry's record
+  };
+  std::vector<Slot, TableMemory<Slot>> slots_;
+  std::vector<std::size_t> filled_;  // bytes used in each block
   std::size_t count_ = 0;
   mutable std::string key_;
   mutable std::string otherKey_;

@@ -28,8 +28,8 @@ unsigned long KeySet::insertHash(std::uint64_t hash, unsigned long line) {
 }
 
 void KeySet::grow() {
-  std::vector<std::uint64_t> hashes(hashes_.empty() ? 1024 : hashes_.size() * 2, 0);
-  std::vector<std::uint32_t> lines(hashes.size(), 0);
+  decltype(hashes_) hashes(hashes_.empty() ? 1024 : hashes_.size() * 2, 0);
+  decltype(lines_) lines(hashes.size(), 0);
   const std::size_t mask = hashes.size() - 1;
   for (std::size_t old = 0; old < hashes_.size(); ++old) {
     if (hashes_[old] == 0) continue;

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "model/table_memory.h"
+
 class KeySet {
 public:
   // Adds a key first seen on `line`. Returns 0 when it is new, else the line of its first
@@ -21,7 +23,7 @@ public:
 private:
   void grow();
 
-  std::vector<std::uint64_t> hashes_;  // 0 marks a free slot
-  std::vector<std::uint32_t> lines_;
+  std::vector<std::uint64_t, TableMemory<std::uint64_t>> hashes_;  // 0 marks a free slot
+  std::vector<std::uint32_t, TableMemory<std::uint32_t>> lines_;
   std::size_t count_ = 0;
 };
