@@ -67,6 +67,7 @@ void parseChunk(State &state) {
   state.input.commit(static_cast<std::size_t>(count));
   state.finalGiven = count == 0;
   xmlParseChunk(state.parser, buffer, static_cast<int>(count), state.finalGiven ? 1 : 0);
+  state.settle();
   if (state.finalGiven || state.errorSeen || state.aborted) {
     state.finish();
     return;

@@ -332,4 +332,41 @@ TEST(DocumentReader, ValuesAcrossReads) {
   }
 }
 
+// Entries, findings and sections in one stream, as a consumer meets them.
+Texts eventOrder(std::string_view bytes) {
+  BytesFd input(bytes);
+  Texts order;
+  DocumentReader reader(input.fd(), [&order](Finding finding) {
+    order.push_back(std::to_string(finding.at.line) + " " + finding.code);
+  });
+  reader.onSection([&order](Section section, bool opening) {
+    order.push_back(std::string(opening ? "open " : "close ") +
+                    std::string(sectionElement(section)));
+  });
+  Entry entry;
+  while (reader.next(entry))
+    order.push_back(std::to_string(entry.at.line) + " " + std::string(kindName(entry.kind)));
+  return order;
+}
+
+// A duplicate's finding comes just before the entry, after everything met before it.
+TEST(DocumentReader, DuplicateFindingsStandJustBeforeTheirEntry) {
+  const Texts order =
+      eventOrder("<metadata><trusteeInfo>\n"
+                 "<file><path>/a</path><trustee><name>u</name></trustee></file>\n"
+                 "<file><path>/a</path><trustee><name>u</name></trustee></file>\n"
+                 "<file><path>/a</path><zid/><zid/><trustee><name>u</name></trustee></file>\n"
+                 "</trusteeInfo><userInfo>\n"
+                 "<user><name>v</name><quotaAmount>1</quotaAmount></user>\n"
+                 "<user><name>v</name><quotaAmount>x</quotaAmount></user>\n"
+                 "</userInfo>\n"
+                 "<userInfo><user><name>v</name><quotaAmount>1</quotaAmount></user><bad");
+  EXPECT_EQ(order,
+            (Texts{"open trusteeInfo", "2 trustee", "3 duplicate-entry", "3 trustee",
+                   "4 repeated-element", "4 duplicate-entry", "4 trustee", "close trusteeInfo",
+                   "open userInfo", "6 user quota", "7 quota-not-a-number", "7 duplicate-entry",
+                   "7 user quota", "close userInfo", "open userInfo", "9 duplicate-entry",
+                   "9 user quota", "9 not-well-formed"}));
+}
+
 }  // namespace

@@ -83,6 +83,12 @@ bool EntryIndex::add(const Entry &entry) {
   return added;
 }
 
+void EntryIndex::prefetch(const Entry &entry) const {
+  if (refs_.size() == 0) return;
+  entryKey(entry, key_);
+  refs_.prefetch(keyHash(key_));
+}
+
 bool EntryIndex::match(const Entry &entry, Entry &stored) {
   if (refs_.size() == 0) return false;  // an empty volume: no key to make
   entryKey(entry, key_);

@@ -21,6 +21,9 @@ public:
   bool match(const Entry &entry, Entry &stored);
   // Every stored entry that no match() has found, in the order they were added.
   void forEachUnmatched(const std::function<void(const Entry &)> &visit) const;
+  // Asks the processor for the table slot of the entry's key, to be added or matched a little
+  // later: a lookup in a large table otherwise waits for memory.
+  void prefetch(const Entry &entry) const;
 
   std::size_t size() const { return refs_.size(); }
 
@@ -38,7 +41,7 @@ private:
   std::size_t used_ = kBlockSize;    // bytes used in the last block
   HashSlots<std::uint64_t> refs_;    // block << 20 | offset of the entry's record, by key hash
   std::vector<std::size_t> filled_;  // bytes used in each block
-  std::string key_;
+  mutable std::string key_;  // mutable: prefetch() makes the key to find its slot
   std::string otherKey_;
   Entry scratch_;
 };

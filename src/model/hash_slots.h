@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "model/table_memory.h"
+
 // The 64-bit hash of an entry key that the tables use (never 0, which marks a free slot).
 std::uint64_t keyHash(std::string_view key);
 
@@ -43,10 +45,19 @@ public:
 
   std::size_t size() const { return count_; }
 
+  // Asks the processor for the slot of `hash`, to be looked up a little later: a lookup in a
+  // large table otherwise waits for memory.
+  void prefetch(std::uint64_t hash) const {
+    if (hashes_.empty()) return;
+    const std::size_t slot = hash & (hashes_.size() - 1);
+    __builtin_prefetch(&hashes_[slot], 1);
+    __builtin_prefetch(&values_[slot], 1);
+  }
+
 private:
   void grow() {
-    std::vector<std::uint64_t> hashes(hashes_.empty() ? 1024 : hashes_.size() * 2, 0);
-    std::vector<Value> values(hashes.size(), Value{});
+    decltype(hashes_) hashes(hashes_.empty() ? 1024 : hashes_.size() * 2, 0);
+    decltype(values_) values(hashes.size(), Value{});
     const std::size_t mask = hashes.size() - 1;
     for (std::size_t old = 0; old < hashes_.size(); ++old) {
       if (hashes_[old] == 0) continue;
@@ -60,7 +71,7 @@ private:
     values_.swap(values);
   }
 
-  std::vector<std::uint64_t> hashes_;  // 0 marks a free slot
-  std::vector<Value> values_;
+  std::vector<std::uint64_t, TableMemory<std::uint64_t>> hashes_;  // 0 marks a free slot
+  std::vector<Value, TableMemory<Value>> values_;
   std::size_t count_ = 0;
 };

@@ -1,6 +1,11 @@
-// Lines are counted with memchr over stretches known to hold no CR and no multi-byte character
-// (found eight bytes at a time); other stretches go byte by byte.
+// Lines are counted over stretches known to hold no CR and no multi-byte character (found
+// sixteen or eight bytes at a time) by the next LF, found once per line whatever the number of
+// places asked about in it; other stretches go byte by byte.
 #include "model/input_window.h"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include <cstdint>
 #include <cstring>
@@ -35,7 +40,7 @@ void InputWindow::forgetBefore(unsigned long long offset) {
   start_ = offset;
 }
 
-Position InputWindow::position(unsigned long long offset) {
+Position InputWindow::positionFurther(unsigned long long offset) {
   if (offset > end()) offset = end();
   advance(offset);
   if (offset < cursor_) offset = cursor_;
@@ -45,6 +50,17 @@ Position InputWindow::position(unsigned long long offset) {
 unsigned long long InputWindow::scanSpecial(unsigned long long from, unsigned long long to) const {
   const char *byte = at(from);
   const char *const last = at(to);
+#if defined(__SSE2__)
+  const __m128i crs = _mm_set1_epi8('\r');
+  for (; last - byte >= 16; byte += 16) {
+    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(byte));
+    // The top bit of a byte above 0x7F, or of a CR made all ones.
+    const int found = _mm_movemask_epi8(_mm_or_si128(block, _mm_cmpeq_epi8(block, crs)));
+    if (found != 0)
+      return from + static_cast<unsigned long long>(byte - at(from)) +
+             static_cast<unsigned>(__builtin_ctz(static_cast<unsigned>(found)));
+  }
+#endif
   for (; last - byte >= 8; byte += 8) {
     std::uint64_t word;
     std::memcpy(&word, byte, sizeof word);
@@ -64,15 +80,26 @@ void InputWindow::advance(unsigned long long to) {
     advanceSlowly(to);
     return;
   }
-  const char *byte = at(cursor_);
-  const char *const last = at(to);
-  while (const void *found = std::memchr(byte, '\n', static_cast<std::size_t>(last - byte))) {
-    byte = static_cast<const char *>(found) + 1;
+  if (newline_ < cursor_) findNewline(cursor_);
+  while (true) {
+    // Searched up to an earlier end of the input: the search goes on.
+    if (!newlineFound_ && newline_ < to) findNewline(newline_);
+    if (!newlineFound_ || newline_ >= to) break;
     ++line_;
-    lineStart_ = cursor_ + static_cast<unsigned long long>(byte - at(cursor_));
+    lineStart_ = newline_ + 1;
     continuations_ = 0;
+    findNewline(newline_ + 1);
   }
   cursor_ = to;
+}
+
+void InputWindow::findNewline(unsigned long long from) {
+  const void *found = std::memchr(at(from), '\n', static_cast<std::size_t>(end() - from));
+  newlineFound_ = found != nullptr;
+  newline_ =
+      found == nullptr
+          ? end()
+          : from + static_cast<unsigned long long>(static_cast<const char *>(found) - at(from));
 }
 
 void InputWindow::advanceSlowly(unsigned long long to) {

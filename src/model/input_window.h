@@ -20,15 +20,25 @@ public:
   const char *at(unsigned long long offset) const { return bytes_.data() + (offset - start_); }
 
   // The place of `offset` (clamped to the window and to the last place asked about).
-  Position position(unsigned long long offset);
+  Position position(unsigned long long offset) {
+    // On the line of the last place asked about, with no CR or multi-byte character between.
+    if (offset >= cursor_ && offset <= newline_ && offset <= special_ && !afterCr_ &&
+        offset <= end()) {
+      cursor_ = offset;
+      return {line_, static_cast<unsigned long>(1 + (offset - lineStart_) - continuations_)};
+    }
+    return positionFurther(offset);
+  }
 
   // Forgets the bytes before `offset` (at most the last place asked about is kept).
   void forgetBefore(unsigned long long offset);
 
 private:
+  Position positionFurther(unsigned long long offset);
   void advance(unsigned long long to);
   void advanceSlowly(unsigned long long to);
   unsigned long long scanSpecial(unsigned long long from, unsigned long long to) const;
+  void findNewline(unsigned long long from);
 
   std::vector<char> bytes_;
   unsigned long long start_ = 0;
@@ -41,4 +51,7 @@ private:
   bool afterCr_ = false;                  // the byte before cursor_ is a CR
   // No CR and no byte above 0x7F from cursor_ to special_.
   unsigned long long special_ = 0;
+  // The first LF at or after cursor_ when newlineFound_; else no LF from cursor_ to newline_.
+  unsigned long long newline_ = 0;
+  bool newlineFound_ = false;
 };

@@ -85,4 +85,40 @@ TEST(InputWindow, LongStretchesWithAndWithoutSpecialBytes) {
   EXPECT_EQ(placeOf(window, 999), "3:297");
 }
 
+TEST(InputWindow, ALineGivenInPiecesIsCountedOnce) {
+  InputWindow window;
+  give(window, "abc");
+  EXPECT_EQ(placeOf(window, 1), "1:2");
+  give(window, "de\nf");
+  EXPECT_EQ(placeOf(window, 4), "1:5");
+  EXPECT_EQ(placeOf(window, 6), "2:1");
+  give(window, std::string(40, 'g') + "\n\nh");
+  EXPECT_EQ(placeOf(window, 46), "2:41");
+  EXPECT_EQ(placeOf(window, 49), "4:1");
+}
+
+TEST(InputWindow, ManyPlacesOnOneLineThenACr) {
+  InputWindow window;
+  give(window, "<a><b><c>\n<d>\r<e>\n<f>");
+  EXPECT_EQ(placeOf(window, 3), "1:4");
+  EXPECT_EQ(placeOf(window, 6), "1:7");
+  EXPECT_EQ(placeOf(window, 9), "1:10");  // the LF itself
+  EXPECT_EQ(placeOf(window, 10), "2:1");
+  EXPECT_EQ(placeOf(window, 13), "2:4");  // the CR itself
+  EXPECT_EQ(placeOf(window, 14), "3:1");
+  EXPECT_EQ(placeOf(window, 18), "4:1");
+}
+
+TEST(InputWindow, SpecialBytesFoundPastSixteenAtATime) {
+  InputWindow window;
+  std::string bytes(64, 'x');
+  bytes[37] = '\xc3';
+  bytes[38] = '\xa9';
+  give(window, bytes);
+  EXPECT_EQ(placeOf(window, 20), "1:21");
+  EXPECT_EQ(placeOf(window, 37), "1:38");
+  EXPECT_EQ(placeOf(window, 39), "1:39");
+  EXPECT_EQ(placeOf(window, 63), "1:63");
+}
+
 }  // namespace

@@ -12,6 +12,10 @@ public:
   // Adds a key first seen on `line`. Returns 0 when it is new, else the line of its first
   // occurrence. Two different keys share a hash with a chance of about n*n/2^65.
   unsigned long insert(std::string_view key, unsigned long line);
+  // The same for a key given by its hash (keyHash()).
+  unsigned long insertHash(std::uint64_t hash, unsigned long line);
+  // Asks the processor for the slots of a hash, to be inserted a little later.
+  void prefetch(std::uint64_t hash) const { lines_.prefetch(hash); }
 
   std::size_t size() const { return lines_.size(); }
 

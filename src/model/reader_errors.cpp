@@ -97,5 +97,5 @@ void DocumentReader::State::finish() {
   failing = true;
   Finding finding = errorFinding();
   endAt = finding.at;
-  events.push_back({ReaderEvent::Kind::finding, Section::trustees, 0, std::move(finding)});
+  pushEvent({ReaderEvent::Kind::finding, Section::trustees, 0, std::move(finding)});
 }

@@ -22,6 +22,20 @@ void clearEntry(Entry &entry) {
     text->clear();
 }
 
+// A file context emptied, its buffers kept for the next file.
+void resetFile(FileContext &file) {
+  std::string path = std::move(file.path);
+  std::string zid = std::move(file.zid);
+  std::string rawPath = std::move(file.rawPath);
+  file = FileContext();
+  file.path = std::move(path);
+  file.zid = std::move(zid);
+  file.rawPath = std::move(rawPath);
+  file.path.clear();
+  file.zid.clear();
+  file.rawPath.clear();
+}
+
 std::string tagText(std::string_view name) { return "<" + std::string(name) + ">"; }
 
 // An attribute's value: the parser hands an '&' over as the reference "&#38;" (and nothing else
@@ -49,16 +63,11 @@ void swapEntries(Entry &one, Entry &other) {
   std::swap(one.ad, other.ad);
   std::swap(one.rights, other.rights);
   std::swap(one.cdata, other.cdata);
-  one.path.swap(other.path);
-  one.name.swap(other.name);
-  one.id.swap(other.id);
-  one.amount.swap(other.amount);
-  one.spaceUsed.swap(other.spaceUsed);
-  one.zid.swap(other.zid);
-  one.rawPath.swap(other.rawPath);
-  one.rawName.swap(other.rawName);
-  one.rawId.swap(other.rawId);
-  one.rawAmount.swap(other.rawAmount);
+  // Most entries leave half their fields empty: two empty texts stay where they are.
+  for (auto field :
+       {&Entry::path, &Entry::name, &Entry::id, &Entry::amount, &Entry::spaceUsed, &Entry::zid,
+        &Entry::rawPath, &Entry::rawName, &Entry::rawId, &Entry::rawAmount})
+    if (!(one.*field).empty() || !(other.*field).empty()) (one.*field).swap(other.*field);
 }
 
 unsigned long long DocumentReader::State::parserOffset() const {
@@ -83,7 +92,7 @@ unsigned long long DocumentReader::State::markupStart() const {
 }
 
 void DocumentReader::State::report(Position at, const char *code, std::string message) {
-  events.push_back(
+  pushEvent(
       {ReaderEvent::Kind::finding, Section::trustees, 0, Finding{at, code, std::move(message)}});
 }
 
@@ -221,21 +230,21 @@ void DocumentReader::State::acceptElement(Element element, std::string_view name
   case Element::user: beginEntry(EntryKind::userQuota, at); break;
   case Element::directory: beginEntry(EntryKind::dirQuota, at); break;
   case Element::file:
-    file = FileContext();
+    resetFile(file);
     file.at = at;
     break;
   case Element::trusteeInfo:
   case Element::userInfo:
   case Element::dirInfo:
-    events.push_back({ReaderEvent::Kind::sectionOpens,
-                      element == Element::trusteeInfo ? Section::trustees
-                      : element == Element::userInfo  ? Section::userQuotas
-                                                      : Section::dirQuotas,
-                      0, Finding{}});
+    pushEvent({ReaderEvent::Kind::sectionOpens,
+               element == Element::trusteeInfo ? Section::trustees
+               : element == Element::userInfo  ? Section::userQuotas
+                                               : Section::dirQuotas,
+               0, Finding{}});
     break;
   default: break;
   }
-  checkAttributes(element, name, at, attributes);
+  if (attributes[0] != nullptr) checkAttributes(element, name, at, attributes);
   frames.push_back({element, name, at, attributes[0] != nullptr});
   if (element == Element::path || element == Element::name || element == Element::id ||
       element == Element::quotaAmount || element == Element::rights || element == Element::zid ||

@@ -140,6 +140,15 @@ struct DocumentReader::State {
   NameCache names;
   KeySet keys;
   std::string keyBuffer;
+  // The entry handed out last, whose key waits to be looked up until the next event (its slot
+  // of the key set is fetched meanwhile): the lookup's finding comes just before it.
+  struct Unsettled {
+    bool waiting = false;
+    std::uint64_t hash = 0;
+    EntryKind kind = EntryKind::trustee;
+    Position at;
+    unsigned long long offset = 0;
+  } unsettled;
 
   // Absolute offsets of the parser's place and of a byte of its buffer.
   unsigned long long parserOffset() const;
@@ -148,6 +157,10 @@ struct DocumentReader::State {
   // Where the markup the parser has just read starts: the first '<' after the last event.
   unsigned long long markupStart() const;
   void report(Position at, const char *code, std::string message);
+  // Queues an event, after the entry handed out last.
+  void pushEvent(ReaderEvent event);
+  // Queues the entry handed out last, after its duplicate finding if it has one.
+  void settle();
   void checkDeclaration();
 
   void startElement(const char *name, const char **attributes);

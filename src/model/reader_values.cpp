@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "model/entry_index.h"
 #include "model/quota_amount.h"
 #include "model/reader_state.h"
 
@@ -58,11 +59,11 @@ void DocumentReader::State::endElement() {
   case Element::trusteeInfo:
   case Element::userInfo:
   case Element::dirInfo:
-    events.push_back({ReaderEvent::Kind::sectionCloses,
-                      frame.element == Element::trusteeInfo ? Section::trustees
-                      : frame.element == Element::userInfo  ? Section::userQuotas
-                                                            : Section::dirQuotas,
-                      0, Finding{}});
+    pushEvent({ReaderEvent::Kind::sectionCloses,
+               frame.element == Element::trusteeInfo ? Section::trustees
+               : frame.element == Element::userInfo  ? Section::userQuotas
+                                                     : Section::dirQuotas,
+               0, Finding{}});
     break;
   default: break;
   }
@@ -155,10 +156,10 @@ void DocumentReader::State::endEntry(const Frame &frame) {
 }
 
 void DocumentReader::State::handOut() {
+  settle();
   entryKey(entry, keyBuffer);
-  if (const unsigned long first = keys.insert(keyBuffer, entry.at.line); first != 0)
-    report(entry.at, "duplicate-entry",
-           "the same " + std::string(kindName(entry.kind)) + " as on line " + lineText(first));
+  unsettled = {true, keyHash(keyBuffer), entry.kind, entry.at, endOffset};
+  keys.prefetch(unsettled.hash);
   if (readyCount == ready.size()) {
     // The ring is full: grow it, its entries kept in order.
     std::rotate(ready.begin(), ready.begin() + static_cast<long>(readyFirst), ready.end());
@@ -167,5 +168,20 @@ void DocumentReader::State::handOut() {
   }
   swapEntries(entry, ready[(readyFirst + readyCount) % ready.size()]);
   ++readyCount;
-  events.push_back({ReaderEvent::Kind::entry, Section::trustees, endOffset, Finding{}});
+}
+
+void DocumentReader::State::settle() {
+  if (!unsettled.waiting) return;
+  unsettled.waiting = false;
+  if (const unsigned long first = keys.insertHash(unsettled.hash, unsettled.at.line); first != 0)
+    events.push_back({ReaderEvent::Kind::finding, Section::trustees, 0,
+                      Finding{unsettled.at, "duplicate-entry",
+                              "the same " + std::string(kindName(unsettled.kind)) + " as on line " +
+                                  lineText(first)}});
+  events.push_back({ReaderEvent::Kind::entry, Section::trustees, unsettled.offset, Finding{}});
+}
+
+void DocumentReader::State::pushEvent(ReaderEvent event) {
+  settle();
+  events.push_back(std::move(event));
 }
