@@ -41,7 +41,7 @@ private:
   std::size_t used_ = kBlockSize;    // bytes used in the last block
   HashSlots<std::uint64_t> refs_;    // block << 20 | offset of the entry's record, by key hash
   std::vector<std::size_t> filled_;  // bytes used in each block
-  mutable std::string key_;  // mutable: prefetch() makes the key to find its slot
+  mutable std::string key_;          // mutable: prefetch() makes the key to find its slot
   std::string otherKey_;
   Entry scratch_;
 };
