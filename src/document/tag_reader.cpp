@@ -23,10 +23,12 @@
 #include "document/name_scan.h"
 #include "document/records.h"
 #include "document/run_settings.h"
+#include "document/tag_reader_state.h"
+
+tag_reader_state::InputState tag_reader_state::input;
 
 namespace {
 
-constexpr std::size_t kReadAheadSize = std::size_t{1} << 20;
 // Compact when less than this much room is left behind the loaded data.
 constexpr std::size_t kCompactBelow = 64 * 1024;
 constexpr char kCdataOpen[] = "<![CDATA[";
@@ -34,28 +36,9 @@ constexpr std::size_t kCdataOpenLength = sizeof kCdataOpen - 1;
 constexpr char kAdMarker[] = "type=\"adID\"";
 constexpr std::size_t kAdMarkerLength = sizeof kAdMarker - 1;
 
-// The reading state.
-struct InputState {
-  // Offsets into `data`: the window is [windowStart, windowEnd), the next byte to look at is
-  // `position`; [windowEnd, loaded) is input read ahead but not yet in the window.
-  // Past the read-ahead, padding that the name scan and copy may read (never input).
-  char data[kReadAheadSize + kTagNameSize];
-  std::size_t loaded = 0;
-  std::size_t windowStart = 0;
-  std::size_t windowEnd = 0;
-  std::size_t position = 0;
-  bool inCdata = false;
-  bool pendingEmptyEnd = false;
-  std::size_t emptyEndPosition = 0;
-  // The NUL rule costs nothing while no NUL byte is near: the read-ahead is searched for NULs in
-  // large stretches, and `nextNul` remembers the result. No NUL lies in [position, nextNul) at
-  // any shift (when position <= nextNul); nextNul is a NUL byte or where the last search
-  // stopped.
-  std::size_t nextNul = 0;
-  // Read no further than the window's end (see readOnlyWithinWindow).
-  bool windowOnly = false;
-};
-InputState input;
+using tag_reader_state::input;
+using tag_reader_state::kReadAheadSize;
+using tag_reader_state::searchNulOn;
 
 inline bool isBlank(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');  // the C locale's white space
@@ -108,15 +91,17 @@ inline int refill() {
   return 0;
 }
 
-// Searches the read-ahead for the next NUL byte from where the last search stopped (or from the
-// position, when that is further on); nextNul becomes that NUL, or the end of what is loaded.
-void searchNulOn() {
+}  // namespace
+
+void tag_reader_state::searchNulOn() {
   const std::size_t from = std::max(input.position, input.nextNul);
   const void *nul = std::memchr(input.data + from, 0, input.loaded - from);
   input.nextNul = nul != nullptr
                       ? static_cast<std::size_t>(static_cast<const char *>(nul) - input.data)
                       : input.loaded;
 }
+
+namespace {
 
 // A NUL byte lies in the window's unread rest, or the last search for one stopped short of the
 // window's end: search on through the read-ahead, and turn the bytes of the rest that follow its
