@@ -11,6 +11,7 @@
 #include <cstring>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "channel/admin_channel.h"
@@ -18,6 +19,7 @@
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
 #include "document/tag_reader_state.h"
+#include "document_mutation.h"
 #include "restore/trustee_restore.h"
 #include "restore_fixture.h"
 
@@ -131,17 +133,8 @@ std::string generateSection(std::mt19937 &random, std::size_t files) {
 
 // Random byte changes, insertions, deletions and a cut at the end.
 std::string mutate(std::mt19937 &random, std::string doc) {
-  static const char kSpecial[] = "<>/[]!\0 \"=a";
-  for (unsigned n = 1 + random() % 8; n > 0 && !doc.empty(); --n) {
-    const std::size_t at = random() % doc.size();
-    switch (random() % 4) {
-    case 0: doc[at] = kSpecial[random() % (sizeof kSpecial - 1)]; break;
-    case 1: doc.insert(at, 1, kSpecial[random() % (sizeof kSpecial - 1)]); break;
-    case 2: doc.erase(at, 1 + random() % 16); break;
-    default: doc.resize(at); break;
-    }
-  }
-  return doc;
+  static constexpr char kSpecial[] = "<>/[]!\0 \"=a";
+  return mutateDocument(random, std::move(doc), std::string_view(kSpecial, sizeof kSpecial - 1));
 }
 
 // Every request is written down and answered with the same reply.
