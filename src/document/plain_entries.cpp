@@ -87,25 +87,26 @@ struct Cursor {
     return found < end ? found : at;
   }
 
-  // Right elements <x/> up to endTag ("</name>"), their bytes copied into out as getRights
-  // gathers them. A name is whatever the reader takes for one, save a CDATA section's opening.
+  // Right elements <x/> up to endTag ("</name>"), copied into out as getRights gathers them: the
+  // elements' own bytes, which follow one another. A name is whatever the reader takes for one,
+  // save a CDATA section's opening.
   bool rights(char *out, std::string_view endTag) {
-    std::size_t length = 0;
+    const std::size_t first = at;
+    std::size_t end = at;
     while (!literal(endTag)) {
-      const std::size_t start = at;
       if (!literal("<") || data[at] == '!') return false;
+      const std::size_t nameStart = at;
       at = nameEndWithin(kTagNameSize);
-      const std::string_view name(data + start + 1, at - start - 1);
+      const std::string_view name(data + nameStart, at - nameStart);
       // An empty element of the list's own name would end the list.
       if (name.empty() || name.size() >= kTagNameSize ||
-          name == endTag.substr(2, endTag.size() - 3) || !literal("/>"))
+          name == endTag.substr(2, endTag.size() - 3) || !literal("/>") ||
+          at - first >= kRightsListSize)
         return false;
-      const std::size_t bytes = at - start;  // '<', the name, "/>"
-      if (length + bytes >= kRightsListSize) return false;
-      std::memcpy(out + length, data + start, bytes);
-      length += bytes;
+      end = at;
     }
-    out[length] = '\0';
+    std::memcpy(out, data + first, end - first);
+    out[end - first] = '\0';
     return true;
   }
 };
