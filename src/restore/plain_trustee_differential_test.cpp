@@ -195,7 +195,7 @@ std::string walk(const std::string &doc, const Settings &settings, bool plainSte
                     std::to_string(state.inCdata) + std::to_string(state.pendingEmptyEnd) + "\n";
   log.append(state.data + state.windowStart, state.windowEnd - state.windowStart);
   log += "\nrest:\n";
-  char name[kTagNameSize];
+  char name[kTagNameSize] = "";  // a stale tag at the start gives it back
   unsigned long isEndTag = 0;
   for (int calls = 0; calls < 100 && readTag(name, &isEndTag, "rest") == 0; ++calls)
     log += std::string(isEndTag ? "/" : "") + name + "\n";
