@@ -175,34 +175,41 @@ bool readPlainRights(char *rights, std::string_view endTag) {
   return true;
 }
 
+namespace {
+
+// Gives tag the name `name` (a constant: copied with its size known).
+template <std::size_t size>
+bool giveTag(Tag &tag, const char (&name)[size], unsigned long isEndTag) {
+  std::memcpy(tag.name, name, size);
+  tag.length = size - 1;
+  tag.isEndTag = isEndTag;
+  return true;
+}
+
+// The tag at the cursor, when it is one that a save writes between entries.
+bool betweenEntries(Cursor &cursor, Tag &tag) {
+  if (cursor.limit - cursor.at < 2) return false;
+  switch (cursor.data[cursor.at + 1]) {
+  case 't':
+    if (cursor.literal("<trustee>")) return giveTag(tag, "trustee", 0);
+    return cursor.literal("<trustee type=\"adID\">") && giveTag(tag, kAdTrusteeElement, 0);
+  case '/': return cursor.literal("</file>") && giveTag(tag, "file", 1);
+  case 'f': return cursor.literal("<file>") && giveTag(tag, "file", 0);
+  default: return false;
+  }
+}
+
+}  // namespace
+
 bool readPlainTag(Tag &tag) {
-  // The tags a save writes between the entries, as the reader gives them.
-  struct PlainTag {
-    std::string_view text;
-    std::string_view name;
-    unsigned long isEndTag;
-  };
-  static constexpr PlainTag kTags[] = {{"<trustee>", "trustee", 0},
-                                       {"</file>", "file", 1},
-                                       {"<file>", "file", 0},
-                                       {"<trustee type=\"adID\">", kAdTrusteeElement, 0}};
   Cursor cursor;
   if (!startAtPosition(cursor)) return false;
   cursor.literal("\n");
-  if (cursor.at >= input.windowEnd) return false;  // text up to the window's end: a stale tag
   const std::size_t tagStart = cursor.at;
-  // Unrolled, so that each comparison is one of known size.
-#pragma GCC unroll 4
-  for (const PlainTag &plain : kTags) {
-    if (cursor.literal(plain.text)) {
-      std::memcpy(tag.name, plain.name.data(), plain.name.size() + 1);
-      tag.length = plain.name.size();
-      tag.isEndTag = plain.isEndTag;
-      moveReaderPast(cursor, tagStart);
-      return true;
-    }
-  }
-  return false;
+  // Text up to the window's end would give a stale tag.
+  if (tagStart >= input.windowEnd || !betweenEntries(cursor, tag)) return false;
+  moveReaderPast(cursor, tagStart);
+  return true;
 }
 
 void usePlainSteps(bool on) { plainStepsOn = on; }

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 
 #include "channel/admin_channel.h"
 #include "channel/console_runner.h"
@@ -243,8 +244,9 @@ int processATrustee(const char *fullPath, const char *tree, int skip, int rxlMod
 
 int addTrustee(const char *fullPath, const char *id, const char *name, const char *rights,
                int isAd) {
-  const std::size_t length =
-      buildAddTrustee(fullPath, isAd ? id : "", name ? name : "", rights, isAd != 0);
+  const std::size_t length = buildAddTrustee(
+      fullPath, isAd ? std::string_view(id) : std::string_view(),
+      name != nullptr ? std::string_view(name) : std::string_view(), rights, isAd != 0);
   Reply reply;
   if (exchangeRequest(kAddTrusteeReply, reply, length) != 0) return kOwnFailure;
   if (reply.result != 0) {
