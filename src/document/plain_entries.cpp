@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "document/name_scan.h"
 #include "document/records.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
@@ -79,11 +78,13 @@ struct Cursor {
     return !literal(open) || (text(out, size) && literal(close));
   }
 
-  // The end of a tag name that starts at `at` (as the reader finds it: at '>', '/', a blank or a
-  // NUL byte), when it lies within `most` bytes; `at` when not.
+  // The end of a tag name that starts at `at` (as the reader finds it: at '>', '/' or a blank; no
+  // NUL byte lies before the limit), when it lies within `most` bytes; `at` when not.
   std::size_t nameEndWithin(std::size_t most) const {
     const std::size_t end = std::min(limit, at + most);
-    const std::size_t found = nameEnd(data, at, end);
+    std::size_t found = at;
+    while (found < end && !tag_reader_state::endsName(data[found]))
+      ++found;
     return found < end ? found : at;
   }
 

@@ -13,8 +13,7 @@ inline constexpr std::size_t kReadAheadSize = std::size_t{1} << 20;
 struct InputState {
   // Offsets into `data`: the window is [windowStart, windowEnd), the next byte to look at is
   // `position`; [windowEnd, loaded) is input read ahead but not yet in the window.
-  // Past the read-ahead, padding that the name scan and copy may read (never input).
-  char data[kReadAheadSize + kTagNameSize];
+  char data[kReadAheadSize];
   std::size_t loaded = 0;
   std::size_t windowStart = 0;
   std::size_t windowEnd = 0;
@@ -31,6 +30,11 @@ struct InputState {
   bool windowOnly = false;
 };
 extern InputState input;
+
+// The C locale's white space.
+inline bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+// Whether c ends a tag name: '>', '/' or a blank.
+inline bool endsName(char c) { return c == '>' || c == '/' || isBlank(c); }
 
 // Searches the read-ahead for the next NUL byte from where the last search stopped (or from the
 // position, when that is further on); nextNul becomes that NUL, or the end of what is loaded.
