@@ -31,18 +31,17 @@ namespace {
 
 // Compact when less than this much room is left behind the loaded data.
 constexpr std::size_t kCompactBelow = 64 * 1024;
-constexpr char kCdataOpen[] = "<![CDATA[";
-constexpr std::size_t kCdataOpenLength = sizeof kCdataOpen - 1;
-constexpr char kAdMarker[] = "type=\"adID\"";
-constexpr std::size_t kAdMarkerLength = sizeof kAdMarker - 1;
+constexpr std::string_view kCdataOpen = "<![CDATA[";
+constexpr std::string_view kAdMarker = "type=\"adID\"";
 
 using tag_reader_state::endsName;
 using tag_reader_state::input;
 using tag_reader_state::isBlank;
 using tag_reader_state::kReadAheadSize;
 
-inline bool startsWith(std::size_t at, const char *text, std::size_t length) {
-  return at + length <= input.windowEnd && std::memcmp(input.data + at, text, length) == 0;
+inline bool startsWith(std::size_t at, std::string_view text) {
+  return at + text.size() <= input.windowEnd &&
+         std::memcmp(input.data + at, text.data(), text.size()) == 0;
 }
 
 // The offset of the first byte c in [from, to), or `to`.
@@ -124,15 +123,6 @@ void appendName(char *name, std::size_t &length, const char *bytes, std::size_t 
   length += count;
 }
 
-// The tag just parsed, whose name starts at nameStart, ends with the '/' at `at`: an empty
-// element, whose end tag the next readTag gives (see readEmptyElementEnd).
-int awaitEmptyEnd(std::size_t nameStart, std::size_t at) {
-  input.pendingEmptyEnd = true;
-  input.emptyEndPosition = at;
-  input.position = nameStart;
-  return 0;
-}
-
 // Parses the tag whose '<' is at the position (the window's start). The name runs up to '>', '/'
 // or a blank (a NUL byte in it ends it as a string); of the rest, only the type="adID" marker
 // after a blank (with that blank) joins the name. A tag cut off by the window's end is taken as
@@ -151,17 +141,23 @@ int parseTag(char *name, unsigned long *isEndTag, std::size_t &nameLength) {
   for (; at < end && !endsName(data[at]); ++at)
     if (length < kTagNameSize - 1) name[length++] = data[at];
   for (; at < end && data[at] != '>' && data[at] != '/'; ++at) {
-    if (isBlank(data[at]) && startsWith(at + 1, kAdMarker, kAdMarkerLength)) {
-      appendName(name, length, data + at, 1 + kAdMarkerLength);
-      at += kAdMarkerLength;
+    if (isBlank(data[at]) && startsWith(at + 1, kAdMarker)) {
+      appendName(name, length, data + at, 1 + kAdMarker.size());
+      at += kAdMarker.size();
     }
   }
   name[length] = '\0';
   nameLength = std::strlen(name);
   input.position = at;
   if (at == end) return 0;
-  if (data[at] == '/') return awaitEmptyEnd(nameStart, at);
-  ++input.position;
+  if (data[at] == '>') {
+    ++input.position;
+    return 0;
+  }
+  // An empty element: the next readTag gives its end tag (see readEmptyElementEnd).
+  input.pendingEmptyEnd = true;
+  input.emptyEndPosition = at;
+  input.position = nameStart;
   return 0;
 }
 
@@ -192,7 +188,7 @@ Found scanForTag(unsigned long *isEndTag) {
     const char c = data[position];
     if (c == '<' && position > input.windowStart) return Found::nextWindow;
     if (input.inCdata) {
-      if (c == ']' && startsWith(position, "]]>", 3)) {
+      if (c == ']' && startsWith(position, "]]>")) {
         input.inCdata = false;
         position += 3;
       } else {
@@ -201,7 +197,7 @@ Found scanForTag(unsigned long *isEndTag) {
     } else if (c != '<') {
       *isEndTag = 0;
       position = find('<', position, end);
-    } else if (startsWith(position, kCdataOpen, kCdataOpenLength)) {
+    } else if (startsWith(position, kCdataOpen)) {
       input.inCdata = true;
       ++position;
     } else {
@@ -276,7 +272,7 @@ Found scanContents(TextField &field) {
     // Inside CDATA too, a '<' past the window's start shifts the window.
     if (c == '<' && at > input.windowStart) return Found::nextWindow;
     if (input.inCdata) {
-      if (c == ']' && startsWith(at, "]]>", 3)) {
+      if (c == ']' && startsWith(at, "]]>")) {
         input.inCdata = false;
         position += 1;  // left on the second ']'
         return Found::tag;
@@ -284,9 +280,9 @@ Found scanContents(TextField &field) {
       position = find('<', at + 1, find(']', at + 1, end));
     } else if (c != '<') {
       position = find('<', at, end);
-    } else if (startsWith(at, kCdataOpen, kCdataOpenLength)) {
+    } else if (startsWith(at, kCdataOpen)) {
       input.inCdata = true;
-      position += kCdataOpenLength;
+      position += kCdataOpen.size();
       continue;
     } else {
       return Found::tag;
