@@ -142,8 +142,6 @@ int sendRequest(std::size_t length) {
 
 namespace {
 
-// receiveReply; with `detailsWhenRefusedOnly`, the description and the name are looked for only
-// when the result is not 0 (they are left empty otherwise).
 // Reads the whole reply from offset 0 of adminFd into replyBuffer, NUL-terminated. Returns 0, -1
 // for a buffer failure, or an errno value, after its message.
 int readReplyText() {
@@ -170,6 +168,8 @@ int readReplyText() {
   return 0;
 }
 
+// receiveReply; with `detailsWhenRefusedOnly`, the description and the name are looked for only
+// when the result is not 0 (they are left empty otherwise).
 int receiveReplyParts(std::string_view replyElement, int *result, std::size_t descriptionSize,
                       char *description, std::size_t nameSize, char *name,
                       bool detailsWhenRefusedOnly) {

@@ -12,10 +12,12 @@
 #include <random>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "document/records.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
+#include "document_mutation.h"
 #include "restore_fixture.h"
 #include "tag_reader_oracle.h"
 #include "tag_reader_walk.h"
@@ -81,17 +83,8 @@ std::string generateDocument(std::mt19937 &random, std::size_t pieces) {
 
 // Random byte changes, insertions, deletions and a cut at the end.
 std::string mutate(std::mt19937 &random, std::string doc) {
-  static const char kSpecial[] = "<>/[]!\0 \t\"=";
-  for (unsigned n = 1 + random() % 8; n > 0 && !doc.empty(); --n) {
-    const std::size_t at = random() % doc.size();
-    switch (random() % 4) {
-    case 0: doc[at] = kSpecial[random() % (sizeof kSpecial - 1)]; break;
-    case 1: doc.insert(at, 1, kSpecial[random() % (sizeof kSpecial - 1)]); break;
-    case 2: doc.erase(at, 1 + random() % 16); break;
-    default: doc.resize(at); break;
-    }
-  }
-  return doc;
+  static constexpr char kSpecial[] = "<>/[]!\0 \t\"=";
+  return mutateDocument(random, std::move(doc), std::string_view(kSpecial, sizeof kSpecial - 1));
 }
 
 class TagReaderDifferentialTest : public testing::Test {

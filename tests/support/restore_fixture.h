@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "channel/admin_channel.h"
+#include "document/plain_entries.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
 #include "file_text.h"
@@ -86,13 +87,14 @@ private:
 // Puts every process-wide setting back, each through its owner's reset: the run settings
 // (showActions, debug, arborUsers, adUsers, inputFd), the admin channel (reflectOnGemel,
 // adminFd, the request and reply buffers, the request stand-in), the tag reader (its reading
-// state and its window-only setting), the legacy report's read-ahead, the RXL trustee file's
-// scanner and the identity library. Then gives the run a reply buffer and both user types, as
-// a restore without -u has.
+// state, its window-only setting and its fast steps, turned on), the legacy report's read-ahead,
+// the RXL trustee file's scanner and the identity library. Then gives the run a reply buffer and
+// both user types, as a restore without -u has.
 inline void resetProcessState() {
   resetRunSettings();
   resetAdminChannel();
   resetTagReader();
+  usePlainSteps(true);
   resetReportInput();
   resetRxlImportScanner();
   resetIdentityLibrary();
