@@ -23,38 +23,6 @@ namespace {
 RequestStandIn requestStandIn = nullptr;
 void *requestStandInContext = nullptr;
 
-}  // namespace
-
-void setRequestStandIn(RequestStandIn standIn, void *context) {
-  requestStandIn = standIn;
-  requestStandInContext = standIn != nullptr ? context : nullptr;
-}
-
-bool requestStandInSet() { return requestStandIn != nullptr; }
-
-bool allocateReplyBuffer() {
-  replyBuffer = static_cast<char *>(std::malloc(kReplyBufferStep));
-  if (replyBuffer == nullptr) return false;
-  replyBufferSize = kReplyBufferStep;
-  return true;
-}
-
-void freeReplyBuffer() {
-  std::free(replyBuffer);
-  replyBuffer = nullptr;
-  replyBufferSize = 0;
-}
-
-void resetAdminChannel() {
-  reflectOnGemel = 1;
-  adminFd = 0;
-  requestBuffer[0] = '\0';
-  freeReplyBuffer();
-  setRequestStandIn(nullptr, nullptr);
-}
-
-namespace {
-
 int rewindAdminFile() {
   if (lseek(adminFd, 0, SEEK_SET) < 0) {
     const int error = errno;
@@ -63,29 +31,6 @@ int rewindAdminFile() {
   }
   return 0;
 }
-
-}  // namespace
-
-bool growReplyBuffer() {
-  // The size is a signed 32-bit count: past its range the buffer cannot grow, as if memory had
-  // run out.
-  const bool fits = replyBufferSize <= INT_MAX - kReplyBufferStep;
-  char *grown = nullptr;
-  if (fits) {
-    replyBufferSize += kReplyBufferStep;
-    grown = static_cast<char *>(std::realloc(replyBuffer, replyBufferSize));
-  }
-  if (grown == nullptr) {
-    std::free(replyBuffer);
-    replyBuffer = nullptr;
-    std::fprintf(stderr, "Error getting big enough buffer for trustees\n");
-    return false;
-  }
-  replyBuffer = grown;
-  return true;
-}
-
-namespace {
 
 // Copies reply[from, end) (to the text's end when end is npos) into out, cut to size - 1.
 void copyUpTo(std::string_view reply, std::size_t from, std::size_t end, std::size_t size,
@@ -116,31 +61,6 @@ void cutOut(char *text, int *length, char *at, int count) {
   std::memmove(at, at + count, static_cast<std::size_t>(available - count) + 1);
   *length -= count;
 }
-
-}  // namespace
-
-int sendRequest() { return sendRequest(std::strlen(requestBuffer)); }
-
-int sendRequest(std::size_t length) {
-  if (requestStandIn != nullptr) {
-    if (replyBuffer != nullptr) replyBuffer[0] = '\0';
-    const int error = requestStandIn(requestBuffer, length, requestStandInContext);
-    if (replyBuffer != nullptr) replyBuffer[replyBufferSize - 1] = '\0';
-    if (error == 0) return 0;
-    errno = error;
-    std::fprintf(stderr, "Error sending the request to the admin file system.  err=%m\n");
-    return error;
-  }
-  if (int error = rewindAdminFile(); error != 0) return error;
-  if (write(adminFd, requestBuffer, length) < 0) {
-    const int error = errno;
-    std::fprintf(stderr, "Error sending the request to the admin file system.  err=%m\n");
-    return error;
-  }
-  return 0;
-}
-
-namespace {
 
 // Reads the whole reply from offset 0 of adminFd into replyBuffer, NUL-terminated. Returns 0, -1
 // for a buffer failure, or an errno value, after its message.
@@ -228,14 +148,76 @@ int receiveReplyParts(std::string_view replyElement, int *result, std::size_t de
 
 }  // namespace
 
+void setRequestStandIn(RequestStandIn standIn, void *context) {
+  requestStandIn = standIn;
+  requestStandInContext = standIn != nullptr ? context : nullptr;
+}
+
+bool requestStandInSet() { return requestStandIn != nullptr; }
+
+bool allocateReplyBuffer() {
+  replyBuffer = static_cast<char *>(std::malloc(kReplyBufferStep));
+  if (replyBuffer == nullptr) return false;
+  replyBufferSize = kReplyBufferStep;
+  return true;
+}
+
+void freeReplyBuffer() {
+  std::free(replyBuffer);
+  replyBuffer = nullptr;
+  replyBufferSize = 0;
+}
+
+void resetAdminChannel() {
+  reflectOnGemel = 1;
+  adminFd = 0;
+  requestBuffer[0] = '\0';
+  freeReplyBuffer();
+  setRequestStandIn(nullptr, nullptr);
+}
+
+bool growReplyBuffer() {
+  // The size is a signed 32-bit count: past its range the buffer cannot grow, as if memory had
+  // run out.
+  const bool fits = replyBufferSize <= INT_MAX - kReplyBufferStep;
+  char *grown = nullptr;
+  if (fits) {
+    replyBufferSize += kReplyBufferStep;
+    grown = static_cast<char *>(std::realloc(replyBuffer, replyBufferSize));
+  }
+  if (grown == nullptr) {
+    std::free(replyBuffer);
+    replyBuffer = nullptr;
+    std::fprintf(stderr, "Error getting big enough buffer for trustees\n");
+    return false;
+  }
+  replyBuffer = grown;
+  return true;
+}
+
+int sendRequest(std::size_t length) {
+  if (requestStandIn != nullptr) {
+    if (replyBuffer != nullptr) replyBuffer[0] = '\0';
+    const int error = requestStandIn(requestBuffer, length, requestStandInContext);
+    if (replyBuffer != nullptr) replyBuffer[replyBufferSize - 1] = '\0';
+    if (error == 0) return 0;
+    errno = error;
+    std::fprintf(stderr, "Error sending the request to the admin file system.  err=%m\n");
+    return error;
+  }
+  if (int error = rewindAdminFile(); error != 0) return error;
+  if (write(adminFd, requestBuffer, length) < 0) {
+    const int error = errno;
+    std::fprintf(stderr, "Error sending the request to the admin file system.  err=%m\n");
+    return error;
+  }
+  return 0;
+}
+
 int receiveReply(const char *replyElement, int *result, std::size_t descriptionSize,
                  char *description, std::size_t nameSize, char *name) {
   return receiveReplyParts(replyElement, result, descriptionSize, description, nameSize, name,
                            false);
-}
-
-int exchangeRequest(std::string_view replyElement, Reply &reply) {
-  return exchangeRequest(replyElement, reply, std::strlen(requestBuffer));
 }
 
 int exchangeRequest(std::string_view replyElement, Reply &reply, std::size_t length) {

@@ -27,7 +27,6 @@ extern int reflectOnGemel;
 inline std::string_view gemelPiece() {
   return reflectOnGemel ? std::string_view("<gemelPath/>") : std::string_view("");
 }
-inline const char *gemelElement() { return gemelPiece().data(); }
 
 extern int adminFd;  // the one open command file; 0 means none
 extern char requestBuffer[kRequestBufferSize];
@@ -42,9 +41,8 @@ void freeReplyBuffer();
 // cannot.
 bool growReplyBuffer();
 
-// Writes requestBuffer at offset 0 of adminFd. Returns 0 or the errno of the failing call.
-int sendRequest();
-// The same for a request whose length (its strlen) is known.
+// Writes the first `length` bytes of requestBuffer (its strlen) at offset 0 of adminFd. Returns 0
+// or the errno of the failing call.
 int sendRequest(std::size_t length);
 
 // Reads the reply from offset 0 of adminFd, finds replyElement, then <result value="N">,
@@ -64,8 +62,7 @@ struct Reply {
 // back (in reply), non-zero after the channel's own message. The reply's description and name,
 // which are printed only for a refused request, are read only when the result is not 0; they
 // are empty otherwise.
-int exchangeRequest(std::string_view replyElement, Reply &reply);
-// The same for a request whose length (its strlen) is known.
+// `length` is the request's strlen.
 int exchangeRequest(std::string_view replyElement, Reply &reply, std::size_t length);
 
 // Removes the <quillReply> wrapper and the <result .../result> element of a stored reply.

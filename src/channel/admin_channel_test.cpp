@@ -10,6 +10,7 @@
 #include <cstring>
 #include <string>
 
+#include "admin_channel_calls.h"
 #include "file_text.h"
 #include "temp_directory.h"
 

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string>
 
+#include "admin_channel_calls.h"
 #include "channel/admin_channel.h"
 #include "document/run_settings.h"
 #include "document/tag_reader.h"
