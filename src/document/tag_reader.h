@@ -42,15 +42,10 @@ int readContents(char *text, std::size_t textSize, bool *tooLong = nullptr);
 // Reads and drops tags up to the end tag `name`. Returns 0, or kOwnFailure after "Unable to find
 // end tag".
 int goPastEndTag(std::string_view name);
-inline int goPastEndTag(const char *name) { return goPastEndTag(std::string_view(name)); }
 
 // Gathers the child elements of a <rights> or <inheritedRightsFilter> as "<read/><write/>..."
 // into out, up to the end tag endName or a reader failure. *tooLong as for readContents.
 void getRights(char *out, std::string_view endName, std::size_t outSize, bool *tooLong = nullptr);
-inline void getRights(char *out, const char *endName, std::size_t outSize,
-                      bool *tooLong = nullptr) {
-  getRights(out, std::string_view(endName), outSize, tooLong);
-}
 
 // With windowOnly, the reader reads no further ahead than its window's end, so that the input's
 // file offset never runs more than one window past what has been read (restore -n sets it: a

@@ -21,7 +21,13 @@ struct TagReaderCalls {
   void (*reset)();
 };
 
-inline const TagReaderCalls kReader{readTag, readContents, goPastEndTag, getRights, resetTagReader};
+// The reader takes its names as string views; the calls here take them as strings.
+inline const TagReaderCalls kReader{
+    readTag, readContents, [](const char *name) { return goPastEndTag(name); },
+    [](char *out, const char *endName, std::size_t outSize, bool *tooLong) {
+      getRights(out, endName, outSize, tooLong);
+    },
+    resetTagReader};
 inline const TagReaderCalls kReferenceReader{oracle::readTag, oracle::readContents,
                                              oracle::goPastEndTag, oracle::getRights,
                                              oracle::resetTagReader};
