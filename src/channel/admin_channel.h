@@ -2,6 +2,7 @@
 // command files and the XML reply is read back from offset 0 of the same descriptor.
 #pragma once
 #include <cstddef>
+#include <cstdio>
 #include <string_view>
 
 inline constexpr const char *kFilesCommandFile = "/_admin/Manage_QUILL/files.cmd";
@@ -64,6 +65,19 @@ struct Reply {
 // are empty otherwise.
 // `length` is the request's strlen.
 int exchangeRequest(std::string_view replyElement, Reply &reply, std::size_t length);
+
+// exchangeRequest with its refusal reported: true when the request was accepted; false after the
+// channel's message or, for a refusal, after `refusal` printed with args, the reply's description
+// and its name.
+template <typename... Args>
+bool requestAccepted(std::string_view replyElement, std::size_t length, const char *refusal,
+                     Args... args) {
+  Reply reply;
+  if (exchangeRequest(replyElement, reply, length) != 0) return false;
+  if (reply.result == 0) return true;
+  std::fprintf(stderr, refusal, args..., reply.description, reply.name);
+  return false;
+}
 
 // Removes the <quillReply> wrapper and the <result .../result> element of a stored reply.
 void stripReplyWrapper(char *text, int *length);

@@ -91,14 +91,9 @@ int processDirQuotaInfo(const char *mountPoint, const regex_t *filter) {
 }
 
 int addDirQuota(const char *fileName, const char *quota) {
-  const std::size_t length = buildDirQuota(fileName, quota);
-  Reply reply;
-  if (exchangeRequest(kDirQuotaReply, reply, length) != 0) return kOwnFailure;
-  if (reply.result != 0) {
-    std::fprintf(stderr, "Error adding directory quota of %s to %s: %s(%s)\n", quota, fileName,
-                 reply.description, reply.name);
+  if (!requestAccepted(kDirQuotaReply, buildDirQuota(fileName, quota),
+                       "Error adding directory quota of %s to %s: %s(%s)\n", quota, fileName))
     return kOwnFailure;
-  }
   if (showActions) std::printf("Directory quota of %s added to %s.\n", quota, fileName);
   return 0;
 }

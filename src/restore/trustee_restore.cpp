@@ -29,44 +29,6 @@ int nextTag(Tag &tag, const char *label, int rxlMode) {
   return readTag(tag, label);
 }
 
-}  // namespace
-
-int restoreTrustees(char *basePath, const regex_t *filter, const char *tree, int rxlMode) {
-  adminFd = 0;
-  if (!rxlMode) {
-    return restoreSection(kFilesCommandFile, "the file system", [basePath, filter, tree] {
-      return walkTrusteeSection(basePath, filter, tree, 0);
-    });
-  }
-  if (checkRxlVolume(basePath) != 0) {
-    std::fprintf(stderr, "RXL volume not found.\n");
-    return kOwnFailure;
-  }
-  const std::size_t length = std::strlen(basePath);
-  if (length + 1 < kBasePathSize) {
-    basePath[length] = ':';
-    basePath[length + 1] = '\0';
-  }
-  return walkTrusteeSection(basePath, filter, tree, rxlMode);
-}
-
-int walkTrusteeSection(const char *basePath, const regex_t *filter, const char *tree, int rxlMode) {
-  Tag tag;
-  for (;;) {
-    if (const int result = nextTag(tag, "restoreTrustees", rxlMode); result != 0) return result;
-    if (tag.isEndTag != 0) {
-      if (tag.is("trusteeInfo")) return 0;
-    } else if (tag.is("file")) {
-      if (const int result = processFileTrusteeInfo(basePath, filter, tree, rxlMode); result != 0)
-        return result;
-    } else {
-      reportUnrecognizedTag(tag.name);
-    }
-  }
-}
-
-namespace {
-
 // What a file element has given so far: its full path (the base path, then the path's text read
 // in place behind it, into a field of the usual size, so that the full path needs no copy), and
 // whether its entries are to be skipped.
@@ -130,38 +92,6 @@ void readFilter(const FileEntry &file, int rxlMode) {
   }
 }
 
-}  // namespace
-
-int processFileTrusteeInfo(const char *basePath, const regex_t *filter, const char *tree,
-                           int rxlMode) {
-  Tag tag;
-  FileEntry file;
-  file.fullPath[0] = '\0';
-  if (!rxlMode) readPlainHead(file, basePath, filter);
-  for (;;) {
-    if (const int result = nextTag(tag, "processFileTrusteeInfo", rxlMode); result != 0)
-      return result;
-    if (tag.isEndTag != 0) {
-      if (tag.is("file")) return 0;
-    } else if (tag.is("path")) {
-      if (const int result = readPath(file, basePath, filter, rxlMode); result != 0) return result;
-    } else if (tag.is("trustee") || tag.is(kAdTrusteeElement)) {
-      if (file.pathState == PathState::missing) reportNoPath(tag.name);
-      const int isAd = tag.is(kAdTrusteeElement) ? 1 : 0;
-      const int skipThis = file.pathState == PathState::ready ? file.skip : 1;
-      if (const int result = processATrustee(file.fullPath, tree, skipThis, rxlMode, isAd);
-          result != 0)
-        return result;
-    } else if (tag.is("inheritedRightsFilter")) {
-      readFilter(file, rxlMode);
-    } else if (!tag.is("zid") && !tag.is("id")) {
-      reportUnrecognizedTag(tag.name);
-    }
-  }
-}
-
-namespace {
-
 // The fields of a trustee element.
 struct TrusteeFields {
   char name[kNameTextSize];
@@ -216,6 +146,68 @@ int readTrusteeElements(TrusteeFields &fields, const char *tree, bool *refused) 
 
 }  // namespace
 
+int restoreTrustees(char *basePath, const regex_t *filter, const char *tree, int rxlMode) {
+  adminFd = 0;
+  if (!rxlMode) {
+    return restoreSection(kFilesCommandFile, "the file system", [basePath, filter, tree] {
+      return walkTrusteeSection(basePath, filter, tree, 0);
+    });
+  }
+  if (checkRxlVolume(basePath) != 0) {
+    std::fprintf(stderr, "RXL volume not found.\n");
+    return kOwnFailure;
+  }
+  const std::size_t length = std::strlen(basePath);
+  if (length + 1 < kBasePathSize) {
+    basePath[length] = ':';
+    basePath[length + 1] = '\0';
+  }
+  return walkTrusteeSection(basePath, filter, tree, rxlMode);
+}
+
+int walkTrusteeSection(const char *basePath, const regex_t *filter, const char *tree, int rxlMode) {
+  Tag tag;
+  for (;;) {
+    if (const int result = nextTag(tag, "restoreTrustees", rxlMode); result != 0) return result;
+    if (tag.isEndTag != 0) {
+      if (tag.is("trusteeInfo")) return 0;
+    } else if (tag.is("file")) {
+      if (const int result = processFileTrusteeInfo(basePath, filter, tree, rxlMode); result != 0)
+        return result;
+    } else {
+      reportUnrecognizedTag(tag.name);
+    }
+  }
+}
+
+int processFileTrusteeInfo(const char *basePath, const regex_t *filter, const char *tree,
+                           int rxlMode) {
+  Tag tag;
+  FileEntry file;
+  file.fullPath[0] = '\0';
+  if (!rxlMode) readPlainHead(file, basePath, filter);
+  for (;;) {
+    if (const int result = nextTag(tag, "processFileTrusteeInfo", rxlMode); result != 0)
+      return result;
+    if (tag.isEndTag != 0) {
+      if (tag.is("file")) return 0;
+    } else if (tag.is("path")) {
+      if (const int result = readPath(file, basePath, filter, rxlMode); result != 0) return result;
+    } else if (tag.is("trustee") || tag.is(kAdTrusteeElement)) {
+      if (file.pathState == PathState::missing) reportNoPath(tag.name);
+      const int isAd = tag.is(kAdTrusteeElement) ? 1 : 0;
+      const int skipThis = file.pathState == PathState::ready ? file.skip : 1;
+      if (const int result = processATrustee(file.fullPath, tree, skipThis, rxlMode, isAd);
+          result != 0)
+        return result;
+    } else if (tag.is("inheritedRightsFilter")) {
+      readFilter(file, rxlMode);
+    } else if (!tag.is("zid") && !tag.is("id")) {
+      reportUnrecognizedTag(tag.name);
+    }
+  }
+}
+
 int processATrustee(const char *fullPath, const char *tree, int skip, int rxlMode, int isAd) {
   TrusteeFields fields;
   char *const name = fields.name;
@@ -247,13 +239,9 @@ int addTrustee(const char *fullPath, const char *id, const char *name, const cha
   const std::size_t length = buildAddTrustee(
       fullPath, isAd ? std::string_view(id) : std::string_view(),
       name != nullptr ? std::string_view(name) : std::string_view(), rights, isAd != 0);
-  Reply reply;
-  if (exchangeRequest(kAddTrusteeReply, reply, length) != 0) return kOwnFailure;
-  if (reply.result != 0) {
-    std::fprintf(stderr, "Error adding trustee %s to %s: %s(%s)\n", name, fullPath,
-                 reply.description, reply.name);
+  if (!requestAccepted(kAddTrusteeReply, length, "Error adding trustee %s to %s: %s(%s)\n", name,
+                       fullPath))
     return kOwnFailure;
-  }
   if (showActions) {
     char letters[kRightsLettersSize];
     rightsToLetters(rights, letters, sizeof letters);
@@ -263,14 +251,9 @@ int addTrustee(const char *fullPath, const char *id, const char *name, const cha
 }
 
 int modifyInheritedRightsFilter(const char *fullPath, const char *irf) {
-  const std::size_t length = buildInheritedRightsFilter(fullPath, irf);
-  Reply reply;
-  if (exchangeRequest(kInheritedRightsFilterReply, reply, length) != 0) return kOwnFailure;
-  if (reply.result != 0) {
-    std::fprintf(stderr, "Error setting IRF on %s: %s(%s)\n", fullPath, reply.description,
-                 reply.name);
+  if (!requestAccepted(kInheritedRightsFilterReply, buildInheritedRightsFilter(fullPath, irf),
+                       "Error setting IRF on %s: %s(%s)\n", fullPath))
     return kOwnFailure;
-  }
   if (showActions) {
     char letters[kRightsLettersSize];
     rightsToLetters(irf, letters, sizeof letters);

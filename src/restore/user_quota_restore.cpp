@@ -91,14 +91,9 @@ int processUserQuotaInfo(const char *volume, const char *tree, int isAd) {
 }
 
 int addUserQuota(const char *volume, const char *userName, const char *quota, int isAd) {
-  const std::size_t length = buildUserQuota(volume, userName, quota, isAd != 0);
-  Reply reply;
-  if (exchangeRequest(kUserQuotaReply, reply, length) != 0) return kOwnFailure;
-  if (reply.result != 0) {
-    std::fprintf(stderr, "Error adding user quotas for %s to %s: %s(%s)\n", userName, volume,
-                 reply.description, reply.name);
+  if (!requestAccepted(kUserQuotaReply, buildUserQuota(volume, userName, quota, isAd != 0),
+                       "Error adding user quotas for %s to %s: %s(%s)\n", userName, volume))
     return kOwnFailure;
-  }
   if (showActions)
     std::printf("User %s assigned a quota of %s on volume %s.\n", userName, quota, volume);
   return 0;
