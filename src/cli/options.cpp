@@ -7,20 +7,19 @@
 #include "document/completion_codes.h"
 #include "document/run_settings.h"
 
-int parseMask(const char *mask, int *trustees, int *userQuotas, int *dirQuotas,
-              int *removeInvalid) {
+int parseMask(const char *mask, MaskFlags &flags) {
   if (mask == nullptr || mask[0] == '\0') {
-    *trustees = *userQuotas = *dirQuotas = 1;
-    *removeInvalid = 0;
+    flags.trustees = flags.userQuotas = flags.dirQuotas = 1;
+    flags.removeInvalid = 0;
     return 0;
   }
   for (const char *letter = mask; *letter != '\0'; ++letter) {
     switch (*letter) {
-    case 't': *trustees = 1; break;
-    case 'u': *userQuotas = 1; break;
-    case 'd': *dirQuotas = 1; break;
-    case 'r': *removeInvalid = 1; break;
-    case 'a': *trustees = *userQuotas = *dirQuotas = *removeInvalid = 1; break;
+    case 't': flags.trustees = 1; break;
+    case 'u': flags.userQuotas = 1; break;
+    case 'd': flags.dirQuotas = 1; break;
+    case 'r': flags.removeInvalid = 1; break;
+    case 'a': flags.trustees = flags.userQuotas = flags.dirQuotas = flags.removeInvalid = 1; break;
     default:
       std::fprintf(stderr, "Unknown metadata type in the mask: %c\n", *letter);
       return kOwnFailure;
@@ -29,24 +28,15 @@ int parseMask(const char *mask, int *trustees, int *userQuotas, int *dirQuotas,
   return 0;
 }
 
-int parseMask(const char *mask, MaskFlags &flags) {
-  return parseMask(mask, &flags.trustees, &flags.userQuotas, &flags.dirQuotas,
-                   &flags.removeInvalid);
-}
-
 int parseUserType(int given, const char *type, bool forSave) {
   if (!given) {
     arborUsers = adUsers = forSave ? 0 : 1;
     return 0;
   }
-  if (std::strcmp(type, "arbor") == 0) {
-    arborUsers = 1;
-    adUsers = 0;
-    return 0;
-  }
-  if (std::strcmp(type, "ad") == 0) {
-    adUsers = 1;
-    arborUsers = 0;
+  const bool arbor = std::strcmp(type, "arbor") == 0;
+  if (arbor || std::strcmp(type, "ad") == 0) {
+    arborUsers = arbor ? 1 : 0;
+    adUsers = arbor ? 0 : 1;
     return 0;
   }
   std::fprintf(stderr, "Unknown user type : %s\n", type);

@@ -11,7 +11,6 @@ struct MaskFlags {
 // Letters t, u, d, r, and a (all four); an empty or missing mask means t, u and d.
 // Returns 0, or kOwnFailure after "Unknown metadata type in the mask: %c" (flags set so far stay
 // set).
-int parseMask(const char *mask, int *trustees, int *userQuotas, int *dirQuotas, int *removeInvalid);
 int parseMask(const char *mask, MaskFlags &flags);
 
 // Sets arborUsers and adUsers from the -u argument. Without -u: both 0 on save (no filtering),
