@@ -92,15 +92,17 @@ void copyMask(char (&mask)[kMaskSize], const char *text) {
 constexpr int kKeepParsing = -1000;
 constexpr int kDoneSuccessfully = -1001;
 
+// "Unable to allocate memory.": a copy or buffer the run needs could not be made.
+int outOfMemory() {
+  std::fprintf(stderr, "Unable to allocate memory.\n");
+  return kOutOfMemory;
+}
+
 // Replaces an owned option copy (-r, -t) with a copy of `argument`.
 int keepCopy(char *&slot, const char *argument) {
   std::free(slot);
   slot = copyText(argument);
-  if (slot == nullptr) {
-    std::fprintf(stderr, "Unable to allocate memory.\n");
-    return kOutOfMemory;
-  }
-  return kKeepParsing;
+  return slot != nullptr ? kKeepParsing : outOfMemory();
 }
 
 constexpr struct option kLongOptions[] = {
@@ -134,11 +136,7 @@ int applyOption(int option, RunOptions &run) {
   case 'p':
     std::free(run.path);
     run.path = normalisePathOption(optarg);
-    if (run.path == nullptr) {
-      std::fprintf(stderr, "Unable to allocate memory.\n");
-      return kOutOfMemory;
-    }
-    return kKeepParsing;
+    return run.path != nullptr ? kKeepParsing : outOfMemory();
   case 'u':
     if (run.userTypeGiven) {
       std::fprintf(stderr, "Multiple user type option is not allowed.\n");
@@ -174,8 +172,9 @@ int applyOption(int option, RunOptions &run) {
   }
 }
 
-// Every mount-table entry of the volume must hold the -p path.
+// Every mount-table entry of the volume must hold the -p path, when one is given.
 int checkPathOnVolume(const RunOptions &run) {
+  if (run.path == nullptr) return 0;
   FILE *table = setmntent(kMountTable, "r");
   if (table == nullptr) return 0;
   int status = 0;
@@ -199,10 +198,7 @@ int checkPathOnVolume(const RunOptions &run) {
 int runSave(RunOptions &run) {
   const std::size_t infoDirSize = std::strlen(kInfoDirectoryBase) + std::strlen(run.volume) + 2;
   run.infoDir = static_cast<char *>(std::malloc(infoDirSize));
-  if (run.infoDir == nullptr) {
-    std::fprintf(stderr, "Unable to allocate memory.\n");
-    return kOutOfMemory;
-  }
+  if (run.infoDir == nullptr) return outOfMemory();
   std::snprintf(run.infoDir, infoDirSize, "%s%s/", kInfoDirectoryBase, run.volume);
   struct stat info;
   if (stat(run.infoDir, &info) != 0) {
@@ -212,10 +208,7 @@ int runSave(RunOptions &run) {
   }
   if (run.rxl) {
     run.rxlTrusteeFile = static_cast<char *>(std::calloc(kMountPointSize, 1));
-    if (run.rxlTrusteeFile == nullptr) {
-      std::fprintf(stderr, "Unable to allocate memory.\n");
-      return kOutOfMemory;
-    }
+    if (run.rxlTrusteeFile == nullptr) return outOfMemory();
     findVolumeMountPoint(run.volume, run.rxlTrusteeFile);
     if (std::strlen(run.rxlTrusteeFile) + 32 > kPathBufferSize) {
       std::fprintf(stderr, "RXL pathname is too long\n");
@@ -227,9 +220,7 @@ int runSave(RunOptions &run) {
       return kUsageError;
     }
   }
-  if (run.path != nullptr) {
-    if (int status = checkPathOnVolume(run); status != 0) return status;
-  }
+  if (const int status = checkPathOnVolume(run); status != 0) return status;
   const int userTypeResult = parseUserType(run.userTypeGiven, run.userType, true);
   if (userTypeResult < 0) return userTypeResult;
   return saveMetadata(run.volume, run.infoDir, run.mask, run.rxlTrusteeFile, run.path);
@@ -307,10 +298,7 @@ int parseAndRun(int argc, char **argv, RunOptions &run) {
     return kUsageError;
   }
   run.volume = copyText(argv[optind + 1]);
-  if (run.volume == nullptr) {
-    std::fprintf(stderr, "Unable to allocate memory.\n");
-    return kOutOfMemory;
-  }
+  if (run.volume == nullptr) return outOfMemory();
   if (!allocateReplyBuffer()) {
     std::fprintf(stderr, "Unable to allocate memory\n");
     return kOutOfMemory;
