@@ -23,8 +23,10 @@ constexpr std::size_t kReadChunk = 1 << 20;
 // The text's length is carried as a signed 32-bit count.
 constexpr std::size_t kLargestText = INT_MAX - kReadStep - 2;
 
-void reportNoMemory(const char *where) {
+// "<where>: Failed to allocate memory."; returns kOutOfMemory.
+int reportNoMemory(const char *where) {
   std::fprintf(stderr, "%s: Failed to allocate memory.\n", where);
+  return kOutOfMemory;
 }
 
 // The text of an info file, in memory mapped straight from the system so that it can grow
@@ -84,19 +86,14 @@ int readWhole(int fd, TextBuffer &text, std::size_t *size) {
   if (fstat(fd, &info) == 0 && info.st_size > 0 &&
       static_cast<unsigned long long>(info.st_size) < kLargestText)
     capacity = static_cast<std::size_t>(info.st_size) + kReadStep + 1;
-  if (!text.reserve(capacity)) {
-    reportNoMemory("util/trovan/trovan[3043]");
-    return kOutOfMemory;
-  }
+  if (!text.reserve(capacity)) return reportNoMemory("util/trovan/trovan[3043]");
   std::size_t used = 0;
   for (;;) {
     if (used == text.capacity() - 1) {
       std::size_t grown = 2 * text.capacity();
       if (grown > kLargestText + 1) grown = kLargestText + 1;
-      if (grown <= text.capacity() || !text.reserve(grown)) {
-        reportNoMemory("util/trovan/trovan[3056]");
-        return kOutOfMemory;
-      }
+      if (grown <= text.capacity() || !text.reserve(grown))
+        return reportNoMemory("util/trovan/trovan[3056]");
     }
     std::size_t room = text.capacity() - 1 - used;
     if (room > kReadChunk) room = kReadChunk;
@@ -155,10 +152,7 @@ int extractInfoFile(const char *infoDir, const char *fileName, const char *path,
   const std::size_t dirLength = std::strlen(infoDir);
   const std::size_t fileLength = std::strlen(fileName);
   buffers.name = static_cast<char *>(std::calloc(dirLength + fileLength + 1, 1));
-  if (buffers.name == nullptr) {
-    reportNoMemory("util/trovan/trovan[3028]");
-    return kOutOfMemory;
-  }
+  if (buffers.name == nullptr) return reportNoMemory("util/trovan/trovan[3028]");
   std::memcpy(buffers.name, infoDir, dirLength);
   std::memcpy(buffers.name + dirLength, fileName, fileLength);
 

@@ -68,14 +68,18 @@ void removeTrustee(TrusteeScan &scan, const char *form, const char *identifier) 
                  description, name);
 }
 
+// Reads the current tag's contents; false after "Failed to get the contents of tag <tag>".
+bool readTagContents(const char *tag, char *text, std::size_t textSize, bool *tooLong) {
+  if (readContents(text, textSize, tooLong) == 0) return true;
+  std::fprintf(stderr, "Failed to get the contents of tag %s\n", tag);
+  return false;
+}
+
 // <path>: the path goes after "<volume>:". Returns false when its contents cannot be read.
 bool takePath(TrusteeScan &scan, const char *tag) {
   char *path = scan.fileName + scan.pathOffset;
   bool tooLong = false;
-  if (readContents(path, kFileNameSize - scan.pathOffset, &tooLong) != 0) {
-    std::fprintf(stderr, "Failed to get the contents of tag %s\n", tag);
-    return false;
-  }
+  if (!readTagContents(tag, path, kFileNameSize - scan.pathOffset, &tooLong)) return false;
   scan.pathTooLong = tooLong;
   if (tooLong) {
     std::fprintf(stderr, "Value too long in element %s; entry skipped.\n", tag);
@@ -93,10 +97,7 @@ bool takePath(TrusteeScan &scan, const char *tag) {
 bool takeName(TrusteeScan &scan, const char *tag) {
   char name[kNameTextSize];
   bool tooLong = false;
-  if (readContents(name, sizeof name, &tooLong) != 0) {
-    std::fprintf(stderr, "Failed to get the contents of tag %s\n", tag);
-    return false;
-  }
+  if (!readTagContents(tag, name, sizeof name, &tooLong)) return false;
   if (scan.inFile && !tooLong && std::strcmp(name, kUnknownName) == 0) {
     goPastEndTag(tag);
     scan.unknownName = true;
@@ -109,10 +110,7 @@ bool takeName(TrusteeScan &scan, const char *tag) {
 bool takeIdentifier(TrusteeScan &scan, const char *tag) {
   char identifier[kIdTextSize];
   bool tooLong = false;
-  if (readContents(identifier, sizeof identifier, &tooLong) != 0) {
-    std::fprintf(stderr, "Failed to get the contents of tag %s\n", tag);
-    return false;
-  }
+  if (!readTagContents(tag, identifier, sizeof identifier, &tooLong)) return false;
   if (tooLong) {
     std::fprintf(stderr, "Value too long in element %s; entry skipped.\n", tag);
     scan.unknownName = false;
