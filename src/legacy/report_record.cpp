@@ -67,6 +67,10 @@ void writeWithSlashes(std::FILE *out, std::string_view piece) {
   }
 }
 
+bool startsWith(const char *text, const char *keyword) {
+  return std::strncmp(text, keyword, std::strlen(keyword)) == 0;
+}
+
 }  // namespace
 
 void RecordValue::writeTo(std::FILE *out) const {
@@ -96,14 +100,6 @@ void writeRecord(std::FILE *out, const char *form, std::initializer_list<RecordV
   }
   fwrite_unlocked(rest.data(), 1, rest.size(), out);
 }
-
-namespace {
-
-bool startsWith(const char *text, const char *keyword) {
-  return std::strncmp(text, keyword, std::strlen(keyword)) == 0;
-}
-
-}  // namespace
 
 ReportKind reportKindOf(const char *keyword) {
   if (startsWith(keyword, "TRUSTEE")) return ReportKind::trustee;

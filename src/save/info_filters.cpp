@@ -79,17 +79,6 @@ std::size_t removalEnd(const char *text, std::size_t size, std::size_t endTagEnd
   return endTagEnd < size && text[endTagEnd] == '\n' ? endTagEnd + 1 : endTagEnd;
 }
 
-}  // namespace
-
-void removeRange(char *position, int count, int *length) {
-  if (position[count] == '\n') ++count;
-  const std::size_t rest = std::strlen(position + count);
-  std::memmove(position, position + count, rest + 1);
-  *length -= count;
-}
-
-namespace {
-
 // removeElements on a text of known size (the position of its first NUL); also gives the size
 // left.
 int removeElementsOfSize(char *text, int *length, std::size_t size, const char *startName,
@@ -120,27 +109,6 @@ int removeElementsOfSize(char *text, int *length, std::size_t size, const char *
   *sizeLeft = size - dropped;
   return status;
 }
-
-}  // namespace
-
-int removeElements(char *text, int *length, const char *startName, const char *endName) {
-  if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr)
-    return kOwnFailure;
-  text[*length] = '\0';
-  std::size_t sizeLeft = 0;
-  return removeElementsOfSize(text, length, std::strlen(text), startName, endName, &sizeLeft);
-}
-
-int removeElementsWhole(char *text, int *length, const char *startName, const char *endName) {
-  if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr)
-    return kOwnFailure;
-  text[*length] = '\0';
-  std::size_t sizeLeft = 0;
-  return removeElementsOfSize(text, length, static_cast<std::size_t>(*length), startName, endName,
-                              &sizeLeft);
-}
-
-namespace {
 
 // filterByPath on a text of known size (the position of its first NUL); returns the size left in
 // place (the unfiltered rest after an element without an end tag included).
@@ -206,6 +174,30 @@ std::size_t filterByPathOfSize(char *text, int *length, std::size_t size, const 
 }
 
 }  // namespace
+
+void removeRange(char *position, int count, int *length) {
+  if (position[count] == '\n') ++count;
+  const std::size_t rest = std::strlen(position + count);
+  std::memmove(position, position + count, rest + 1);
+  *length -= count;
+}
+
+int removeElements(char *text, int *length, const char *startName, const char *endName) {
+  if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr)
+    return kOwnFailure;
+  text[*length] = '\0';
+  std::size_t sizeLeft = 0;
+  return removeElementsOfSize(text, length, std::strlen(text), startName, endName, &sizeLeft);
+}
+
+int removeElementsWhole(char *text, int *length, const char *startName, const char *endName) {
+  if (text == nullptr || length == nullptr || startName == nullptr || endName == nullptr)
+    return kOwnFailure;
+  text[*length] = '\0';
+  std::size_t sizeLeft = 0;
+  return removeElementsOfSize(text, length, static_cast<std::size_t>(*length), startName, endName,
+                              &sizeLeft);
+}
 
 void filterByPath(char *text, int *length, const char *path, char *scratch,
                   const char *elementName) {
