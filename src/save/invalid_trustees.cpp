@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 #include "channel/admin_channel.h"
 #include "channel/request_builder.h"
@@ -45,10 +46,6 @@ struct TrusteeScan {
   std::size_t pathOffset = 0;  // where the path goes, right after "<volume>:"
 };
 
-bool startsWith(const char *text, const char *prefix) {
-  return std::strncmp(text, prefix, std::strlen(prefix)) == 0;
-}
-
 // Sends one removeTrustee request and reports a refusal; the scan goes on either way.
 void removeTrustee(TrusteeScan &scan, const char *form, const char *identifier) {
   const std::size_t length =
@@ -85,7 +82,7 @@ bool takePath(TrusteeScan &scan, const char *tag) {
     std::fprintf(stderr, "Value too long in element %s; entry skipped.\n", tag);
     return true;
   }
-  if (scan.pathFilter != nullptr && startsWith(path, scan.pathFilter)) {
+  if (scan.pathFilter != nullptr && std::string_view(path).starts_with(scan.pathFilter)) {
     goPastEndTag(tag);
     scan.unknownName = false;
   }
