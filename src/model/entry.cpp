@@ -76,12 +76,7 @@ std::string rightsValue(RightsSet rights) {
 
 std::string rightsElements(RightsSet rights) {
   std::string elements;
-  for (std::size_t at = 0; at < kRightCount; ++at) {
-    if ((rights & (1u << at)) == 0) continue;
-    elements += '<';
-    elements += kRights[at].name;
-    elements += "/>";
-  }
+  writtenElements(RightsList(rights), elements);
   return elements;
 }
 
