@@ -51,10 +51,16 @@ void takePath(FileEntry &file, std::size_t baseLength, bool tooLong, const regex
   if (filter != nullptr) file.skip = regexec(filter, file.fullPath, 0, nullptr, 0) != 0 ? 1 : 0;
 }
 
-// Reads a path element's text (after its start tag) into file. Returns 0 or a reader failure.
-int readPath(FileEntry &file, const char *basePath, const regex_t *filter, int rxlMode) {
+// Puts the base path at the start of file's full path; returns its length.
+std::size_t startFullPath(FileEntry &file, const char *basePath) {
   const std::size_t baseLength = strnlen(basePath, kBasePathSize - 1);
   std::memcpy(file.fullPath, basePath, baseLength);
+  return baseLength;
+}
+
+// Reads a path element's text (after its start tag) into file. Returns 0 or a reader failure.
+int readPath(FileEntry &file, const char *basePath, const regex_t *filter, int rxlMode) {
+  const std::size_t baseLength = startFullPath(file, basePath);
   char *const pathText = file.fullPath + baseLength;
   bool tooLong = false;
   if (const int result = readContents(pathText, kPathTextSize, &tooLong); result != 0)
@@ -67,8 +73,7 @@ int readPath(FileEntry &file, const char *basePath, const regex_t *filter, int r
 
 // Reads a file's zid and path at once when they are in the plain form a save writes.
 void readPlainHead(FileEntry &file, const char *basePath, const regex_t *filter) {
-  const std::size_t baseLength = strnlen(basePath, kBasePathSize - 1);
-  std::memcpy(file.fullPath, basePath, baseLength);
+  const std::size_t baseLength = startFullPath(file, basePath);
   if (readPlainFileHead(file.fullPath + baseLength, kPathTextSize))
     takePath(file, baseLength, false, filter);
   else
