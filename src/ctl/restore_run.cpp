@@ -14,6 +14,7 @@
 
 #include "channel/admin_channel.h"
 #include "document/run_settings.h"
+#include "document/tag_reader_state.h"
 #include "restore/restore_driver.h"
 
 namespace {
@@ -52,7 +53,6 @@ bool writeAll(int fd, const void *data, std::size_t size) {
 // when the process ends otherwise (exit, or a signal that ends it), so that none is lost.
 struct ChildRecords {
   int pipe = -1;
-  int documentFd = -1;
   std::size_t used = 0;
   char block[kBlockSize];
 };
@@ -88,9 +88,10 @@ void flushAtEnds() {
   }
 }
 
+// Each request goes with how far trovan had read the document when it made it: the bytes its
+// reader has taken in.
 int standIn(const char *request, std::size_t length, void *) {
-  const off_t offset = lseek(childRecords->documentFd, 0, SEEK_CUR);
-  addRecord({'R', static_cast<std::uint64_t>(offset < 0 ? 0 : offset), length}, request, length);
+  addRecord({'R', tag_reader_state::input.consumed, length}, request, length);
   // The reply as a string of the buffer's size at most, cut if it must be.
   const std::size_t room = static_cast<std::size_t>(replyBufferSize);
   const std::size_t size = sizeof kSuccessReply <= room ? sizeof kSuccessReply : room;
@@ -112,7 +113,6 @@ int standIn(const char *request, std::size_t length, void *) {
   }
   childRecords = new ChildRecords;
   childRecords->pipe = pipe;
-  childRecords->documentFd = fd;
   flushAtEnds();
   if (!allocateReplyBuffer()) _exit(4);
   inputFd = fd;
@@ -188,6 +188,9 @@ RestoreOutcome runRestore(int fd, const CheckOptions &options, const RestoreSett
     outcome.failure = std::strerror(errno);
     return outcome;
   }
+  // Room for several blocks, so that neither side waits for the other at every block (a
+  // smaller pipe is no error, only slower).
+  fcntl(pipes[1], F_SETPIPE_SZ, 1 << 20);
   std::fflush(stdout);
   std::fflush(stderr);
   const pid_t child = fork();

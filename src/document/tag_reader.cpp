@@ -81,6 +81,7 @@ int readAhead() {
       return error;
     }
     input.loaded += static_cast<std::size_t>(count);
+    input.consumed += static_cast<std::size_t>(count);
   }
   return 0;
 }
@@ -362,7 +363,7 @@ void getRights(char *out, std::string_view endName, std::size_t outSize, bool *t
 void readOnlyWithinWindow(bool windowOnly) { input.windowOnly = windowOnly; }
 
 void resetTagReader() {
-  input.loaded = input.windowStart = input.windowEnd = input.position = 0;
+  input.consumed = input.loaded = input.windowStart = input.windowEnd = input.position = 0;
   input.inCdata = false;
   input.pendingEmptyEnd = false;
   input.emptyEndPosition = 0;

@@ -28,6 +28,7 @@ struct InputState {
   std::size_t nextNul = 0;
   // Read no further than the window's end (see readOnlyWithinWindow).
   bool windowOnly = false;
+  unsigned long long consumed = 0;  // bytes read from the input so far
 };
 extern InputState input;
 
