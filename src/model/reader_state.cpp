@@ -103,12 +103,13 @@ void DocumentReader::State::checkDeclaration() {
          "with <metadata>");
 }
 
+namespace {
+
 // The '<' of a start tag: the last '<' before the parser's place, since neither a name nor an
 // attribute value holds one. A tag written "<name>" (blanks allowed before the '>') is known
 // from its name's length without a search.
-const xmlChar *DocumentReader::State::startTagOpen(const xmlChar *cur, std::size_t length,
-                                                   bool hasAttributes) const {
-  const xmlChar *const base = parser->input->base;
+const xmlChar *startTagOpen(const xmlChar *base, const xmlChar *cur, std::size_t length,
+                            bool hasAttributes) {
   if (!hasAttributes) {
     const xmlChar *after = cur;
     while (after > base && isBlank(static_cast<char>(after[-1])))
@@ -119,9 +120,10 @@ const xmlChar *DocumentReader::State::startTagOpen(const xmlChar *cur, std::size
   return static_cast<const xmlChar *>(memrchr(base, '<', static_cast<std::size_t>(cur - base)));
 }
 
+}  // namespace
+
 // The '<' of an end tag "</name>" the parser stands after, found the same way.
-const xmlChar *DocumentReader::State::endTagOpen(const xmlChar *cur, std::size_t length) const {
-  const xmlChar *const base = parser->input->base;
+const xmlChar *endTagOpen(const xmlChar *base, const xmlChar *cur, std::size_t length) {
   if (cur > base && cur[-1] == '>') {
     const xmlChar *after = cur - 1;
     while (after > base && isBlank(static_cast<char>(after[-1])))
@@ -135,16 +137,19 @@ const xmlChar *DocumentReader::State::endTagOpen(const xmlChar *cur, std::size_t
 
 void DocumentReader::State::startElement(const char *name, const char **attributes) {
   if (!declarationChecked) checkDeclaration();
-  const xmlChar *const cur = parser->input->cur;
+  const xmlParserInput &in = *parser->input;
+  const xmlChar *const cur = in.cur;
   // The parser stands on the '>' or "/>" of the tag; at the end of the input it also hands
   // over a tag cut short, an error follows.
   const bool whole = cur[0] == '>' || (cur[0] == '/' && cur[1] == '>');
   if (!whole) return;
-  const NameMatch &found = names.match(name);
+  const NameMatch found = names.match(name);
   const bool hasAttributes = attributes != nullptr && attributes[0] != nullptr;
-  const xmlChar *const open = startTagOpen(cur, found.length, hasAttributes);
-  const Position at = input.position(open != nullptr ? offsetOf(open) : parserOffset());
-  lastEnd = offsetOf(cur) + (cur[0] == '>' ? 1 : 2);
+  const xmlChar *const open = startTagOpen(in.base, cur, found.length, hasAttributes);
+  const unsigned long long consumed = in.consumed;
+  const Position at = input.position(
+      consumed + static_cast<unsigned long long>((open != nullptr ? open : cur) - in.base));
+  lastEnd = consumed + static_cast<unsigned long long>(cur - in.base) + (cur[0] == '>' ? 1 : 2);
   openName(name, at.line);
   ++openDepth;
   rootSeen = true;
@@ -204,18 +209,10 @@ void DocumentReader::State::checkAttributes(Element element, Position at, const 
   }
 }
 
-bool DocumentReader::State::firstChild(Element element, Element parent, const Frame &frame) {
-  const unsigned bit = 1u << static_cast<unsigned>(element);
-  // The children of a file and those of the entry inside it are counted apart.
-  unsigned &seen = parent == Element::file ? file.seenChildren : seenChildren;
-  if ((seen & bit) == 0) {
-    seen |= bit;
-    return true;
-  }
+void DocumentReader::State::repeatedChild(const Frame &frame) {
   const std::string parentTag = frames.size() >= 2 ? tagText(frames[frames.size() - 2].name()) : "";
   report(frame.at, "repeated-element",
          "a second " + tagText(frame.name()) + " in one " + parentTag + "; the last one counts");
-  return false;
 }
 
 void DocumentReader::State::beginEntry(EntryKind kind, Position at) {
@@ -260,8 +257,7 @@ void DocumentReader::State::acceptElement(Element element, Element parent, Posit
   }
   if (attributes != nullptr) checkAttributes(element, at, attributes);
   frames.push_back({element, attributes != nullptr, at});
-  if ((kCountedChildren >> static_cast<unsigned>(element)) & 1u)
-    firstChild(element, parent, frames.back());
+  if ((kCountedChildren >> static_cast<unsigned>(element)) & 1u) countChild(element, parent);
   if (holdsText(element)) {
     text.clear();
     rawText.clear();
@@ -332,13 +328,14 @@ void DocumentReader::State::appendRaw(unsigned long long from, unsigned long lon
 }
 
 void DocumentReader::State::characters(const xmlChar *data, int length) {
+  const xmlParserInput &in = *parser->input;
   const std::size_t count = static_cast<std::size_t>(length);
   unsigned long long from = lastEnd;
-  unsigned long long to = parserOffset();
-  if (inParserBuffer(data)) {
+  unsigned long long to = in.consumed + static_cast<unsigned long long>(in.cur - in.base);
+  if (data >= in.base && data < in.end) {
     // Text read straight from the input; a CR before LF was left out of it.
-    to = offsetOf(data) + count;
-    const unsigned long long start = offsetOf(data);
+    const unsigned long long start = in.consumed + static_cast<unsigned long long>(data - in.base);
+    to = start + count;
     const bool crBefore = start == from + 1 && from >= input.start() && *input.at(from) == '\r';
     if (!crBefore) from = start;
   }

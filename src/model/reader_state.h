@@ -93,6 +93,10 @@ private:
   Slot slots_[kSlots];
 };
 
+// Where an end tag starts: its '<', in the parser's buffer from `base`, for the end tag the
+// parser stands just after (`cur`), whose name as written is `length` bytes long.
+const xmlChar *endTagOpen(const xmlChar *base, const xmlChar *cur, std::size_t length);
+
 // `to` takes the fields of `from`, whose texts are left to be cleared and reused: short texts
 // are copied, long ones change buffers with those they replace.
 void takeEntry(Entry &to, Entry &from);
@@ -169,7 +173,8 @@ struct DocumentReader::State {
   }
   // Where the markup the parser has just read starts: the first '<' after the last event.
   unsigned long long markupStart() const;
-  void report(Position at, const char *code, std::string message);
+  // Findings are rare: their code stays out of the way of the code run for every element.
+  [[gnu::cold, gnu::noinline]] void report(Position at, const char *code, std::string message);
   // Queues an event, after the entry handed out last.
   void pushEvent(ReaderEvent event);
   // Queues the entry handed out last, after its duplicate finding if it has one.
@@ -191,7 +196,7 @@ private:
   void takeText(const char *data, std::size_t length, unsigned long long from,
                 unsigned long long to);
   void appendRaw(unsigned long long from, unsigned long long to);
-  void reportText(unsigned long long from, unsigned long long to);
+  [[gnu::cold, gnu::noinline]] void reportText(unsigned long long from, unsigned long long to);
   Finding errorFinding();
   void acceptElement(Element element, Element parent, Position at, const char **attributes);
   void checkAttributes(Element element, Position at, const char **attributes);
@@ -200,14 +205,20 @@ private:
     openNames[openKept] = {name, line};
     ++openKept;
   }
-  // Where the tag the parser stands at the end of starts (`length`: its name's, as written).
-  const xmlChar *startTagOpen(const xmlChar *cur, std::size_t length, bool hasAttributes) const;
-  const xmlChar *endTagOpen(const xmlChar *cur, std::size_t length) const;
-  void rejectElement(Element element, std::string_view name, Position at);
+  [[gnu::cold, gnu::noinline]] void rejectElement(Element element, std::string_view name,
+                                                  Position at);
+  [[gnu::cold, gnu::noinline]] void repeatedChild(const Frame &frame);
   void beginEntry(EntryKind kind, Position at);
   void beginFileEntry(Element element, Position at);
   void endValue(const Frame &frame);
   void endEntry(const Frame &frame);
   void handOut();
-  bool firstChild(Element element, Element parent, const Frame &frame);
+  // Counts a value or rights list among its parent's children (a second one is reported).
+  void countChild(Element element, Element parent) {
+    const unsigned bit = 1u << static_cast<unsigned>(element);
+    // The children of a file and those of the entry inside it are counted apart.
+    unsigned &seen = parent == Element::file ? file.seenChildren : seenChildren;
+    if ((seen & bit) != 0) repeatedChild(frames.back());
+    seen |= bit;
+  }
 };

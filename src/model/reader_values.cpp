@@ -16,10 +16,11 @@ std::string lineText(unsigned long line) { return std::to_string(line); }
 }  // namespace
 
 void DocumentReader::State::endElement(const char *name) {
-  const xmlChar *const cur = parser->input->cur;
-  const unsigned long long after = offsetOf(cur);
+  const xmlParserInput &in = *parser->input;
+  const xmlChar *const cur = in.cur;
+  const unsigned long long after = in.consumed + static_cast<unsigned long long>(cur - in.base);
   // An element written <x/> ends where its tag ends; another where its end tag starts.
-  const bool empty = cur - parser->input->base >= 2 && cur[-2] == '/' && cur[-1] == '>';
+  const bool empty = cur - in.base >= 2 && cur[-2] == '/' && cur[-1] == '>';
   lastEnd = after;
   if (openDepth > 0) --openDepth;
   if (openKept > openDepth) openKept = openDepth;
@@ -48,8 +49,8 @@ void DocumentReader::State::endElement(const char *name) {
   case Element::directory: {
     // Only an entry's end is needed (see offset()).
     const std::size_t length = name != nullptr ? names.match(name).length : 0;
-    const xmlChar *const open = empty ? nullptr : endTagOpen(cur, length);
-    endOffset = open != nullptr ? offsetOf(open) : after;
+    const xmlChar *const open = empty ? nullptr : endTagOpen(in.base, cur, length);
+    endOffset = open != nullptr ? after - static_cast<unsigned long long>(cur - open) : after;
     endEntry(frame);
     break;
   }
@@ -77,8 +78,9 @@ void DocumentReader::State::endValue(const Frame &frame) {
   const Element parent = frames.empty() ? Element::document : frames.back().element;
   if (parent == Element::file) {
     if (frame.element == Element::path) {
-      file.path = text;
-      file.rawPath = rawText;
+      // The texts are read again from empty for the next value: they take the old buffers.
+      file.path.swap(text);
+      file.rawPath.swap(rawText);
       file.hasPath = true;
       file.pathAt = frame.at;
       file.pathCdata = textCdata;
