@@ -44,8 +44,106 @@ ElementMatch matchElement(std::string_view name);
 // The element of a name (a right's name gives Element::right).
 Element elementOf(std::string_view name);
 
+// The tables behind allowedIn() and elementName(), asked for every element of every document.
+namespace grammar {
+
+struct Named {
+  std::string_view name;
+  Element element;
+};
+
+inline constexpr Named kElements[] = {
+    {"metadata", Element::metadata},
+    {"trusteeInfo", Element::trusteeInfo},
+    {"userInfo", Element::userInfo},
+    {"dirInfo", Element::dirInfo},
+    {"file", Element::file},
+    {"trustee", Element::trustee},
+    {"inheritedRightsFilter", Element::inheritedRightsFilter},
+    {"rights", Element::rights},
+    {"name", Element::name},
+    {"id", Element::id},
+    {"zid", Element::zid},
+    {"path", Element::path},
+    {"user", Element::user},
+    {"spaceUsed", Element::spaceUsed},
+    {"quotaAmount", Element::quotaAmount},
+    {"idNotFound", Element::idNotFound},
+    {"time", Element::time},
+    {"utc", Element::utc},
+    {"string", Element::string},
+    {"numberOfTimes", Element::numberOfTimes},
+    {"directory", Element::directory},
+};
+
+struct Placement {
+  Element child;
+  Element parent;
+};
+
+inline constexpr Placement kPlacements[] = {
+    {Element::metadata, Element::document},
+    {Element::trusteeInfo, Element::metadata},
+    {Element::userInfo, Element::metadata},
+    {Element::dirInfo, Element::metadata},
+    {Element::file, Element::trusteeInfo},
+    {Element::zid, Element::file},
+    {Element::path, Element::file},
+    {Element::trustee, Element::file},
+    {Element::inheritedRightsFilter, Element::file},
+    {Element::name, Element::trustee},
+    {Element::id, Element::trustee},
+    {Element::zid, Element::trustee},
+    {Element::rights, Element::trustee},
+    {Element::right, Element::rights},
+    {Element::right, Element::inheritedRightsFilter},
+    {Element::user, Element::userInfo},
+    {Element::id, Element::user},
+    {Element::spaceUsed, Element::user},
+    {Element::quotaAmount, Element::user},
+    {Element::name, Element::user},
+    {Element::idNotFound, Element::user},
+    {Element::time, Element::idNotFound},
+    {Element::numberOfTimes, Element::idNotFound},
+    {Element::utc, Element::time},
+    {Element::string, Element::time},
+    {Element::directory, Element::dirInfo},
+    {Element::zid, Element::directory},
+    {Element::path, Element::directory},
+    {Element::spaceUsed, Element::directory},
+    {Element::quotaAmount, Element::directory},
+};
+
+// The children each element may hold, one bit per Element value.
+struct AllowedChildren {
+  std::uint32_t of[static_cast<unsigned>(Element::unknown) + 1] = {};
+  constexpr AllowedChildren() {
+    for (const Placement &placement : kPlacements)
+      of[static_cast<unsigned>(placement.parent)] |= 1u << static_cast<unsigned>(placement.child);
+  }
+};
+
+inline constexpr AllowedChildren kAllowed;
+
+// The name of each known element, by Element value.
+struct ElementNames {
+  std::string_view of[static_cast<unsigned>(Element::unknown) + 1] = {};
+  constexpr ElementNames() {
+    for (const Named &named : kElements)
+      of[static_cast<unsigned>(named.element)] = named.name;
+    of[static_cast<unsigned>(Element::right)] = "right";
+    of[static_cast<unsigned>(Element::unknown)] = "?";
+  }
+};
+
+inline constexpr ElementNames kNames;
+
+}  // namespace grammar
+
 // Whether `child` may stand inside `parent`.
-bool allowedIn(Element child, Element parent);
+inline bool allowedIn(Element child, Element parent) {
+  return (grammar::kAllowed.of[static_cast<unsigned>(parent)] >> static_cast<unsigned>(child)) & 1u;
+}
 
 // Elements whose text is their value (they hold no elements).
 inline bool holdsText(Element element) {
@@ -68,4 +166,6 @@ inline bool holdsText(Element element) {
 bool allowsAttribute(Element element, std::string_view attribute);
 
 // The name of a known element ("" for the document, "right" for any right).
-std::string_view elementName(Element element);
+inline std::string_view elementName(Element element) {
+  return grammar::kNames.of[static_cast<unsigned>(element)];
+}

@@ -23,7 +23,9 @@ void onStart(void *data, const xmlChar *name, const xmlChar **attributes) {
   stateOf(data).startElement(reinterpret_cast<const char *>(name),
                              reinterpret_cast<const char **>(attributes));
 }
-void onEnd(void *data, const xmlChar *) { stateOf(data).endElement(); }
+void onEnd(void *data, const xmlChar *name) {
+  stateOf(data).endElement(reinterpret_cast<const char *>(name));
+}
 void onText(void *data, const xmlChar *text, int length) { stateOf(data).characters(text, length); }
 void onCdata(void *data, const xmlChar *text, int length) { stateOf(data).cdata(text, length); }
 void onComment(void *data, const xmlChar *) { stateOf(data).misplacedMarkup("a comment"); }
@@ -123,24 +125,23 @@ bool DocumentReader::next(Entry &entry) {
       ReaderEvent &event = state.events.front();
       const ReaderEvent::Kind kind = event.kind;
       if (kind == ReaderEvent::Kind::entry) {
-        swapEntries(entry, state.ready[state.readyFirst]);
-        state.readyFirst = (state.readyFirst + 1) % state.ready.size();
-        --state.readyCount;
+        takeEntry(entry, state.ready.front());
+        state.ready.pop();
         state.offset = event.offset;
-      } else if (kind == ReaderEvent::Kind::finding) {
+        state.events.pop();
+        return true;
+      }
+      if (kind == ReaderEvent::Kind::finding) {
         Finding finding = std::move(event.finding);
-        state.events.pop_front();
+        state.events.pop();
         if (state.findings) state.findings(std::move(finding));
         continue;
-      } else {
-        const Section section = event.section;
-        state.events.pop_front();
-        if (state.sectionObserver)
-          state.sectionObserver(section, kind == ReaderEvent::Kind::sectionOpens);
-        continue;
       }
-      state.events.pop_front();
-      return true;
+      const Section section = event.section;
+      state.events.pop();
+      if (state.sectionObserver)
+        state.sectionObserver(section, kind == ReaderEvent::Kind::sectionOpens);
+      continue;
     }
     if (state.finished) {
       state.failed = state.failing;

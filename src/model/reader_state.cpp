@@ -24,16 +24,25 @@ void clearEntry(Entry &entry) {
 
 // A file context emptied, its buffers kept for the next file.
 void resetFile(FileContext &file) {
-  std::string path = std::move(file.path);
-  std::string zid = std::move(file.zid);
-  std::string rawPath = std::move(file.rawPath);
-  file = FileContext();
-  file.path = std::move(path);
-  file.zid = std::move(zid);
-  file.rawPath = std::move(rawPath);
+  file.at = {};
+  file.hasPath = false;
+  file.entryWithoutPath = false;
+  file.pathAt = {};
   file.path.clear();
   file.zid.clear();
   file.rawPath.clear();
+  file.pathCdata = false;
+  file.seenChildren = 0;
+}
+
+// A text handed over: a short one is copied (a string holds it in itself), a long one changes
+// buffers with the one it replaces.
+void handOverText(std::string &to, std::string &from) {
+  constexpr std::size_t kShort = 15;
+  if (from.size() <= kShort && to.capacity() >= from.size())
+    to.assign(from);
+  else
+    to.swap(from);
 }
 
 std::string tagText(std::string_view name) { return "<" + std::string(name) + ">"; }
@@ -51,35 +60,22 @@ std::string attributeValue(const char *text) {
 // Where an element stands, for messages: "in <file>", or "at the top" for the root.
 std::string placeText(const std::vector<Frame> &frames) {
   if (frames.empty()) return "as the root element";
-  return "in " + tagText(frames.back().name);
+  return "in " + tagText(frames.back().name());
 }
 
 }  // namespace
 
-void swapEntries(Entry &one, Entry &other) {
-  std::swap(one.kind, other.kind);
-  std::swap(one.at, other.at);
-  std::swap(one.pathAt, other.pathAt);
-  std::swap(one.ad, other.ad);
-  std::swap(one.rights, other.rights);
-  std::swap(one.cdata, other.cdata);
-  // Most entries leave half their fields empty: two empty texts stay where they are.
+void takeEntry(Entry &to, Entry &from) {
+  to.kind = from.kind;
+  to.at = from.at;
+  to.pathAt = from.pathAt;
+  to.ad = from.ad;
+  to.rights = from.rights;
+  to.cdata = from.cdata;
   for (auto field :
        {&Entry::path, &Entry::name, &Entry::id, &Entry::amount, &Entry::spaceUsed, &Entry::zid,
         &Entry::rawPath, &Entry::rawName, &Entry::rawId, &Entry::rawAmount})
-    if (!(one.*field).empty() || !(other.*field).empty()) (one.*field).swap(other.*field);
-}
-
-unsigned long long DocumentReader::State::parserOffset() const {
-  return offsetOf(parser->input->cur);
-}
-
-unsigned long long DocumentReader::State::offsetOf(const xmlChar *byte) const {
-  return parser->input->consumed + static_cast<unsigned long long>(byte - parser->input->base);
-}
-
-bool DocumentReader::State::inParserBuffer(const xmlChar *byte) const {
-  return byte >= parser->input->base && byte < parser->input->end;
+    handOverText(to.*field, from.*field);
 }
 
 unsigned long long DocumentReader::State::markupStart() const {
@@ -107,26 +103,53 @@ void DocumentReader::State::checkDeclaration() {
          "with <metadata>");
 }
 
-void DocumentReader::State::openName(const char *name, unsigned long line) {
-  if (openKept >= kOpenNamesLimit || openDepth != openKept) return;
-  if (openNames.size() == openKept) openNames.emplace_back();
-  openNames[openKept].name = name;
-  openNames[openKept].line = line;
-  ++openKept;
+namespace {
+
+// The '<' of a start tag: the last '<' before the parser's place, since neither a name nor an
+// attribute value holds one. A tag written "<name>" (blanks allowed before the '>') is known
+// from its name's length without a search.
+const xmlChar *startTagOpen(const xmlChar *base, const xmlChar *cur, std::size_t length,
+                            bool hasAttributes) {
+  if (!hasAttributes) {
+    const xmlChar *after = cur;
+    while (after > base && isBlank(static_cast<char>(after[-1])))
+      --after;
+    if (static_cast<std::size_t>(after - base) > length && after[-1 - length] == '<')
+      return after - 1 - length;
+  }
+  return static_cast<const xmlChar *>(memrchr(base, '<', static_cast<std::size_t>(cur - base)));
+}
+
+}  // namespace
+
+// The '<' of an end tag "</name>" the parser stands after, found the same way.
+const xmlChar *endTagOpen(const xmlChar *base, const xmlChar *cur, std::size_t length) {
+  if (cur > base && cur[-1] == '>') {
+    const xmlChar *after = cur - 1;
+    while (after > base && isBlank(static_cast<char>(after[-1])))
+      --after;
+    if (static_cast<std::size_t>(after - base) > length + 1 && after[-1 - length] == '/' &&
+        after[-2 - length] == '<')
+      return after - 2 - length;
+  }
+  return static_cast<const xmlChar *>(memrchr(base, '<', static_cast<std::size_t>(cur - base)));
 }
 
 void DocumentReader::State::startElement(const char *name, const char **attributes) {
   if (!declarationChecked) checkDeclaration();
-  const xmlChar *const cur = parser->input->cur;
+  const xmlParserInput &in = *parser->input;
+  const xmlChar *const cur = in.cur;
   // The parser stands on the '>' or "/>" of the tag; at the end of the input it also hands
   // over a tag cut short, an error follows.
   const bool whole = cur[0] == '>' || (cur[0] == '/' && cur[1] == '>');
   if (!whole) return;
-  const void *open =
-      memrchr(parser->input->base, '<', static_cast<std::size_t>(cur - parser->input->base));
-  const Position at = input.position(open != nullptr ? offsetOf(static_cast<const xmlChar *>(open))
-                                                     : parserOffset());
-  lastEnd = offsetOf(cur) + (cur[0] == '>' ? 1 : 2);
+  const NameMatch found = names.match(name);
+  const bool hasAttributes = attributes != nullptr && attributes[0] != nullptr;
+  const xmlChar *const open = startTagOpen(in.base, cur, found.length, hasAttributes);
+  const unsigned long long consumed = in.consumed;
+  const Position at = input.position(
+      consumed + static_cast<unsigned long long>((open != nullptr ? open : cur) - in.base));
+  lastEnd = consumed + static_cast<unsigned long long>(cur - in.base) + (cur[0] == '>' ? 1 : 2);
   openName(name, at.line);
   ++openDepth;
   rootSeen = true;
@@ -135,21 +158,21 @@ void DocumentReader::State::startElement(const char *name, const char **attribut
     ++skipDepth;
     return;
   }
+  const Element element = found.match.element;
   const Element parent = frames.empty() ? Element::document : frames.back().element;
-  const ElementMatch match = names.match(name);
-  if (match.element == Element::unknown || !allowedIn(match.element, parent)) {
-    rejectElement(match.element, name, at);
+  if (element == Element::unknown || !allowedIn(element, parent)) {
+    rejectElement(element, name, at);
     skipDepth = 1;
-    return;
-  }
-  if (!frames.empty() && holdsText(frames.back().element)) {
+  } else if (holdsText(parent)) {
     skipDepth = 1;
-    return;
+  } else if (element == Element::right) {
+    // The commonest element: a right, empty, inside its list.
+    if (hasAttributes) checkAttributes(element, at, attributes);
+    frames.push_back({element, hasAttributes, at});
+    if (inEntry) entry->rights |= found.match.right;
+  } else {
+    acceptElement(element, parent, at, hasAttributes ? attributes : nullptr);
   }
-  static const char *kNoAttributes[] = {nullptr};
-  acceptElement(match.element, elementName(match.element), at,
-                attributes != nullptr ? attributes : kNoAttributes);
-  if (match.element == Element::right && inEntry) entry.rights |= match.right;
 }
 
 void DocumentReader::State::rejectElement(Element element, std::string_view name, Position at) {
@@ -168,65 +191,53 @@ void DocumentReader::State::rejectElement(Element element, std::string_view name
   }
 }
 
-void DocumentReader::State::checkAttributes(Element element, std::string_view name, Position at,
-                                            const char **attributes) {
+void DocumentReader::State::checkAttributes(Element element, Position at, const char **attributes) {
+  const std::string_view name = elementName(element);
   for (const char **pair = attributes; pair[0] != nullptr; pair += 2) {
     const std::string_view attribute = pair[0];
-    const std::string value = attributeValue(pair[1]);
     if (!allowsAttribute(element, attribute)) {
       report(at, "unknown-attribute",
              "unknown attribute " + std::string(attribute) + " on " + tagText(name));
-    } else if (attribute == "type" && value != "adID") {
+    } else if (attribute == "type" && std::string_view(pair[1]) != "adID") {
+      // "adID" holds no '&': the value is decoded only for the message.
       report(at, "unknown-attribute",
-             "type=\"" + std::string(value) + "\" on " + tagText(name) +
+             "type=\"" + attributeValue(pair[1]) + "\" on " + tagText(name) +
                  ": only type=\"adID\" is known");
     } else if (attribute == "type") {
-      entry.ad = true;
+      entry->ad = true;
     }
   }
 }
 
-bool DocumentReader::State::firstChild(Element element, const Frame &frame) {
-  const unsigned bit = 1u << static_cast<unsigned>(element);
-  // The children of a file and those of the entry inside it are counted apart.
-  const bool ofFile = frames.size() >= 2 && frames[frames.size() - 2].element == Element::file;
-  unsigned &seen = ofFile ? file.seenChildren : seenChildren;
-  if ((seen & bit) == 0) {
-    seen |= bit;
-    return true;
-  }
-  const std::string parent = frames.size() >= 2 ? tagText(frames[frames.size() - 2].name) : "";
+void DocumentReader::State::repeatedChild(const Frame &frame) {
+  const std::string parentTag = frames.size() >= 2 ? tagText(frames[frames.size() - 2].name()) : "";
   report(frame.at, "repeated-element",
-         "a second " + tagText(frame.name) + " in one " + parent + "; the last one counts");
-  return false;
+         "a second " + tagText(frame.name()) + " in one " + parentTag + "; the last one counts");
 }
 
 void DocumentReader::State::beginEntry(EntryKind kind, Position at) {
-  clearEntry(entry);
-  entry.kind = kind;
-  entry.at = at;
+  entry = &ready.next();
+  clearEntry(*entry);
+  entry->kind = kind;
+  entry->at = at;
   inEntry = true;
   entryValid = true;
   seenChildren = 0;
 }
 
-void DocumentReader::State::acceptElement(Element element, std::string_view name, Position at,
+// The elements counted by firstChild(): the values and the rights list, once each.
+constexpr unsigned kCountedChildren =
+    1u << static_cast<unsigned>(Element::path) | 1u << static_cast<unsigned>(Element::name) |
+    1u << static_cast<unsigned>(Element::id) | 1u << static_cast<unsigned>(Element::quotaAmount) |
+    1u << static_cast<unsigned>(Element::rights) | 1u << static_cast<unsigned>(Element::zid) |
+    1u << static_cast<unsigned>(Element::spaceUsed);
+
+// `attributes`: null when the tag has none.
+void DocumentReader::State::acceptElement(Element element, Element parent, Position at,
                                           const char **attributes) {
   switch (element) {
   case Element::trustee:
-  case Element::inheritedRightsFilter:
-    beginEntry(element == Element::trustee ? EntryKind::trustee : EntryKind::filter, at);
-    if (!file.hasPath) {
-      report(at, "entry-before-path", tagText(name) + " before the <path> of its <file>");
-      file.entryWithoutPath = true;
-      entryValid = false;
-    }
-    entry.path = file.path;
-    entry.rawPath = file.rawPath;
-    entry.pathAt = file.pathAt;
-    entry.zid = file.zid;
-    if (file.pathCdata) entry.cdata |= kCdataPath;
-    break;
+  case Element::inheritedRightsFilter: beginFileEntry(element, at); break;
   case Element::user: beginEntry(EntryKind::userQuota, at); break;
   case Element::directory: beginEntry(EntryKind::dirQuota, at); break;
   case Element::file:
@@ -244,18 +255,31 @@ void DocumentReader::State::acceptElement(Element element, std::string_view name
     break;
   default: break;
   }
-  if (attributes[0] != nullptr) checkAttributes(element, name, at, attributes);
-  frames.push_back({element, name, at, attributes[0] != nullptr});
-  if (element == Element::path || element == Element::name || element == Element::id ||
-      element == Element::quotaAmount || element == Element::rights || element == Element::zid ||
-      element == Element::spaceUsed)
-    firstChild(element, frames.back());
+  if (attributes != nullptr) checkAttributes(element, at, attributes);
+  frames.push_back({element, attributes != nullptr, at});
+  if ((kCountedChildren >> static_cast<unsigned>(element)) & 1u) countChild(element, parent);
   if (holdsText(element)) {
     text.clear();
     rawText.clear();
     textCdata = false;
     textTooLong = false;
   }
+}
+
+// A trustee or filter: it stands for the file around it, whose path it takes.
+void DocumentReader::State::beginFileEntry(Element element, Position at) {
+  beginEntry(element == Element::trustee ? EntryKind::trustee : EntryKind::filter, at);
+  if (!file.hasPath) {
+    report(at, "entry-before-path",
+           tagText(elementName(element)) + " before the <path> of its <file>");
+    file.entryWithoutPath = true;
+    entryValid = false;
+  }
+  entry->path = file.path;
+  entry->rawPath = file.rawPath;
+  entry->pathAt = file.pathAt;
+  entry->zid = file.zid;
+  if (file.pathCdata) entry->cdata |= kCdataPath;
 }
 
 // Text: a value's (decoded, and as the input has it), or text where only elements belong.
@@ -289,7 +313,7 @@ void DocumentReader::State::reportText(unsigned long long from, unsigned long lo
     if (!isBlank(c)) break;
   }
   report(input.position(at), "text-outside-value",
-         "text in " + tagText(frames.back().name) + ", where only elements belong");
+         "text in " + tagText(frames.back().name()) + ", where only elements belong");
 }
 
 // The input's own bytes of a value: an entity reference as written, where the text handed
@@ -304,13 +328,14 @@ void DocumentReader::State::appendRaw(unsigned long long from, unsigned long lon
 }
 
 void DocumentReader::State::characters(const xmlChar *data, int length) {
+  const xmlParserInput &in = *parser->input;
   const std::size_t count = static_cast<std::size_t>(length);
   unsigned long long from = lastEnd;
-  unsigned long long to = parserOffset();
-  if (inParserBuffer(data)) {
+  unsigned long long to = in.consumed + static_cast<unsigned long long>(in.cur - in.base);
+  if (data >= in.base && data < in.end) {
     // Text read straight from the input; a CR before LF was left out of it.
-    to = offsetOf(data) + count;
-    const unsigned long long start = offsetOf(data);
+    const unsigned long long start = in.consumed + static_cast<unsigned long long>(data - in.base);
+    to = start + count;
     const bool crBefore = start == from + 1 && from >= input.start() && *input.at(from) == '\r';
     if (!crBefore) from = start;
   }

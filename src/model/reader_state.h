@@ -5,8 +5,8 @@
 #pragma once
 #include <libxml/parser.h>
 
+#include <array>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <string>
 #include <vector>
@@ -15,6 +15,7 @@
 #include "model/document_reader.h"
 #include "model/input_window.h"
 #include "model/key_set.h"
+#include "model/slot_ring.h"
 
 // The longest value kept of an element's text; a longer text is cut (and reported).
 inline constexpr std::size_t kValueLimit = 65536;
@@ -28,9 +29,9 @@ struct OpenName {
 
 struct Frame {
   Element element;
-  std::string_view name;  // the element's name as written (static for known elements)
-  Position at;
   bool hasAttributes = false;
+  Position at;
+  std::string_view name() const { return elementName(element); }
 };
 
 // The file element around the trustees and filters being read.
@@ -62,29 +63,43 @@ struct ParserError {
   std::string message;  // the parser's own words
 };
 
+// A name met: its element and its length in bytes.
+struct NameMatch {
+  ElementMatch match;
+  std::size_t length = 0;
+};
+
 // The elements of the names met last: the parser keeps one copy of each name, so that a name's
 // address stands for it while the parser lives.
 class NameCache {
 public:
-  ElementMatch match(const char *name) {
+  const NameMatch &match(const char *name) {
     // The parser packs its names closely: the address is mixed before it picks a slot.
     const std::uint64_t mixed = reinterpret_cast<std::uintptr_t>(name) * 0x9E3779B97F4A7C15ull;
     Slot &slot = slots_[mixed >> 58];
-    if (slot.name != name) slot = {name, matchElement(name)};
-    return slot.match;
+    if (slot.name != name) {
+      const std::string_view text = name;
+      slot = {name, {matchElement(text), text.size()}};
+    }
+    return slot.found;
   }
 
 private:
   static constexpr std::size_t kSlots = 64;
   struct Slot {
     const char *name = nullptr;
-    ElementMatch match;
+    NameMatch found;
   };
   Slot slots_[kSlots];
 };
 
-// Two entries exchanged field by field (their buffers change hands, none is copied).
-void swapEntries(Entry &one, Entry &other);
+// Where an end tag starts: its '<', in the parser's buffer from `base`, for the end tag the
+// parser stands just after (`cur`), whose name as written is `length` bytes long.
+const xmlChar *endTagOpen(const xmlChar *base, const xmlChar *cur, std::size_t length);
+
+// `to` takes the fields of `from`, whose texts are left to be cleared and reused: short texts
+// are copied, long ones change buffers with those they replace.
+void takeEntry(Entry &to, Entry &from);
 
 struct DocumentReader::State {
   xmlParserCtxtPtr parser = nullptr;
@@ -109,17 +124,15 @@ struct DocumentReader::State {
   unsigned long long lastEnd = 0;    // where the last parser event ended
   unsigned long long endOffset = 0;  // where the element ending now ends (see offset())
 
-  // Handed out by next(), in order; entries wait in `ready`, a ring whose buffers are reused.
-  std::deque<ReaderEvent> events;
-  std::vector<Entry> ready;
-  std::size_t readyFirst = 0;
-  std::size_t readyCount = 0;
+  // Handed out by next(), in order; entries wait in `ready`, built in place in its next slot.
+  SlotRing<ReaderEvent> events;
+  SlotRing<Entry> ready;
 
   // Elements.
-  std::vector<Frame> frames;        // accepted elements only; depth is bounded by the grammar
-  unsigned long skipDepth = 0;      // inside an element that was not accepted
-  std::vector<OpenName> openNames;  // every open element, up to kOpenNamesLimit (reused)
-  std::size_t openKept = 0;         // how many of openNames stand
+  std::vector<Frame> frames;    // accepted elements only; depth is bounded by the grammar
+  unsigned long skipDepth = 0;  // inside an element that was not accepted
+  std::array<OpenName, kOpenNamesLimit> openNames;  // every open element, up to the limit
+  std::size_t openKept = 0;                         // how many of openNames stand
   unsigned long openDepth = 0;
   bool rootSeen = false;
 
@@ -130,12 +143,12 @@ struct DocumentReader::State {
   bool textTooLong = false;
   bool textReported = false;  // text outside a value, reported once per element
 
-  // The entry being read.
+  // The entry being read, in the next slot of `ready` while inEntry.
   FileContext file;
   bool inEntry = false;
   bool entryValid = true;
   unsigned seenChildren = 0;  // bits of Element values already met in this entry
-  Entry entry;
+  Entry *entry = nullptr;
 
   NameCache names;
   KeySet keys;
@@ -151,20 +164,27 @@ struct DocumentReader::State {
   } unsettled;
 
   // Absolute offsets of the parser's place and of a byte of its buffer.
-  unsigned long long parserOffset() const;
-  unsigned long long offsetOf(const xmlChar *byte) const;
-  bool inParserBuffer(const xmlChar *byte) const;
+  unsigned long long parserOffset() const { return offsetOf(parser->input->cur); }
+  unsigned long long offsetOf(const xmlChar *byte) const {
+    return parser->input->consumed + static_cast<unsigned long long>(byte - parser->input->base);
+  }
+  bool inParserBuffer(const xmlChar *byte) const {
+    return byte >= parser->input->base && byte < parser->input->end;
+  }
   // Where the markup the parser has just read starts: the first '<' after the last event.
   unsigned long long markupStart() const;
-  void report(Position at, const char *code, std::string message);
+  // Findings are rare: their code stays out of the way of the code run for every element.
+  [[gnu::cold, gnu::noinline]] void report(Position at, const char *code, std::string message);
   // Queues an event, after the entry handed out last.
   void pushEvent(ReaderEvent event);
   // Queues the entry handed out last, after its duplicate finding if it has one.
   void settle();
+  // Queues an event in the ring's next slot; its finding, returned, is to be set.
+  Finding &queue(ReaderEvent::Kind kind, Section section, unsigned long long offset);
   void checkDeclaration();
 
   void startElement(const char *name, const char **attributes);
-  void endElement();
+  void endElement(const char *name);
   void characters(const xmlChar *text, int length);
   void cdata(const xmlChar *text, int length);
   void misplacedMarkup(const char *what);
@@ -176,16 +196,29 @@ private:
   void takeText(const char *data, std::size_t length, unsigned long long from,
                 unsigned long long to);
   void appendRaw(unsigned long long from, unsigned long long to);
-  void reportText(unsigned long long from, unsigned long long to);
+  [[gnu::cold, gnu::noinline]] void reportText(unsigned long long from, unsigned long long to);
   Finding errorFinding();
-  void acceptElement(Element element, std::string_view name, Position at, const char **attributes);
-  void checkAttributes(Element element, std::string_view name, Position at,
-                       const char **attributes);
-  void openName(const char *name, unsigned long line);
-  void rejectElement(Element element, std::string_view name, Position at);
+  void acceptElement(Element element, Element parent, Position at, const char **attributes);
+  void checkAttributes(Element element, Position at, const char **attributes);
+  void openName(const char *name, unsigned long line) {
+    if (openKept >= kOpenNamesLimit || openDepth != openKept) return;
+    openNames[openKept] = {name, line};
+    ++openKept;
+  }
+  [[gnu::cold, gnu::noinline]] void rejectElement(Element element, std::string_view name,
+                                                  Position at);
+  [[gnu::cold, gnu::noinline]] void repeatedChild(const Frame &frame);
   void beginEntry(EntryKind kind, Position at);
+  void beginFileEntry(Element element, Position at);
   void endValue(const Frame &frame);
   void endEntry(const Frame &frame);
   void handOut();
-  bool firstChild(Element element, const Frame &frame);
+  // Counts a value or rights list among its parent's children (a second one is reported).
+  void countChild(Element element, Element parent) {
+    const unsigned bit = 1u << static_cast<unsigned>(element);
+    // The children of a file and those of the entry inside it are counted apart.
+    unsigned &seen = parent == Element::file ? file.seenChildren : seenChildren;
+    if ((seen & bit) != 0) repeatedChild(frames.back());
+    seen |= bit;
+  }
 };

@@ -15,18 +15,13 @@ std::string lineText(unsigned long line) { return std::to_string(line); }
 
 }  // namespace
 
-void DocumentReader::State::endElement() {
-  const xmlChar *const cur = parser->input->cur;
-  const unsigned long long after = offsetOf(cur);
+void DocumentReader::State::endElement(const char *name) {
+  const xmlParserInput &in = *parser->input;
+  const xmlChar *const cur = in.cur;
+  const unsigned long long after = in.consumed + static_cast<unsigned long long>(cur - in.base);
   // An element written <x/> ends where its tag ends; another where its end tag starts.
-  const bool empty = cur - parser->input->base >= 2 && cur[-2] == '/' && cur[-1] == '>';
+  const bool empty = cur - in.base >= 2 && cur[-2] == '/' && cur[-1] == '>';
   lastEnd = after;
-  endOffset = after;
-  if (!empty) {
-    const void *open =
-        memrchr(parser->input->base, '<', static_cast<std::size_t>(cur - parser->input->base));
-    if (open != nullptr) endOffset = offsetOf(static_cast<const xmlChar *>(open));
-  }
   if (openDepth > 0) --openDepth;
   if (openKept > openDepth) openKept = openDepth;
   if (skipDepth > 0) {
@@ -40,7 +35,7 @@ void DocumentReader::State::endElement() {
   // it waits for equals.
   if (frame.hasAttributes && empty)
     report(frame.at, "empty-element-with-attributes",
-           tagText(frame.name) +
+           tagText(frame.name()) +
                " written as an empty element with attributes: trovan restore "
                "does not see where it ends and reads the elements after it as its content");
   if (holdsText(frame.element)) {
@@ -51,7 +46,14 @@ void DocumentReader::State::endElement() {
   case Element::trustee:
   case Element::inheritedRightsFilter:
   case Element::user:
-  case Element::directory: endEntry(frame); break;
+  case Element::directory: {
+    // Only an entry's end is needed (see offset()).
+    const std::size_t length = name != nullptr ? names.match(name).length : 0;
+    const xmlChar *const open = empty ? nullptr : endTagOpen(in.base, cur, length);
+    endOffset = open != nullptr ? after - static_cast<unsigned long long>(cur - open) : after;
+    endEntry(frame);
+    break;
+  }
   case Element::file:
     if (!file.hasPath && !file.entryWithoutPath)
       report(frame.at, "missing-path", "<file> without a <path>");
@@ -72,12 +74,13 @@ void DocumentReader::State::endElement() {
 void DocumentReader::State::endValue(const Frame &frame) {
   if (textTooLong)
     report(frame.at, "value-too-long",
-           tagText(frame.name) + " longer than " + std::to_string(kValueLimit) + " bytes");
+           tagText(frame.name()) + " longer than " + std::to_string(kValueLimit) + " bytes");
   const Element parent = frames.empty() ? Element::document : frames.back().element;
   if (parent == Element::file) {
     if (frame.element == Element::path) {
-      file.path = text;
-      file.rawPath = rawText;
+      // The texts are read again from empty for the next value: they take the old buffers.
+      file.path.swap(text);
+      file.rawPath.swap(rawText);
       file.hasPath = true;
       file.pathAt = frame.at;
       file.pathCdata = textCdata;
@@ -90,27 +93,27 @@ void DocumentReader::State::endValue(const Frame &frame) {
   const std::uint8_t cdata = textCdata ? 1 : 0;
   switch (frame.element) {
   case Element::path:
-    entry.path = text;
-    entry.rawPath = rawText;
-    entry.pathAt = frame.at;
-    entry.cdata |= cdata * kCdataPath;
+    entry->path = text;
+    entry->rawPath = rawText;
+    entry->pathAt = frame.at;
+    entry->cdata |= cdata * kCdataPath;
     break;
   case Element::name:
-    entry.name = text;
-    entry.rawName = rawText;
-    entry.cdata |= cdata * kCdataName;
+    entry->name = text;
+    entry->rawName = rawText;
+    entry->cdata |= cdata * kCdataName;
     break;
   case Element::id:
-    entry.id = text;
-    entry.rawId = rawText;
-    entry.cdata |= cdata * kCdataId;
+    entry->id = text;
+    entry->rawId = rawText;
+    entry->cdata |= cdata * kCdataId;
     break;
-  case Element::zid: entry.zid = text; break;
-  case Element::spaceUsed: entry.spaceUsed = text; break;
+  case Element::zid: entry->zid = text; break;
+  case Element::spaceUsed: entry->spaceUsed = text; break;
   case Element::quotaAmount:
-    entry.amount = text;
-    entry.rawAmount = rawText;
-    entry.cdata |= cdata * kCdataAmount;
+    entry->amount = text;
+    entry->rawAmount = rawText;
+    entry->cdata |= cdata * kCdataAmount;
     if (!isQuotaAmount(text))
       report(frame.at, "quota-not-a-number",
              "quota amount \"" + text + "\" is not a whole number from 0 to 9223372036854775807");
@@ -121,12 +124,12 @@ void DocumentReader::State::endValue(const Frame &frame) {
 
 void DocumentReader::State::endEntry(const Frame &frame) {
   inEntry = false;
-  switch (entry.kind) {
+  switch (entry->kind) {
   case EntryKind::trustee:
-    if (entry.ad && entry.id.empty()) {
+    if (entry->ad && entry->id.empty()) {
       report(frame.at, "missing-id", "AD trustee without an <id>: trovan restore stops there");
       entryValid = false;
-    } else if (!entry.ad && entry.name.empty()) {
+    } else if (!entry->ad && entry->name.empty()) {
       report(frame.at, "missing-name", "trustee without a <name>: trovan restore stops there");
       entryValid = false;
     }
@@ -134,20 +137,20 @@ void DocumentReader::State::endEntry(const Frame &frame) {
   case EntryKind::filter: break;
   case EntryKind::userQuota:
   case EntryKind::dirQuota:
-    if (entry.kind == EntryKind::userQuota && entry.name.empty()) {
+    if (entry->kind == EntryKind::userQuota && entry->name.empty()) {
       report(frame.at, "missing-name",
-             tagText(frame.name) + " without a <name>: trovan restore skips it");
+             tagText(frame.name()) + " without a <name>: trovan restore skips it");
       entryValid = false;
     }
-    if (entry.kind == EntryKind::dirQuota &&
+    if (entry->kind == EntryKind::dirQuota &&
         (seenChildren & (1u << unsigned(Element::path))) == 0) {
       report(frame.at, "missing-path",
-             tagText(frame.name) + " without a <path>: trovan restore skips it");
+             tagText(frame.name()) + " without a <path>: trovan restore skips it");
       entryValid = false;
     }
     if ((seenChildren & (1u << unsigned(Element::quotaAmount))) == 0) {
       report(frame.at, "missing-quota",
-             tagText(frame.name) + " without a <quotaAmount>: trovan restore skips it");
+             tagText(frame.name()) + " without a <quotaAmount>: trovan restore skips it");
       entryValid = false;
     }
     break;
@@ -157,31 +160,33 @@ void DocumentReader::State::endEntry(const Frame &frame) {
 
 void DocumentReader::State::handOut() {
   settle();
-  entryKey(entry, keyBuffer);
-  unsettled = {true, keyHash(keyBuffer), entry.kind, entry.at, endOffset};
+  entryKey(*entry, keyBuffer);
+  unsettled = {true, keyHash(keyBuffer), entry->kind, entry->at, endOffset};
   keys.prefetch(unsettled.hash);
-  if (readyCount == ready.size()) {
-    // The ring is full: grow it, its entries kept in order.
-    std::rotate(ready.begin(), ready.begin() + static_cast<long>(readyFirst), ready.end());
-    readyFirst = 0;
-    ready.emplace_back();
-  }
-  swapEntries(entry, ready[(readyFirst + readyCount) % ready.size()]);
-  ++readyCount;
+  ready.push();
 }
 
 void DocumentReader::State::settle() {
   if (!unsettled.waiting) return;
   unsettled.waiting = false;
   if (const unsigned long first = keys.insertHash(unsettled.hash, unsettled.at.line); first != 0)
-    events.push_back({ReaderEvent::Kind::finding, Section::trustees, 0,
-                      Finding{unsettled.at, "duplicate-entry",
-                              "the same " + std::string(kindName(unsettled.kind)) + " as on line " +
-                                  lineText(first)}});
-  events.push_back({ReaderEvent::Kind::entry, Section::trustees, unsettled.offset, Finding{}});
+    queue(ReaderEvent::Kind::finding, Section::trustees, 0) = {
+        unsettled.at, "duplicate-entry",
+        "the same " + std::string(kindName(unsettled.kind)) + " as on line " + lineText(first)};
+  queue(ReaderEvent::Kind::entry, Section::trustees, unsettled.offset);
 }
 
 void DocumentReader::State::pushEvent(ReaderEvent event) {
   settle();
-  events.push_back(std::move(event));
+  queue(event.kind, event.section, event.offset) = std::move(event.finding);
+}
+
+Finding &DocumentReader::State::queue(ReaderEvent::Kind kind, Section section,
+                                      unsigned long long offset) {
+  ReaderEvent &event = events.next();
+  event.kind = kind;
+  event.section = section;
+  event.offset = offset;
+  events.push();
+  return event.finding;
 }
