@@ -28,30 +28,55 @@ RestoreMatch::RestoreMatch(DocumentReader &reader, const CheckOptions &options,
     : reader_(reader), options_(options), settings_(settings), findings_(std::move(findings)),
       onEntry_(std::move(onEntry)), restoreOffset_(readFrom) {}
 
+// What a request for the entry should name is derived only when a finding needs it; the
+// comparison looks at the entry's own texts.
 void RestoreMatch::expect(Pending &pending) const {
   const Entry &entry = pending.entry;
   pending.expected = wouldRestore(entry, options_, settings_);
-  pending.fileName.clear();
-  if (entry.kind != EntryKind::userQuota) {
-    // The mount point and the path in the one form entries are compared in.
-    pending.fileName.append(options_.mountPoint).append(entry.path);
-    if (entry.kind == EntryKind::dirQuota)
-      std::replace(pending.fileName.begin() + static_cast<long>(options_.mountPoint.size()),
-                   pending.fileName.end(), '\\', '/');
-  }
-  pending.user.clear();
-  if (entry.kind == EntryKind::trustee && entry.ad) {
-    pending.user = entry.id;
-  } else if (entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota) {
-    // trovan's own -t rule, on the name as the file system reads it.
-    pending.user = entry.name;
-    if (options_.treeGiven && entry.name.size() < kNameTextSize) {
-      char name[kNameTextSize];
-      entry.name.copy(name, entry.name.size());
-      name[entry.name.size()] = '\0';
-      if (replaceTreeName(name, options_.tree.c_str(), sizeof name)) pending.user = name;
+  pending.ownUser = false;
+  // trovan's own -t rule, on the name as the file system reads it.
+  if (options_.treeGiven && entry.name.size() < kNameTextSize &&
+      ((entry.kind == EntryKind::trustee && !entry.ad) || entry.kind == EntryKind::userQuota)) {
+    char name[kNameTextSize];
+    entry.name.copy(name, entry.name.size());
+    name[entry.name.size()] = '\0';
+    if (replaceTreeName(name, options_.tree.c_str(), sizeof name)) {
+      pending.user = name;
+      pending.ownUser = true;
     }
   }
+}
+
+const std::string &RestoreMatch::userOf(const Pending &pending) {
+  static const std::string none;
+  const Entry &entry = pending.entry;
+  if (pending.ownUser) return pending.user;
+  if (entry.kind == EntryKind::trustee && entry.ad) return entry.id;
+  if (entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota) return entry.name;
+  return none;
+}
+
+std::string RestoreMatch::fileNameOf(const Pending &pending) const {
+  std::string fileName;
+  if (pending.entry.kind == EntryKind::userQuota) return fileName;
+  // The mount point and the path in the one form entries are compared in.
+  fileName.append(options_.mountPoint).append(pending.entry.path);
+  if (pending.entry.kind == EntryKind::dirQuota)
+    std::replace(fileName.begin() + static_cast<long>(options_.mountPoint.size()), fileName.end(),
+                 '\\', '/');
+  return fileName;
+}
+
+bool RestoreMatch::namesFile(const Pending &pending, std::string_view fileName) const {
+  const std::string &mountPoint = options_.mountPoint;
+  const std::string &path = pending.entry.path;
+  if (pending.entry.kind == EntryKind::userQuota) return fileName.empty();
+  if (fileName.size() != mountPoint.size() + path.size() || !fileName.starts_with(mountPoint))
+    return false;
+  fileName.remove_prefix(mountPoint.size());
+  if (pending.entry.kind != EntryKind::dirQuota) return fileName == path;
+  return std::equal(path.begin(), path.end(), fileName.begin(),
+                    [](char own, char sent) { return (own == '\\' ? '/' : own) == sent; });
 }
 
 bool RestoreMatch::pull() {
@@ -77,7 +102,7 @@ void RestoreMatch::pullUpTo(unsigned long long offset) {
 void RestoreMatch::reportNotSent(const Pending &pending) {
   findings_({pending.entry.at, "not-sent",
              "trovan restore would send nothing for this " +
-                 describe(pending.entry.kind, pending.user, pending.fileName)});
+                 describe(pending.entry.kind, userOf(pending), fileNameOf(pending))});
 }
 
 // Removes the pending entries up to `index`, included; those before it that should have been
@@ -91,8 +116,8 @@ void RestoreMatch::dropThrough(std::size_t index) {
 void RestoreMatch::compareValues(const Pending &pending, const SentRequest &request) {
   const Entry &entry = pending.entry;
   // Words for the entry, made only for a finding.
-  const auto what = [&pending] {
-    return describe(pending.entry.kind, pending.user, pending.fileName);
+  const auto what = [this, &pending] {
+    return describe(pending.entry.kind, userOf(pending), fileNameOf(pending));
   };
   if (!pending.expected)
     findings_({entry.at, "unexpected-request",
@@ -150,13 +175,6 @@ RequestKind guessKind(std::string_view bytes) {
   return RequestKind::addTrustee;
 }
 
-bool sameTarget(EntryKind kind, const std::string &fileName, const std::string &user,
-                const SentRequest &request) {
-  if (kind != entryKindOf(request.kind)) return false;
-  if (kind != EntryKind::userQuota && fileName != request.fileName) return false;
-  return (kind != EntryKind::trustee && kind != EntryKind::userQuota) || user == request.user;
-}
-
 // What a restore's status means, said at an entry ("before this entry") or elsewhere.
 std::string statusText(int status, bool atEntry) {
   if (status == kEndOfInput)
@@ -183,10 +201,28 @@ void RestoreMatch::request(std::string_view bytes, unsigned long long offset) {
     if (index < pending_.size()) dropThrough(index);
     return;
   }
+  match(request);
+}
+
+void RestoreMatch::readRequest(const SentRequest &request, unsigned long long offset) {
+  restoreOffset_ = offset;
+  pullUpTo(offset);
+  match(request);
+}
+
+bool RestoreMatch::sameTarget(const Pending &pending, const SentRequest &request) const {
+  const EntryKind kind = pending.entry.kind;
+  if (kind != entryKindOf(request.kind)) return false;
+  if (kind != EntryKind::userQuota && !namesFile(pending, request.fileName)) return false;
+  return (kind != EntryKind::trustee && kind != EntryKind::userQuota) ||
+         userOf(pending) == request.user;
+}
+
+// Finds the entry a request is for and compares the two.
+void RestoreMatch::match(const SentRequest &request) {
   ++sent_[static_cast<int>(request.kind)];
   for (std::size_t at = 0; at < pending_.size(); ++at) {
-    if (!sameTarget(pending_[at].entry.kind, pending_[at].fileName, pending_[at].user, request))
-      continue;
+    if (!sameTarget(pending_[at], request)) continue;
     compareValues(pending_[at], request);
     dropThrough(at);
     return;
@@ -200,30 +236,32 @@ void RestoreMatch::request(std::string_view bytes, unsigned long long offset) {
   // A trustee is known by its user first: the same user on another path is where it went.
   for (std::size_t at = first; kind == EntryKind::trustee && at < pending_.size(); ++at) {
     const Pending &pending = pending_[at];
-    if (pending.entry.kind != kind || pending.user != request.user) continue;
+    if (pending.entry.kind != kind || userOf(pending) != request.user) continue;
     findings_({pending.entry.at, "lands-elsewhere",
-               "trovan restore would add this trustee of " + pending.user + " to " +
-                   request.fileName + ", not to " + pending.fileName});
+               "trovan restore would add this trustee of " + userOf(pending) + " to " +
+                   request.fileName + ", not to " + fileNameOf(pending)});
     dropThrough(at);
     return;
   }
   if (first < pending_.size() && pending_[first].entry.kind == kind &&
       kind != EntryKind::userQuota) {
     const Pending &pending = pending_[first];
-    if (pending.fileName == request.fileName && kind == EntryKind::trustee &&
+    const std::string fileName = fileNameOf(pending);
+    const std::string &user = userOf(pending);
+    if (fileName == request.fileName && kind == EntryKind::trustee &&
         pending.entry.ad != request.ad)
       findings_({pending.entry.at, "sent-otherwise",
-                 "trovan restore would send this trustee on " + pending.fileName + " as the " +
+                 "trovan restore would send this trustee on " + fileName + " as the " +
                      (request.ad ? "AD user " : "Arbor user ") + request.user + ", not as the " +
-                     (pending.entry.ad ? "AD user " : "Arbor user ") + pending.user});
-    else if (pending.fileName == request.fileName)
+                     (pending.entry.ad ? "AD user " : "Arbor user ") + user});
+    else if (fileName == request.fileName)
       findings_({pending.entry.at, "sent-for-another-user",
                  "trovan restore would send this " + std::string(kindName(kind)) + " on " +
-                     pending.fileName + " for " + request.user + ", not for " + pending.user});
+                     fileName + " for " + request.user + ", not for " + user});
     else
       findings_({pending.entry.at, "lands-elsewhere",
                  "trovan restore would send this " + std::string(kindName(kind)) + " to " +
-                     request.fileName + ", not to " + pending.fileName});
+                     request.fileName + ", not to " + fileName});
     dropThrough(first);
     return;
   }

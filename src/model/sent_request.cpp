@@ -24,16 +24,17 @@ struct Cursor {
   void need(std::string_view literal) {
     if (!take(literal)) ok = false;
   }
-  // The text up to `end`, which is consumed. A text that holds a '<' is not a value.
+  // The text up to `end` (a tag), which is consumed. A text that holds a '<' is not a value:
+  // without tags the first '<' must start `end`.
   std::string_view until(std::string_view end, bool allowTags = false) {
-    const std::size_t at = ok ? rest.find(end) : std::string_view::npos;
-    if (at == std::string_view::npos) {
+    std::size_t at = std::string_view::npos;
+    if (ok) at = allowTags ? rest.find(end) : rest.find('<');
+    if (at == std::string_view::npos || !rest.substr(at).starts_with(end)) {
       ok = false;
       return {};
     }
     const std::string_view text = rest.substr(0, at);
     rest.remove_prefix(at + end.size());
-    if (!allowTags && text.find('<') != std::string_view::npos) ok = false;
     return text;
   }
 };
