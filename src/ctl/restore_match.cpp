@@ -11,10 +11,10 @@ namespace {
 // Entries kept waiting for their request at most; older ones are judged not sent.
 constexpr std::size_t kPendingLimit = 65536;
 
-std::string describe(EntryKind kind, const std::string &user, const std::string &fileName) {
+std::string describe(EntryKind kind, std::string_view user, std::string_view fileName) {
   std::string text(kindName(kind));
-  if (!user.empty()) text += " of " + user;
-  if (!fileName.empty()) text += " on " + fileName;
+  if (!user.empty()) text.append(" of ").append(user);
+  if (!fileName.empty()) text.append(" on ").append(fileName);
   return text;
 }
 
@@ -113,7 +113,7 @@ void RestoreMatch::dropThrough(std::size_t index) {
   pending_.popFront(index + 1);
 }
 
-void RestoreMatch::compareValues(const Pending &pending, const SentRequest &request) {
+void RestoreMatch::compareValues(const Pending &pending, const SentRequestView &request) {
   const Entry &entry = pending.entry;
   // Words for the entry, made only for a finding.
   const auto what = [this, &pending] {
@@ -132,8 +132,8 @@ void RestoreMatch::compareValues(const Pending &pending, const SentRequest &requ
   if ((entry.kind == EntryKind::userQuota || entry.kind == EntryKind::dirQuota) &&
       request.amount != entry.amount)
     findings_({entry.at, "sent-otherwise",
-               "trovan restore would send this " + what() + " with the amount \"" + request.amount +
-                   "\", not \"" + entry.amount + "\""});
+               "trovan restore would send this " + what() + " with the amount \"" +
+                   std::string(request.amount) + "\", not \"" + entry.amount + "\""});
   if (entry.kind == EntryKind::trustee && request.ad != entry.ad)
     findings_({entry.at, "sent-otherwise",
                "trovan restore would send this " + what() +
@@ -146,12 +146,13 @@ Position RestoreMatch::lastPosition() const {
   return lastEntryAt_;
 }
 
-void RestoreMatch::reportUnmatched(const SentRequest &request) {
+void RestoreMatch::reportUnmatched(const SentRequestView &request) {
   const EntryKind kind = entryKindOf(request.kind);
   std::string what = describe(kind, request.user, request.fileName);
   if (kind == EntryKind::trustee || kind == EntryKind::filter)
     what += " " + letters(request.rights);
-  if (kind == EntryKind::userQuota || kind == EntryKind::dirQuota) what += " " + request.amount;
+  if (kind == EntryKind::userQuota || kind == EntryKind::dirQuota)
+    what.append(" ").append(request.amount);
   if (reader_.failed() && pending_.empty())
     findings_({reader_.position(), "unexpected-request",
                "past the point where the document stops being XML, trovan restore would still "
@@ -201,16 +202,16 @@ void RestoreMatch::request(std::string_view bytes, unsigned long long offset) {
     if (index < pending_.size()) dropThrough(index);
     return;
   }
-  match(request);
+  match(viewOf(request));
 }
 
-void RestoreMatch::readRequest(const SentRequest &request, unsigned long long offset) {
+void RestoreMatch::readRequest(const SentRequestView &request, unsigned long long offset) {
   restoreOffset_ = offset;
   pullUpTo(offset);
   match(request);
 }
 
-bool RestoreMatch::sameTarget(const Pending &pending, const SentRequest &request) const {
+bool RestoreMatch::sameTarget(const Pending &pending, const SentRequestView &request) const {
   const EntryKind kind = pending.entry.kind;
   if (kind != entryKindOf(request.kind)) return false;
   if (kind != EntryKind::userQuota && !namesFile(pending, request.fileName)) return false;
@@ -219,7 +220,7 @@ bool RestoreMatch::sameTarget(const Pending &pending, const SentRequest &request
 }
 
 // Finds the entry a request is for and compares the two.
-void RestoreMatch::match(const SentRequest &request) {
+void RestoreMatch::match(const SentRequestView &request) {
   ++sent_[static_cast<int>(request.kind)];
   for (std::size_t at = 0; at < pending_.size(); ++at) {
     if (!sameTarget(pending_[at], request)) continue;
@@ -239,7 +240,7 @@ void RestoreMatch::match(const SentRequest &request) {
     if (pending.entry.kind != kind || userOf(pending) != request.user) continue;
     findings_({pending.entry.at, "lands-elsewhere",
                "trovan restore would add this trustee of " + userOf(pending) + " to " +
-                   request.fileName + ", not to " + fileNameOf(pending)});
+                   std::string(request.fileName) + ", not to " + fileNameOf(pending)});
     dropThrough(at);
     return;
   }
@@ -252,16 +253,16 @@ void RestoreMatch::match(const SentRequest &request) {
         pending.entry.ad != request.ad)
       findings_({pending.entry.at, "sent-otherwise",
                  "trovan restore would send this trustee on " + fileName + " as the " +
-                     (request.ad ? "AD user " : "Arbor user ") + request.user + ", not as the " +
-                     (pending.entry.ad ? "AD user " : "Arbor user ") + user});
+                     (request.ad ? "AD user " : "Arbor user ") + std::string(request.user) +
+                     ", not as the " + (pending.entry.ad ? "AD user " : "Arbor user ") + user});
     else if (fileName == request.fileName)
       findings_({pending.entry.at, "sent-for-another-user",
                  "trovan restore would send this " + std::string(kindName(kind)) + " on " +
-                     fileName + " for " + request.user + ", not for " + user});
+                     fileName + " for " + std::string(request.user) + ", not for " + user});
     else
       findings_({pending.entry.at, "lands-elsewhere",
                  "trovan restore would send this " + std::string(kindName(kind)) + " to " +
-                     request.fileName + ", not to " + fileName});
+                     std::string(request.fileName) + ", not to " + fileName});
     dropThrough(first);
     return;
   }

@@ -28,7 +28,7 @@ public:
   void request(std::string_view bytes) { request(bytes, ~0ULL); }
   // The same request read back into its parts.
   bool takesParts() const override { return true; }
-  void readRequest(const SentRequest &request, unsigned long long offset) override;
+  void readRequest(const SentRequestView &request, unsigned long long offset) override;
   // The restore has ended with `status`, or its process with `signal`: what was not sent is
   // reported, and a status other than 0 or a signal too.
   void finish(int status, int signal = 0);
@@ -54,11 +54,11 @@ private:
   static const std::string &userOf(const Pending &pending);
   std::string fileNameOf(const Pending &pending) const;
   bool namesFile(const Pending &pending, std::string_view fileName) const;
-  bool sameTarget(const Pending &pending, const SentRequest &request) const;
+  bool sameTarget(const Pending &pending, const SentRequestView &request) const;
   void dropThrough(std::size_t index);
   void reportNotSent(const Pending &pending);
-  void compareValues(const Pending &pending, const SentRequest &request);
-  void reportUnmatched(const SentRequest &request);
+  void compareValues(const Pending &pending, const SentRequestView &request);
+  void reportUnmatched(const SentRequestView &request);
   Position lastPosition() const;
 
   DocumentReader &reader_;
@@ -68,7 +68,7 @@ private:
   std::function<void(const Entry &)> onEntry_;
   unsigned long long restoreOffset_;
   ReuseQueue<Pending> pending_;
-  void match(const SentRequest &request);
+  void match(const SentRequestView &request);
 
   SentRequest sentRequest_;  // the request being read (its storage serves every request)
   bool readerDone_ = false;

@@ -231,17 +231,18 @@ private:
     return true;
   }
 
-  // The request of a 'P' record into request_; false when the record does not hold together.
+  // The request of a 'P' record into request_ (its texts are the record's); false when the
+  // record does not hold together.
   bool readParts(const char *bytes, std::size_t length) {
     PartsHead parts;
     if (length < sizeof parts) return false;
     std::memcpy(&parts, bytes, sizeof parts);
     std::size_t at = sizeof parts;
-    std::string *const texts[] = {&request_.fileName, &request_.user, &request_.volume,
-                                  &request_.amount};
+    std::string_view *const texts[] = {&request_.fileName, &request_.user, &request_.volume,
+                                       &request_.amount};
     for (int text = 0; text < 4; ++text) {
       if (parts.sizes[text] > length - at) return false;
-      texts[text]->assign(bytes + at, parts.sizes[text]);
+      *texts[text] = std::string_view(bytes + at, parts.sizes[text]);
       at += parts.sizes[text];
     }
     request_.kind = parts.kind;
@@ -254,7 +255,7 @@ private:
 
   int pipe_;
   std::unique_ptr<char[]> block_;
-  SentRequest request_;
+  SentRequestView request_;
   std::size_t start_ = 0;
   std::size_t end_ = 0;
 };

@@ -24,7 +24,7 @@ public:
   // Whether the requests that are one of trovan's forms come to readRequest instead, read back
   // into their parts (as readSentRequest reads them) by the run: fewer bytes to pass on.
   virtual bool takesParts() const { return false; }
-  virtual void readRequest(const SentRequest &request, unsigned long long offset) {}
+  virtual void readRequest(const SentRequestView &request, unsigned long long offset) {}
 };
 
 // Runs the restore over the document open on `fd` (from its current offset; the descriptor's
