@@ -11,10 +11,10 @@ namespace {
 // Entries kept waiting for their request at most; older ones are judged not sent.
 constexpr std::size_t kPendingLimit = 65536;
 
-std::string describe(EntryKind kind, const std::string &user, const std::string &fileName) {
+std::string describe(EntryKind kind, std::string_view user, std::string_view fileName) {
   std::string text(kindName(kind));
-  if (!user.empty()) text += " of " + user;
-  if (!fileName.empty()) text += " on " + fileName;
+  if (!user.empty()) text.append(" of ").append(user);
+  if (!fileName.empty()) text.append(" on ").append(fileName);
   return text;
 }
 
@@ -28,30 +28,55 @@ RestoreMatch::RestoreMatch(DocumentReader &reader, const CheckOptions &options,
     : reader_(reader), options_(options), settings_(settings), findings_(std::move(findings)),
       onEntry_(std::move(onEntry)), restoreOffset_(readFrom) {}
 
+// What a request for the entry should name is derived only when a finding needs it; the
+// comparison looks at the entry's own texts.
 void RestoreMatch::expect(Pending &pending) const {
   const Entry &entry = pending.entry;
   pending.expected = wouldRestore(entry, options_, settings_);
-  pending.fileName.clear();
-  if (entry.kind != EntryKind::userQuota) {
-    // The mount point and the path in the one form entries are compared in.
-    pending.fileName.append(options_.mountPoint).append(entry.path);
-    if (entry.kind == EntryKind::dirQuota)
-      std::replace(pending.fileName.begin() + static_cast<long>(options_.mountPoint.size()),
-                   pending.fileName.end(), '\\', '/');
-  }
-  pending.user.clear();
-  if (entry.kind == EntryKind::trustee && entry.ad) {
-    pending.user = entry.id;
-  } else if (entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota) {
-    // trovan's own -t rule, on the name as the file system reads it.
-    pending.user = entry.name;
-    if (options_.treeGiven && entry.name.size() < kNameTextSize) {
-      char name[kNameTextSize];
-      entry.name.copy(name, entry.name.size());
-      name[entry.name.size()] = '\0';
-      if (replaceTreeName(name, options_.tree.c_str(), sizeof name)) pending.user = name;
+  pending.ownUser = false;
+  // trovan's own -t rule, on the name as the file system reads it.
+  if (options_.treeGiven && entry.name.size() < kNameTextSize &&
+      ((entry.kind == EntryKind::trustee && !entry.ad) || entry.kind == EntryKind::userQuota)) {
+    char name[kNameTextSize];
+    entry.name.copy(name, entry.name.size());
+    name[entry.name.size()] = '\0';
+    if (replaceTreeName(name, options_.tree.c_str(), sizeof name)) {
+      pending.user = name;
+      pending.ownUser = true;
     }
   }
+}
+
+const std::string &RestoreMatch::userOf(const Pending &pending) {
+  static const std::string none;
+  const Entry &entry = pending.entry;
+  if (pending.ownUser) return pending.user;
+  if (entry.kind == EntryKind::trustee && entry.ad) return entry.id;
+  if (entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota) return entry.name;
+  return none;
+}
+
+std::string RestoreMatch::fileNameOf(const Pending &pending) const {
+  std::string fileName;
+  if (pending.entry.kind == EntryKind::userQuota) return fileName;
+  // The mount point and the path in the one form entries are compared in.
+  fileName.append(options_.mountPoint).append(pending.entry.path);
+  if (pending.entry.kind == EntryKind::dirQuota)
+    std::replace(fileName.begin() + static_cast<long>(options_.mountPoint.size()), fileName.end(),
+                 '\\', '/');
+  return fileName;
+}
+
+bool RestoreMatch::namesFile(const Pending &pending, std::string_view fileName) const {
+  const std::string &mountPoint = options_.mountPoint;
+  const std::string &path = pending.entry.path;
+  if (pending.entry.kind == EntryKind::userQuota) return fileName.empty();
+  if (fileName.size() != mountPoint.size() + path.size() || !fileName.starts_with(mountPoint))
+    return false;
+  fileName.remove_prefix(mountPoint.size());
+  if (pending.entry.kind != EntryKind::dirQuota) return fileName == path;
+  return std::equal(path.begin(), path.end(), fileName.begin(),
+                    [](char own, char sent) { return (own == '\\' ? '/' : own) == sent; });
 }
 
 bool RestoreMatch::pull() {
@@ -77,7 +102,7 @@ void RestoreMatch::pullUpTo(unsigned long long offset) {
 void RestoreMatch::reportNotSent(const Pending &pending) {
   findings_({pending.entry.at, "not-sent",
              "trovan restore would send nothing for this " +
-                 describe(pending.entry.kind, pending.user, pending.fileName)});
+                 describe(pending.entry.kind, userOf(pending), fileNameOf(pending))});
 }
 
 // Removes the pending entries up to `index`, included; those before it that should have been
@@ -88,11 +113,11 @@ void RestoreMatch::dropThrough(std::size_t index) {
   pending_.popFront(index + 1);
 }
 
-void RestoreMatch::compareValues(const Pending &pending, const SentRequest &request) {
+void RestoreMatch::compareValues(const Pending &pending, const SentRequestView &request) {
   const Entry &entry = pending.entry;
   // Words for the entry, made only for a finding.
-  const auto what = [&pending] {
-    return describe(pending.entry.kind, pending.user, pending.fileName);
+  const auto what = [this, &pending] {
+    return describe(pending.entry.kind, userOf(pending), fileNameOf(pending));
   };
   if (!pending.expected)
     findings_({entry.at, "unexpected-request",
@@ -107,8 +132,8 @@ void RestoreMatch::compareValues(const Pending &pending, const SentRequest &requ
   if ((entry.kind == EntryKind::userQuota || entry.kind == EntryKind::dirQuota) &&
       request.amount != entry.amount)
     findings_({entry.at, "sent-otherwise",
-               "trovan restore would send this " + what() + " with the amount \"" + request.amount +
-                   "\", not \"" + entry.amount + "\""});
+               "trovan restore would send this " + what() + " with the amount \"" +
+                   std::string(request.amount) + "\", not \"" + entry.amount + "\""});
   if (entry.kind == EntryKind::trustee && request.ad != entry.ad)
     findings_({entry.at, "sent-otherwise",
                "trovan restore would send this " + what() +
@@ -121,12 +146,13 @@ Position RestoreMatch::lastPosition() const {
   return lastEntryAt_;
 }
 
-void RestoreMatch::reportUnmatched(const SentRequest &request) {
+void RestoreMatch::reportUnmatched(const SentRequestView &request) {
   const EntryKind kind = entryKindOf(request.kind);
   std::string what = describe(kind, request.user, request.fileName);
   if (kind == EntryKind::trustee || kind == EntryKind::filter)
     what += " " + letters(request.rights);
-  if (kind == EntryKind::userQuota || kind == EntryKind::dirQuota) what += " " + request.amount;
+  if (kind == EntryKind::userQuota || kind == EntryKind::dirQuota)
+    what.append(" ").append(request.amount);
   if (reader_.failed() && pending_.empty())
     findings_({reader_.position(), "unexpected-request",
                "past the point where the document stops being XML, trovan restore would still "
@@ -148,13 +174,6 @@ RequestKind guessKind(std::string_view bytes) {
     return RequestKind::userSpaceRestrictions;
   if (bytes.find("<directoryQuota>") != std::string_view::npos) return RequestKind::addQuota;
   return RequestKind::addTrustee;
-}
-
-bool sameTarget(EntryKind kind, const std::string &fileName, const std::string &user,
-                const SentRequest &request) {
-  if (kind != entryKindOf(request.kind)) return false;
-  if (kind != EntryKind::userQuota && fileName != request.fileName) return false;
-  return (kind != EntryKind::trustee && kind != EntryKind::userQuota) || user == request.user;
 }
 
 // What a restore's status means, said at an entry ("before this entry") or elsewhere.
@@ -183,10 +202,28 @@ void RestoreMatch::request(std::string_view bytes, unsigned long long offset) {
     if (index < pending_.size()) dropThrough(index);
     return;
   }
+  match(viewOf(request));
+}
+
+void RestoreMatch::readRequest(const SentRequestView &request, unsigned long long offset) {
+  restoreOffset_ = offset;
+  pullUpTo(offset);
+  match(request);
+}
+
+bool RestoreMatch::sameTarget(const Pending &pending, const SentRequestView &request) const {
+  const EntryKind kind = pending.entry.kind;
+  if (kind != entryKindOf(request.kind)) return false;
+  if (kind != EntryKind::userQuota && !namesFile(pending, request.fileName)) return false;
+  return (kind != EntryKind::trustee && kind != EntryKind::userQuota) ||
+         userOf(pending) == request.user;
+}
+
+// Finds the entry a request is for and compares the two.
+void RestoreMatch::match(const SentRequestView &request) {
   ++sent_[static_cast<int>(request.kind)];
   for (std::size_t at = 0; at < pending_.size(); ++at) {
-    if (!sameTarget(pending_[at].entry.kind, pending_[at].fileName, pending_[at].user, request))
-      continue;
+    if (!sameTarget(pending_[at], request)) continue;
     compareValues(pending_[at], request);
     dropThrough(at);
     return;
@@ -200,30 +237,32 @@ void RestoreMatch::request(std::string_view bytes, unsigned long long offset) {
   // A trustee is known by its user first: the same user on another path is where it went.
   for (std::size_t at = first; kind == EntryKind::trustee && at < pending_.size(); ++at) {
     const Pending &pending = pending_[at];
-    if (pending.entry.kind != kind || pending.user != request.user) continue;
+    if (pending.entry.kind != kind || userOf(pending) != request.user) continue;
     findings_({pending.entry.at, "lands-elsewhere",
-               "trovan restore would add this trustee of " + pending.user + " to " +
-                   request.fileName + ", not to " + pending.fileName});
+               "trovan restore would add this trustee of " + userOf(pending) + " to " +
+                   std::string(request.fileName) + ", not to " + fileNameOf(pending)});
     dropThrough(at);
     return;
   }
   if (first < pending_.size() && pending_[first].entry.kind == kind &&
       kind != EntryKind::userQuota) {
     const Pending &pending = pending_[first];
-    if (pending.fileName == request.fileName && kind == EntryKind::trustee &&
+    const std::string fileName = fileNameOf(pending);
+    const std::string &user = userOf(pending);
+    if (fileName == request.fileName && kind == EntryKind::trustee &&
         pending.entry.ad != request.ad)
       findings_({pending.entry.at, "sent-otherwise",
-                 "trovan restore would send this trustee on " + pending.fileName + " as the " +
-                     (request.ad ? "AD user " : "Arbor user ") + request.user + ", not as the " +
-                     (pending.entry.ad ? "AD user " : "Arbor user ") + pending.user});
-    else if (pending.fileName == request.fileName)
+                 "trovan restore would send this trustee on " + fileName + " as the " +
+                     (request.ad ? "AD user " : "Arbor user ") + std::string(request.user) +
+                     ", not as the " + (pending.entry.ad ? "AD user " : "Arbor user ") + user});
+    else if (fileName == request.fileName)
       findings_({pending.entry.at, "sent-for-another-user",
                  "trovan restore would send this " + std::string(kindName(kind)) + " on " +
-                     pending.fileName + " for " + request.user + ", not for " + pending.user});
+                     fileName + " for " + std::string(request.user) + ", not for " + user});
     else
       findings_({pending.entry.at, "lands-elsewhere",
                  "trovan restore would send this " + std::string(kindName(kind)) + " to " +
-                     request.fileName + ", not to " + pending.fileName});
+                     std::string(request.fileName) + ", not to " + fileName});
     dropThrough(first);
     return;
   }

@@ -26,6 +26,9 @@ public:
   // `offset` bytes of the document (all of them, unless told otherwise).
   void request(std::string_view bytes, unsigned long long offset) override;
   void request(std::string_view bytes) { request(bytes, ~0ULL); }
+  // The same request read back into its parts.
+  bool takesParts() const override { return true; }
+  void readRequest(const SentRequestView &request, unsigned long long offset) override;
   // The restore has ended with `status`, or its process with `signal`: what was not sent is
   // reported, and a status other than 0 or a signal too.
   void finish(int status, int signal = 0);
@@ -39,17 +42,23 @@ private:
   struct Pending {
     Entry entry;
     bool expected;
-    std::string fileName;  // what the request should name, as the file system reads it
-    std::string user;
+    bool ownUser;      // the request should name `user`, not the entry's name or id
+    std::string user;  // the entry's name as trovan's -t rule changes it
   };
 
   bool pull();
   void pullUpTo(unsigned long long offset);
   void expect(Pending &pending) const;
+  // The user and the file a request for the entry should name, as the file system reads them
+  // (empty where the kind names none).
+  static const std::string &userOf(const Pending &pending);
+  std::string fileNameOf(const Pending &pending) const;
+  bool namesFile(const Pending &pending, std::string_view fileName) const;
+  bool sameTarget(const Pending &pending, const SentRequestView &request) const;
   void dropThrough(std::size_t index);
   void reportNotSent(const Pending &pending);
-  void compareValues(const Pending &pending, const SentRequest &request);
-  void reportUnmatched(const SentRequest &request);
+  void compareValues(const Pending &pending, const SentRequestView &request);
+  void reportUnmatched(const SentRequestView &request);
   Position lastPosition() const;
 
   DocumentReader &reader_;
@@ -59,7 +68,9 @@ private:
   std::function<void(const Entry &)> onEntry_;
   unsigned long long restoreOffset_;
   ReuseQueue<Pending> pending_;
-  SentRequest sentRequest_;  // the request being matched (its storage serves every request)
+  void match(const SentRequestView &request);
+
+  SentRequest sentRequest_;  // the request being read (its storage serves every request)
   bool readerDone_ = false;
   Position lastEntryAt_;
   unsigned long sent_[4] = {};

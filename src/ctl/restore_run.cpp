@@ -10,7 +10,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <memory>
+#include <string_view>
 
 #include "channel/admin_channel.h"
 #include "document/run_settings.h"
@@ -19,23 +21,39 @@
 
 namespace {
 
-// Records from the child: a request ('R', the offset trovan had read to, the length, the
-// bytes) or the end ('S', the status in place of the length).
+// Records from the child: a request read back into its parts ('P': the parts' head, then
+// their texts), a request that is none of trovan's forms ('R': its bytes), or the end ('S', the
+// status in place of the length). Each carries how far trovan had read the document.
 struct RecordHead {
-  char type;
   std::uint64_t offset;
-  std::uint64_t length;
+  std::uint32_t length;  // of what follows the head
+  char type;
 };
 
-// The largest record: a request fills at most trovan's request buffer.
-constexpr std::size_t kRecordLimit = sizeof(RecordHead) + kRequestBufferSize;
+// A read request's parts: what the comparison needs of it, and its texts' sizes (the texts
+// follow in this order: file name, user, volume, amount).
+struct PartsHead {
+  RequestKind kind;
+  std::uint8_t flags;  // kAd, kGemel, kUnknownRight
+  RightsSet rights;
+  std::uint32_t sizes[4];
+};
+constexpr std::uint8_t kAd = 1, kGemel = 2, kUnknownRight = 4;
+
+// The largest record: a request fills at most trovan's request buffer, and reading it back
+// never makes its texts longer.
+constexpr std::size_t kRecordLimit = sizeof(RecordHead) + sizeof(PartsHead) + kRequestBufferSize;
 // Records travel through the pipe in blocks of this size, not one write or read each.
 constexpr std::size_t kBlockSize = 1 << 18;
 
-// A reply the restore takes as a success, whichever request it answers.
-constexpr char kSuccessReply[] =
-    "<quillReply>\n<addTrustee><modifyInheritedRightsFilter><userSpaceRestrictions><addQuota>"
-    "<result value=\"0\"><description>success</description></result>\n</quillReply>\n";
+// A reply the restore takes as a success, whichever request it answers: each request's reply
+// element with its result, the likeliest first. The description is read only when the result
+// is not 0, so there is none.
+constexpr char kSuccessReply[] = "<addTrustee><result value=\"0\"></result></addTrustee>"
+                                 "<modifyInheritedRightsFilter><result value=\"0\"></result>"
+                                 "</modifyInheritedRightsFilter><addQuota><result value=\"0\">"
+                                 "</result></addQuota><userSpaceRestrictions><result value=\"0\">"
+                                 "</result></userSpaceRestrictions>";
 
 bool writeAll(int fd, const void *data, std::size_t size) {
   const char *bytes = static_cast<const char *>(data);
@@ -54,6 +72,8 @@ bool writeAll(int fd, const void *data, std::size_t size) {
 struct ChildRecords {
   int pipe = -1;
   std::size_t used = 0;
+  bool parts = false;   // requests go as their parts when they can
+  SentRequest request;  // the request being read back (its storage serves every request)
   char block[kBlockSize];
 };
 ChildRecords *childRecords = nullptr;
@@ -64,12 +84,44 @@ void flushRecords() {
   records.used = 0;
 }
 
-void addRecord(const RecordHead &head, const char *bytes, std::size_t length) {
+// A record of `type`: its head, then `pieces` one after the other.
+void addRecord(char type, std::uint64_t length, std::initializer_list<std::string_view> pieces) {
   ChildRecords &records = *childRecords;
-  if (records.used + sizeof head + length > sizeof records.block) flushRecords();
+  std::size_t size = 0;
+  for (const std::string_view piece : pieces)
+    size += piece.size();
+  if (records.used + sizeof(RecordHead) + size > sizeof records.block) flushRecords();
+  RecordHead head{};  // zeroed, padding too: every byte that goes through the pipe is set
+  head.offset = tag_reader_state::input.consumed;
+  head.length = static_cast<std::uint32_t>(length);
+  head.type = type;
   std::memcpy(records.block + records.used, &head, sizeof head);
-  if (length > 0) std::memcpy(records.block + records.used + sizeof head, bytes, length);
-  records.used += sizeof head + length;
+  records.used += sizeof head;
+  for (const std::string_view piece : pieces) {
+    if (!piece.empty()) std::memcpy(records.block + records.used, piece.data(), piece.size());
+    records.used += piece.size();
+  }
+}
+
+// A request in the form the comparison takes: its parts when it is one of trovan's forms
+// (fewer bytes through the pipe than the request), its bytes when it is not.
+void addRequest(std::string_view bytes) {
+  SentRequest &request = childRecords->request;
+  if (!childRecords->parts || !readSentRequest(bytes, request)) {
+    addRecord('R', bytes.size(), {bytes});
+    return;
+  }
+  PartsHead parts{request.kind,
+                  static_cast<std::uint8_t>((request.ad ? kAd : 0) | (request.gemel ? kGemel : 0) |
+                                            (request.unknownRight ? kUnknownRight : 0)),
+                  request.rights,
+                  {static_cast<std::uint32_t>(request.fileName.size()),
+                   static_cast<std::uint32_t>(request.user.size()),
+                   static_cast<std::uint32_t>(request.volume.size()),
+                   static_cast<std::uint32_t>(request.amount.size())}};
+  const std::string_view head(reinterpret_cast<const char *>(&parts), sizeof parts);
+  addRecord('P', sizeof parts + parts.sizes[0] + parts.sizes[1] + parts.sizes[2] + parts.sizes[3],
+            {head, request.fileName, request.user, request.volume, request.amount});
 }
 
 void flushAndDie(int signal) {
@@ -91,7 +143,7 @@ void flushAtEnds() {
 // Each request goes with how far trovan had read the document when it made it: the bytes its
 // reader has taken in.
 int standIn(const char *request, std::size_t length, void *) {
-  addRecord({'R', tag_reader_state::input.consumed, length}, request, length);
+  addRequest(std::string_view(request, length));
   // The reply as a string of the buffer's size at most, cut if it must be.
   const std::size_t room = static_cast<std::size_t>(replyBufferSize);
   const std::size_t size = sizeof kSuccessReply <= room ? sizeof kSuccessReply : room;
@@ -102,7 +154,7 @@ int standIn(const char *request, std::size_t length, void *) {
   return 0;
 }
 
-[[noreturn]] void runChild(int pipe, int fd, const CheckOptions &options,
+[[noreturn]] void runChild(int pipe, bool parts, int fd, const CheckOptions &options,
                            const RestoreSettings &settings) {
   // What trovan prints is not part of the check's result.
   const int quiet = open("/dev/null", O_WRONLY);
@@ -113,6 +165,7 @@ int standIn(const char *request, std::size_t length, void *) {
   }
   childRecords = new ChildRecords;
   childRecords->pipe = pipe;
+  childRecords->parts = parts;
   flushAtEnds();
   if (!allocateReplyBuffer()) _exit(4);
   inputFd = fd;
@@ -126,7 +179,7 @@ int standIn(const char *request, std::size_t length, void *) {
       restoreDocument(options.volume.c_str(), options.mountPoint.c_str(),
                       settings.hasFilter ? &settings.filter : nullptr, options.mask.c_str(),
                       options.treeGiven ? options.tree.c_str() : nullptr, 0);
-  addRecord({'S', 0, static_cast<std::uint64_t>(static_cast<std::int64_t>(status))}, nullptr, 0);
+  addRecord('S', static_cast<std::uint32_t>(status), {});
   flushRecords();
   std::fflush(stdout);
   _exit(0);
@@ -145,14 +198,20 @@ public:
       std::memcpy(&head, block_.get() + start_, sizeof head);
       if (head.type == 'S') {
         outcome.ran = true;
-        outcome.status = static_cast<int>(static_cast<std::int64_t>(head.length));
+        outcome.status = static_cast<int>(static_cast<std::int32_t>(head.length));
         return;
       }
-      if (head.type != 'R' || head.length > kRequestBufferSize) return;
-      if (!have(sizeof head + head.length)) return;
+      if ((head.type != 'R' && head.type != 'P') || head.length > kRecordLimit - sizeof head ||
+          !have(sizeof head + head.length))
+        return;
       const char *bytes = block_.get() + start_ + sizeof head;
       start_ += sizeof head + head.length;
-      sink.request(std::string_view(bytes, head.length), head.offset);
+      if (head.type == 'R')
+        sink.request(std::string_view(bytes, head.length), head.offset);
+      else if (readParts(bytes, head.length))
+        sink.readRequest(request_, head.offset);
+      else
+        return;
     }
   }
 
@@ -172,8 +231,31 @@ private:
     return true;
   }
 
+  // The request of a 'P' record into request_ (its texts are the record's); false when the
+  // record does not hold together.
+  bool readParts(const char *bytes, std::size_t length) {
+    PartsHead parts;
+    if (length < sizeof parts) return false;
+    std::memcpy(&parts, bytes, sizeof parts);
+    std::size_t at = sizeof parts;
+    std::string_view *const texts[] = {&request_.fileName, &request_.user, &request_.volume,
+                                       &request_.amount};
+    for (int text = 0; text < 4; ++text) {
+      if (parts.sizes[text] > length - at) return false;
+      *texts[text] = std::string_view(bytes + at, parts.sizes[text]);
+      at += parts.sizes[text];
+    }
+    request_.kind = parts.kind;
+    request_.ad = (parts.flags & kAd) != 0;
+    request_.gemel = (parts.flags & kGemel) != 0;
+    request_.unknownRight = (parts.flags & kUnknownRight) != 0;
+    request_.rights = parts.rights;
+    return at == length;
+  }
+
   int pipe_;
   std::unique_ptr<char[]> block_;
+  SentRequestView request_;
   std::size_t start_ = 0;
   std::size_t end_ = 0;
 };
@@ -202,7 +284,7 @@ RestoreOutcome runRestore(int fd, const CheckOptions &options, const RestoreSett
   }
   if (child == 0) {
     close(pipes[0]);
-    runChild(pipes[1], fd, options, settings);
+    runChild(pipes[1], sink.takesParts(), fd, options, settings);
   }
   close(pipes[1]);
   RecordReader(pipes[0]).run(sink, outcome);

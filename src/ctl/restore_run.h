@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "ctl/check_settings.h"
+#include "model/sent_request.h"
 
 struct RestoreOutcome {
   bool ran = false;     // the child ran to its end and reported a status
@@ -20,6 +21,10 @@ public:
   virtual ~RequestSink() = default;
   // One request as its bytes; `offset` is how far trovan had read the document when it sent it.
   virtual void request(std::string_view bytes, unsigned long long offset) = 0;
+  // Whether the requests that are one of trovan's forms come to readRequest instead, read back
+  // into their parts (as readSentRequest reads them) by the run: fewer bytes to pass on.
+  virtual bool takesParts() const { return false; }
+  virtual void readRequest(const SentRequestView &request, unsigned long long offset) {}
 };
 
 // Runs the restore over the document open on `fd` (from its current offset; the descriptor's

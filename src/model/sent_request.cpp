@@ -11,29 +11,40 @@ constexpr std::string_view kVolumeOpen =
     "<virtualIO><datastream name=\"command\"/></virtualIO><quillRequest>";
 constexpr std::string_view kVolumeClose = "</quillRequest>";
 
-// Reads a request from its start, piece by piece.
+// Reads a request from its start, piece by piece. Its steps are inlined, so that each compares
+// with its literal directly.
 struct Cursor {
   std::string_view rest;
   bool ok = true;
+  bool plain = false;  // no '&' in the whole request: every text stands as it is
 
-  bool take(std::string_view literal) {
+  // A text as the file system reads it, into `out`.
+  [[gnu::always_inline]] void decode(std::string_view text, std::string &out) const {
+    if (plain)
+      out.assign(text);
+    else
+      decodeAsServer(text, out);
+  }
+
+  [[gnu::always_inline]] bool take(std::string_view literal) {
     if (!ok || !rest.starts_with(literal)) return false;
     rest.remove_prefix(literal.size());
     return true;
   }
-  void need(std::string_view literal) {
+  [[gnu::always_inline]] void need(std::string_view literal) {
     if (!take(literal)) ok = false;
   }
-  // The text up to `end`, which is consumed. A text that holds a '<' is not a value.
-  std::string_view until(std::string_view end, bool allowTags = false) {
-    const std::size_t at = ok ? rest.find(end) : std::string_view::npos;
-    if (at == std::string_view::npos) {
+  // The text up to `end` (a tag), which is consumed. A text that holds a '<' is not a value:
+  // without tags the first '<' must start `end`.
+  [[gnu::always_inline]] std::string_view until(std::string_view end, bool allowTags = false) {
+    std::size_t at = std::string_view::npos;
+    if (ok) at = allowTags ? rest.find(end) : rest.find('<');
+    if (at == std::string_view::npos || !rest.substr(at).starts_with(end)) {
       ok = false;
       return {};
     }
     const std::string_view text = rest.substr(0, at);
     rest.remove_prefix(at + end.size());
-    if (!allowTags && text.find('<') != std::string_view::npos) ok = false;
     return text;
   }
 };
@@ -56,9 +67,9 @@ bool readRights(std::string_view text, RightsSet &rights, bool &unknown) {
 bool readTrusteeRequest(Cursor &cursor, SentRequest &request) {
   if (cursor.take("<trustees><addTrustee type=\"adID\"><userID>")) {
     request.ad = true;
-    decodeAsServer(cursor.until("</userID>"), request.user);
+    cursor.decode(cursor.until("</userID>"), request.user);
   } else if (cursor.take("<trustees><addTrustee><name>")) {
-    decodeAsServer(cursor.until("</name>"), request.user);
+    cursor.decode(cursor.until("</name>"), request.user);
   } else {
     request.kind = RequestKind::modifyInheritedRightsFilter;
     cursor.need("<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>");
@@ -66,7 +77,7 @@ bool readTrusteeRequest(Cursor &cursor, SentRequest &request) {
                     request.unknownRight))
       return false;
     cursor.need("<fileName>");
-    decodeAsServer(cursor.until("</fileName>", true), request.fileName);
+    cursor.decode(cursor.until("</fileName>", true), request.fileName);
     request.gemel = cursor.take("<gemelPath/>");
     cursor.need("</modifyInheritedRightsFilter></trustees>");
     return cursor.ok;
@@ -75,7 +86,7 @@ bool readTrusteeRequest(Cursor &cursor, SentRequest &request) {
   if (!readRights(cursor.until("</rights>", true), request.rights, request.unknownRight))
     return false;
   cursor.need("<fileName>");
-  decodeAsServer(cursor.until("</fileName>", true), request.fileName);
+  cursor.decode(cursor.until("</fileName>", true), request.fileName);
   request.gemel = cursor.take("<gemelPath/>");
   cursor.need("<symLink/></addTrustee></trustees>");
   return cursor.ok;
@@ -84,10 +95,10 @@ bool readTrusteeRequest(Cursor &cursor, SentRequest &request) {
 bool readQuotaRequest(Cursor &cursor, SentRequest &request) {
   request.kind = RequestKind::addQuota;
   cursor.need("<directoryQuota><addQuota><fileName>");
-  decodeAsServer(cursor.until("</fileName>", true), request.fileName);
+  cursor.decode(cursor.until("</fileName>", true), request.fileName);
   request.gemel = cursor.take("<gemelPath/>");
   cursor.need("<quotaAmount>");
-  decodeAsServer(cursor.until("</quotaAmount>"), request.amount);
+  cursor.decode(cursor.until("</quotaAmount>"), request.amount);
   cursor.need("</addQuota></directoryQuota>");
   return cursor.ok;
 }
@@ -100,11 +111,11 @@ bool readUserQuotaRequest(Cursor &cursor, SentRequest &request) {
   else
     cursor.need("<set>");
   cursor.need("<volumeName>");
-  decodeAsServer(cursor.until("</volumeName>"), request.volume);
+  cursor.decode(cursor.until("</volumeName>"), request.volume);
   cursor.need("<userName>");
-  decodeAsServer(cursor.until("</userName>"), request.user);
+  cursor.decode(cursor.until("</userName>"), request.user);
   cursor.need("<quota>");
-  decodeAsServer(cursor.until("</quota>"), request.amount);
+  cursor.decode(cursor.until("</quota>"), request.amount);
   request.gemel = cursor.take("<gemelPath/>");
   cursor.need("</set></userSpaceRestrictions>");
   return cursor.ok;
@@ -121,7 +132,7 @@ bool readSentRequest(std::string_view bytes, SentRequest &request) {
   request.volume.clear();
   request.amount.clear();
   request.rights = 0;
-  Cursor cursor{bytes};
+  Cursor cursor{bytes, true, bytes.find('&') == std::string_view::npos};
   bool read = false;
   if (cursor.take(kFileOpen)) {
     if (!bytes.ends_with(kFileClose)) return false;
@@ -134,6 +145,11 @@ bool readSentRequest(std::string_view bytes, SentRequest &request) {
     read = readUserQuotaRequest(cursor, request);
   }
   return read && cursor.ok && cursor.rest.empty();
+}
+
+SentRequestView viewOf(const SentRequest &request) {
+  return {request.kind,   request.ad,     request.gemel,  request.fileName,    request.user,
+          request.volume, request.amount, request.rights, request.unknownRight};
 }
 
 EntryKind entryKindOf(RequestKind kind) {

@@ -27,6 +27,20 @@ struct SentRequest {
   bool unknownRight = false;  // a rights element outside the table
 };
 
+// The same parts with their texts kept elsewhere (a SentRequest's, or a record's bytes).
+struct SentRequestView {
+  RequestKind kind = RequestKind::addTrustee;
+  bool ad = false;
+  bool gemel = false;
+  std::string_view fileName;
+  std::string_view user;
+  std::string_view volume;
+  std::string_view amount;
+  RightsSet rights = 0;
+  bool unknownRight = false;
+};
+SentRequestView viewOf(const SentRequest &request);
+
 // Reads one request. False when the bytes are not exactly one of trovan's request forms.
 bool readSentRequest(std::string_view bytes, SentRequest &request);
 
