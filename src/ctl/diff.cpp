@@ -41,47 +41,37 @@ struct Difference {
   bool operator<(const Difference &other) const { return order < other.order; }
 };
 
-// Reads every selected entry of `source`, giving each to `take`. False after a message when the
+// Reads every selected entry of `source`, handing each with its key hash to `use` one entry
+// late, its index slot fetched meanwhile: reading the next entry hides the wait for memory.
+// Entries are handed on in their order, and may be moved from. False after a message when the
 // document cannot be read to its end; findings that do not stop reading are listed on
 // standard error.
-template <typename Take>
-bool readEntries(const DocumentOperand &source, const EntrySelection &selection, Take take) {
+template <typename Use>
+bool readEntries(const DocumentOperand &source, const EntrySelection &selection,
+                 const EntryIndex &index, Use use) {
   const std::string &label = source.label();
   DocumentReader reader(source.fd(), [&label](Finding finding) {
     reportError(label, finding.at.line, finding.at.column, finding.message);
   });
-  Entry entry;
-  while (reader.next(entry))
-    if (selection.selects(entry)) take(entry);
+  Entry entries[2];  // the one being read, and the one waiting to be used
+  std::uint64_t hashes[2] = {};
+  std::size_t reading = 0;
+  bool waiting = false;
+  while (reader.next(entries[reading])) {
+    if (!selection.selects(entries[reading])) continue;
+    hashes[reading] = reader.entryHash();
+    index.prefetch(hashes[reading]);
+    if (waiting) use(entries[reading ^ 1], hashes[reading ^ 1]);
+    waiting = true;
+    reading ^= 1;
+  }
   if (reader.readError() != 0) {
     reportError(label + ": " + std::strerror(reader.readError()));
     return false;
   }
+  if (waiting) use(entries[reading ^ 1], hashes[reading ^ 1]);
   return !reader.failed();
 }
-
-// Hands each entry on one entry late, the index slot of its key fetched meanwhile: reading the
-// next entry hides the wait for memory. Entries are handed on in their order.
-template <typename Use> class OneBehind {
-public:
-  OneBehind(const EntryIndex &index, Use use) : index_(index), use_(use) {}
-  void operator()(Entry &entry) {
-    index_.prefetch(entry);
-    if (waiting_) use_(held_);
-    std::swap(held_, entry);
-    waiting_ = true;
-  }
-  void finish() {
-    if (waiting_) use_(held_);
-    waiting_ = false;
-  }
-
-private:
-  const EntryIndex &index_;
-  Use use_;
-  Entry held_;
-  bool waiting_ = false;
-};
 
 int runDiff(const DiffOptions &options) {
   DocumentOperand oldSource;
@@ -89,28 +79,23 @@ int runDiff(const DiffOptions &options) {
   if (!oldSource.open(options.oldOperand) || !newSource.open(options.newOperand)) return kTrouble;
   DiffTally tally;
   EntryIndex index;
-  OneBehind adding(index, [&](const Entry &entry) { index.add(entry); });
-  if (!readEntries(oldSource, options.selection, [&](Entry &entry) {
-        ++tally.oldEntries;
-        adding(entry);
-      }))
+  if (!readEntries(oldSource, options.selection, index,
+                   [&](const Entry &entry, std::uint64_t hash) {
+                     ++tally.oldEntries;
+                     index.add(entry, hash);
+                   }))
     return kTrouble;
-  adding.finish();
   std::vector<Difference> differences;
-  Entry old;
-  OneBehind matching(index, [&](Entry &entry) {
-    if (!index.match(entry, old)) {
-      differences.emplace_back(ChangeKind::added, std::move(entry));
-    } else if (valuesDiffer(old, entry)) {
-      differences.emplace_back(ChangeKind::changed, std::move(entry), old.rights, old.amount);
-    }
-  });
-  if (!readEntries(newSource, options.selection, [&](Entry &entry) {
+  StoredValue old;
+  if (!readEntries(newSource, options.selection, index, [&](Entry &entry, std::uint64_t hash) {
         ++tally.newEntries;
-        matching(entry);
+        if (!index.match(entry, hash, old))
+          differences.emplace_back(ChangeKind::added, std::move(entry));
+        else if (valuesDiffer(entry.kind, old.rights, old.amount, entry))
+          differences.emplace_back(ChangeKind::changed, std::move(entry), old.rights,
+                                   std::string(old.amount));
       }))
     return kTrouble;
-  matching.finish();
   index.forEachUnmatched(
       [&](const Entry &entry) { differences.emplace_back(ChangeKind::removed, Entry(entry)); });
   std::sort(differences.begin(), differences.end());

@@ -114,6 +114,7 @@ void DocumentReader::onSection(std::function<void(Section, bool)> observer) {
 bool DocumentReader::failed() const { return state_->failed; }
 int DocumentReader::readError() const { return state_->readError; }
 unsigned long long DocumentReader::offset() const { return state_->offset; }
+std::uint64_t DocumentReader::entryHash() const { return state_->handedHash; }
 Position DocumentReader::position() const { return state_->endAt; }
 
 bool DocumentReader::next(Entry &entry) {
@@ -127,6 +128,7 @@ bool DocumentReader::next(Entry &entry) {
         state.readyFirst = (state.readyFirst + 1) % state.ready.size();
         --state.readyCount;
         state.offset = event.offset;
+        state.handedHash = event.keyHash;
       } else if (kind == ReaderEvent::Kind::finding) {
         Finding finding = std::move(event.finding);
         state.events.pop_front();

@@ -52,6 +52,7 @@ struct ReaderEvent {
   Section section = Section::trustees;
   unsigned long long offset = 0;  // an entry's: where its end tag starts
   Finding finding;
+  std::uint64_t keyHash = 0;  // an entry's: keyHash() of its entryKey()
 };
 
 // The first error the parser reported.
@@ -105,6 +106,7 @@ struct DocumentReader::State {
   ParserError error;
   int readError = 0;
   unsigned long long offset = 0;
+  std::uint64_t handedHash = 0;      // the key hash of the entry handed out last
   Position endAt;                    // the place after the end or of the failure, once finished
   unsigned long long lastEnd = 0;    // where the last parser event ended
   unsigned long long endOffset = 0;  // where the element ending now ends (see offset())

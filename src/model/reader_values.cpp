@@ -178,7 +178,8 @@ void DocumentReader::State::settle() {
                       Finding{unsettled.at, "duplicate-entry",
                               "the same " + std::string(kindName(unsettled.kind)) + " as on line " +
                                   lineText(first)}});
-  events.push_back({ReaderEvent::Kind::entry, Section::trustees, unsettled.offset, Finding{}});
+  events.push_back(
+      {ReaderEvent::Kind::entry, Section::trustees, unsettled.offset, Finding{}, unsettled.hash});
 }
 
 void DocumentReader::State::pushEvent(ReaderEvent event) {
