@@ -41,11 +41,11 @@ struct Difference {
   bool operator<(const Difference &other) const { return order < other.order; }
 };
 
-// Reads every selected entry of `source`, handing each with its key hash to `use` one entry
-// late, its index slot fetched meanwhile: reading the next entry hides the wait for memory.
-// Entries are handed on in their order, and may be moved from. False after a message when the
-// document cannot be read to its end; findings that do not stop reading are listed on
-// standard error.
+// Reads every selected entry of `source`, handing each with its key hash to `use` two entries
+// late: the index slot of its key is fetched as the next entry is read, and the stored record
+// under that slot as the one after is read, so that reading hides the waits for memory. Entries
+// are handed on in their order, and may be moved from. False after a message when the document
+// cannot be read to its end; findings that do not stop reading are listed on standard error.
 template <typename Use>
 bool readEntries(const DocumentOperand &source, const EntrySelection &selection,
                  const EntryIndex &index, Use use) {
@@ -53,23 +53,24 @@ bool readEntries(const DocumentOperand &source, const EntrySelection &selection,
   DocumentReader reader(source.fd(), [&label](Finding finding) {
     reportError(label, finding.at.line, finding.at.column, finding.message);
   });
-  Entry entries[2];  // the one being read, and the one waiting to be used
-  std::uint64_t hashes[2] = {};
-  std::size_t reading = 0;
-  bool waiting = false;
-  while (reader.next(entries[reading])) {
-    if (!selection.selects(entries[reading])) continue;
-    hashes[reading] = reader.entryHash();
-    index.prefetch(hashes[reading]);
-    if (waiting) use(entries[reading ^ 1], hashes[reading ^ 1]);
-    waiting = true;
-    reading ^= 1;
+  constexpr std::size_t kDepth = 3;
+  Entry entries[kDepth];  // the one being read, and the two waiting to be used
+  std::uint64_t hashes[kDepth] = {};
+  std::size_t count = 0;  // selected entries read so far
+  while (reader.next(entries[count % kDepth])) {
+    if (!selection.selects(entries[count % kDepth])) continue;
+    hashes[count % kDepth] = reader.entryHash();
+    index.prefetch(hashes[count % kDepth]);
+    if (count >= 1) index.prefetchRecord(hashes[(count - 1) % kDepth]);
+    if (count >= 2) use(entries[(count - 2) % kDepth], hashes[(count - 2) % kDepth]);
+    ++count;
   }
   if (reader.readError() != 0) {
     reportError(label + ": " + std::strerror(reader.readError()));
     return false;
   }
-  if (waiting) use(entries[reading ^ 1], hashes[reading ^ 1]);
+  for (std::size_t at = count < 2 ? 0 : count - 2; at < count; ++at)
+    use(entries[at % kDepth], hashes[at % kDepth]);
   return !reader.failed();
 }
 

@@ -86,11 +86,12 @@ std::uint64_t EntryIndex::store(const Entry &entry) {
   const std::size_t size = kHeadSize + 4 * sizeof(std::uint32_t) + entry.path.size() +
                            entry.name.size() + entry.id.size() + entry.amount.size();
   if (used_ + size > kBlockSize) {
-    blocks_.push_back(std::make_unique<char[]>(size > kBlockSize ? size : kBlockSize));
+    const std::size_t blockSize = size > kBlockSize ? size : kBlockSize;
+    blocks_.emplace_back(table_memory::allocateZeroed<char>(blockSize), BlockRelease{blockSize});
     filled_.push_back(0);
     used_ = 0;
   }
-  const std::uint64_t ref = (std::uint64_t(blocks_.size() - 1) << 20) | used_;
+  const std::uint64_t ref = (std::uint64_t(blocks_.size() - 1) << kBlockBits) | used_;
   char *at = blocks_.back().get() + used_;
   at[0] = static_cast<char>(entry.kind);
   at[1] = entry.ad ? 1 : 0;
@@ -108,7 +109,15 @@ std::uint64_t EntryIndex::store(const Entry &entry) {
 }
 
 char *EntryIndex::recordAt(std::uint64_t ref) const {
-  return blocks_[ref >> 20].get() + (ref & (kBlockSize - 1));
+  return blocks_[ref >> kBlockBits].get() + (ref & (kBlockSize - 1));
+}
+
+void EntryIndex::prefetchRecord(std::uint64_t hash) const {
+  const std::uint64_t *ref = refs_.first(hash);
+  if (ref == nullptr) return;
+  const char *record = recordAt(*ref);
+  __builtin_prefetch(record, 1);
+  __builtin_prefetch(record + 64, 1);  // a record seldom fits in the rest of one cache line
 }
 
 bool EntryIndex::add(const Entry &entry, std::uint64_t hash) {

@@ -37,11 +37,21 @@ public:
   // Asks the processor for the table slot of a key hash, to be added or matched a little
   // later: a lookup in a large table otherwise waits for memory.
   void prefetch(std::uint64_t hash) const { refs_.prefetch(hash); }
+  // Then asks for the stored record under that slot, to be matched a little later: the records
+  // of a document given in another order lie at random places.
+  void prefetchRecord(std::uint64_t hash) const;
 
   std::size_t size() const { return refs_.size(); }
 
 private:
-  static constexpr std::size_t kBlockSize = std::size_t(1) << 20;
+  // Records are packed into blocks of one huge page, so that reaching a record at a random
+  // place does not also miss the processor's address cache.
+  static constexpr std::size_t kBlockBits = 21;
+  static constexpr std::size_t kBlockSize = std::size_t(1) << kBlockBits;
+  struct BlockRelease {
+    std::size_t size;
+    void operator()(char *bytes) const { table_memory::release(bytes, size); }
+  };
 
   std::uint64_t hashOf(const Entry &entry);
   std::uint64_t store(const Entry &entry);
@@ -49,9 +59,9 @@ private:
   // The record of `entry`'s key, marked as matched; null if none.
   const char *find(const Entry &entry, std::uint64_t hash);
 
-  std::vector<std::unique_ptr<char[]>> blocks_;
+  std::vector<std::unique_ptr<char[], BlockRelease>> blocks_;
   std::size_t used_ = kBlockSize;    // bytes used in the last block
-  HashSlots<std::uint64_t> refs_;    // block << 20 | offset of the entry's record, by key hash
+  HashSlots<std::uint64_t> refs_;    // block << kBlockBits | offset of the record, by key hash
   std::vector<std::size_t> filled_;  // bytes used in each block
   std::string key_;                  // the key of an entry given without its hash
 };

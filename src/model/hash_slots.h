@@ -34,6 +34,15 @@ public:
     return nullptr;
   }
 
+  // The first value under `hash`, whatever key it stands for, or null.
+  const Value *first(std::uint64_t hash) const {
+    if (slots_ == 0) return nullptr;
+    const std::size_t mask = slots_ - 1;
+    for (std::size_t slot = hash & mask; hashes_[slot] != 0; slot = (slot + 1) & mask)
+      if (hashes_[slot] == hash) return &values_[slot];
+    return nullptr;
+  }
+
   // What find() gives, with `added` false; else a new slot for `hash` holding `value`, with
   // `added` true. The pointer is valid until the next call that adds.
   template <class Same>
