@@ -222,3 +222,19 @@ TEST(EntryIndex, ReaderGivesTheKeyHashOfEachEntryItHandsOut) {
   ASSERT_TRUE(index.match(quota, stored));
   EXPECT_EQ(stored.amount, "7");
 }
+
+// Asking for a record ahead is a hint: for a key missing or present, in an empty index or not,
+// it changes nothing that a match finds.
+TEST(EntryIndex, RecordsAskedForAheadMatchAsBefore) {
+  EntryIndex index;
+  const Entry kept = trustee("/a", "u", 5);
+  index.prefetchRecord(hashOf(kept));
+  ASSERT_TRUE(index.add(kept, hashOf(kept)));
+  index.prefetchRecord(hashOf(kept));
+  index.prefetchRecord(hashOf(trustee("/missing", "u", 1)));
+  StoredValue value;
+  ASSERT_TRUE(index.match(kept, hashOf(kept), value));
+  EXPECT_EQ(value.rights, 5);
+  EXPECT_FALSE(
+      index.match(trustee("/missing", "u", 1), hashOf(trustee("/missing", "u", 1)), value));
+}
