@@ -5,15 +5,37 @@
 namespace {
 
 // A stored entry starts with its kind, the AD mark, its rights (two bytes) and whether a
-// document entry matched it; its texts follow, each a 32-bit length and the bytes.
+// document entry matched it; its texts follow, each its length and the bytes. A length is
+// written in 7-bit groups, low first: most take one byte.
 constexpr std::size_t kMatchedByte = 4;
 constexpr std::size_t kHeadSize = 5;
 
+std::size_t lengthSize(std::size_t length) {
+  std::size_t size = 1;
+  for (; length >= 0x80; length >>= 7)
+    ++size;
+  return size;
+}
+
 void putText(char *&at, const std::string &text) {
-  const auto size = static_cast<std::uint32_t>(text.size());
-  std::memcpy(at, &size, sizeof size);
-  std::memcpy(at + sizeof size, text.data(), text.size());
-  at += sizeof size + text.size();
+  std::size_t length = text.size();
+  for (; length >= 0x80; length >>= 7)
+    *at++ = static_cast<char>(length | 0x80);
+  *at++ = static_cast<char>(length);
+  std::memcpy(at, text.data(), text.size());
+  at += text.size();
+}
+
+std::string_view getText(const char *&at) {
+  std::size_t length = 0;
+  for (unsigned shift = 0;; shift += 7) {
+    const auto byte = static_cast<unsigned char>(*at++);
+    length |= static_cast<std::size_t>(byte & 0x7f) << shift;
+    if ((byte & 0x80) == 0) break;
+  }
+  const std::string_view text(at, length);
+  at += length;
+  return text;
 }
 
 // A stored record read in place: its texts point into it.
@@ -31,12 +53,8 @@ struct Record {
     std::memcpy(&rights, start + 2, sizeof rights);
     matched = start[kMatchedByte] != 0;
     const char *at = start + kHeadSize;
-    for (std::string_view *text : {&path, &name, &id, &amount}) {
-      std::uint32_t length;
-      std::memcpy(&length, at, sizeof length);
-      *text = std::string_view(at + sizeof length, length);
-      at += sizeof length + length;
-    }
+    for (std::string_view *text : {&path, &name, &id, &amount})
+      *text = getText(at);
     size = static_cast<std::size_t>(at - start);
   }
 
@@ -83,8 +101,9 @@ std::uint64_t EntryIndex::hashOf(const Entry &entry) {
 }
 
 std::uint64_t EntryIndex::store(const Entry &entry) {
-  const std::size_t size = kHeadSize + 4 * sizeof(std::uint32_t) + entry.path.size() +
-                           entry.name.size() + entry.id.size() + entry.amount.size();
+  std::size_t size = kHeadSize;
+  for (const std::string *text : {&entry.path, &entry.name, &entry.id, &entry.amount})
+    size += lengthSize(text->size()) + text->size();
   if (used_ + size > kBlockSize) {
     const std::size_t blockSize = size > kBlockSize ? size : kBlockSize;
     blocks_.emplace_back(table_memory::allocateZeroed<char>(blockSize), BlockRelease{blockSize});

@@ -238,3 +238,29 @@ TEST(EntryIndex, RecordsAskedForAheadMatchAsBefore) {
   EXPECT_FALSE(
       index.match(trustee("/missing", "u", 1), hashOf(trustee("/missing", "u", 1)), value));
 }
+
+// Texts of every length come back whole: lengths are kept in one byte up to 127, more above.
+TEST(EntryIndex, TextsOfEveryLengthComeBackWhole) {
+  EntryIndex index;
+  const std::size_t lengths[] = {0, 1, 127, 128, 16383, 16384, 65536};
+  for (const std::size_t length : lengths) {
+    Entry quota;
+    quota.kind = EntryKind::dirQuota;
+    quota.path = "/" + std::string(length, 'p');
+    quota.amount = std::string(length, '7');
+    ASSERT_TRUE(index.add(quota, hashOf(quota)));
+  }
+  Entry asked;
+  asked.kind = EntryKind::dirQuota;
+  asked.path = "/" + std::string(128, 'p');
+  StoredValue value;
+  ASSERT_TRUE(index.match(asked, hashOf(asked), value));
+  EXPECT_EQ(value.amount, std::string(128, '7'));
+  std::vector<std::size_t> left;
+  index.forEachUnmatched([&left](const Entry &entry) {
+    EXPECT_EQ(entry.path.size(), entry.amount.size() + 1);
+    EXPECT_EQ(entry.path.find_first_not_of('p', 1), std::string::npos);
+    left.push_back(entry.amount.size());
+  });
+  EXPECT_EQ(left, (std::vector<std::size_t>{0, 1, 127, 16383, 16384, 65536}));
+}
