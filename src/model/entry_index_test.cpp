@@ -80,6 +80,15 @@ Entry adTrustee(const std::string &path, const std::string &sid, const std::stri
   return entry;
 }
 
+// A user quota (of the user `who`) or a directory quota (of the path `who`).
+Entry quotaOf(EntryKind kind, const std::string &who, const std::string &amount) {
+  Entry quota;
+  quota.kind = kind;
+  (kind == EntryKind::userQuota ? quota.name : quota.path) = who;
+  quota.amount = amount;
+  return quota;
+}
+
 std::uint64_t hashOf(const Entry &entry) {
   std::string key;
   entryKey(entry, key);
@@ -90,10 +99,7 @@ std::uint64_t hashOf(const Entry &entry) {
 
 TEST(EntryIndex, TakesTheKeyHashItIsGiven) {
   EntryIndex index;
-  Entry quota;
-  quota.kind = EntryKind::userQuota;
-  quota.name = "u.T.";
-  quota.amount = "1000";
+  const Entry quota = quotaOf(EntryKind::userQuota, "u.T.", "1000");
   ASSERT_TRUE(index.add(quota, hashOf(quota)));
   EXPECT_FALSE(index.add(quota));  // the hash made here is the one given
   StoredValue value;
@@ -169,10 +175,7 @@ TEST(EntryIndex, AdUsersAreTheirSidAndOtherUsersTheirName) {
 
 TEST(EntryIndex, DirectoryQuotaPathsOfMixedSeparatorsAreOnePath) {
   EntryIndex index;
-  Entry quota;
-  quota.kind = EntryKind::dirQuota;
-  quota.path = "\\a/b\\c";
-  quota.amount = "9";
+  const Entry quota = quotaOf(EntryKind::dirQuota, "\\a/b\\c", "9");
   ASSERT_TRUE(index.add(quota, hashOf(quota)));
   Entry other = quota;
   other.path = "/a\\b/c";
@@ -215,11 +218,8 @@ TEST(EntryIndex, ReaderGivesTheKeyHashOfEachEntryItHandsOut) {
   EXPECT_EQ(entries, 6);
   EXPECT_EQ(duplicates, 1);
   EXPECT_EQ(index.size(), 5u);
-  Entry quota;
-  quota.kind = EntryKind::dirQuota;
-  quota.path = "/q";
   Entry stored;
-  ASSERT_TRUE(index.match(quota, stored));
+  ASSERT_TRUE(index.match(quotaOf(EntryKind::dirQuota, "/q", ""), stored));
   EXPECT_EQ(stored.amount, "7");
 }
 
@@ -244,10 +244,8 @@ TEST(EntryIndex, TextsOfEveryLengthComeBackWhole) {
   EntryIndex index;
   const std::size_t lengths[] = {0, 1, 127, 128, 16383, 16384, 65536};
   for (const std::size_t length : lengths) {
-    Entry quota;
-    quota.kind = EntryKind::dirQuota;
-    quota.path = "/" + std::string(length, 'p');
-    quota.amount = std::string(length, '7');
+    const Entry quota =
+        quotaOf(EntryKind::dirQuota, "/" + std::string(length, 'p'), std::string(length, '7'));
     ASSERT_TRUE(index.add(quota, hashOf(quota)));
   }
   Entry asked;
