@@ -41,47 +41,38 @@ struct Difference {
   bool operator<(const Difference &other) const { return order < other.order; }
 };
 
-// Reads every selected entry of `source`, giving each to `take`. False after a message when the
-// document cannot be read to its end; findings that do not stop reading are listed on
-// standard error.
-template <typename Take>
-bool readEntries(const DocumentOperand &source, const EntrySelection &selection, Take take) {
+// Reads every selected entry of `source`, handing each with its key hash to `use` two entries
+// late: the index slot of its key is fetched as the next entry is read, and the stored record
+// under that slot as the one after is read, so that reading hides the waits for memory. Entries
+// are handed on in their order, and may be moved from. False after a message when the document
+// cannot be read to its end; findings that do not stop reading are listed on standard error.
+template <typename Use>
+bool readEntries(const DocumentOperand &source, const EntrySelection &selection,
+                 const EntryIndex &index, Use use) {
   const std::string &label = source.label();
   DocumentReader reader(source.fd(), [&label](Finding finding) {
     reportError(label, finding.at.line, finding.at.column, finding.message);
   });
-  Entry entry;
-  while (reader.next(entry))
-    if (selection.selects(entry)) take(entry);
+  constexpr std::size_t kDepth = 3;
+  Entry entries[kDepth];  // the one being read, and the two waiting to be used
+  std::uint64_t hashes[kDepth] = {};
+  std::size_t count = 0;  // selected entries read so far
+  while (reader.next(entries[count % kDepth])) {
+    if (!selection.selects(entries[count % kDepth])) continue;
+    hashes[count % kDepth] = reader.entryHash();
+    index.prefetch(hashes[count % kDepth]);
+    if (count >= 1) index.prefetchRecord(hashes[(count - 1) % kDepth]);
+    if (count >= 2) use(entries[(count - 2) % kDepth], hashes[(count - 2) % kDepth]);
+    ++count;
+  }
   if (reader.readError() != 0) {
     reportError(label + ": " + std::strerror(reader.readError()));
     return false;
   }
+  for (std::size_t at = count < 2 ? 0 : count - 2; at < count; ++at)
+    use(entries[at % kDepth], hashes[at % kDepth]);
   return !reader.failed();
 }
-
-// Hands each entry on one entry late, the index slot of its key fetched meanwhile: reading the
-// next entry hides the wait for memory. Entries are handed on in their order.
-template <typename Use> class OneBehind {
-public:
-  OneBehind(const EntryIndex &index, Use use) : index_(index), use_(use) {}
-  void operator()(Entry &entry) {
-    index_.prefetch(entry);
-    if (waiting_) use_(held_);
-    std::swap(held_, entry);
-    waiting_ = true;
-  }
-  void finish() {
-    if (waiting_) use_(held_);
-    waiting_ = false;
-  }
-
-private:
-  const EntryIndex &index_;
-  Use use_;
-  Entry held_;
-  bool waiting_ = false;
-};
 
 int runDiff(const DiffOptions &options) {
   DocumentOperand oldSource;
@@ -89,28 +80,23 @@ int runDiff(const DiffOptions &options) {
   if (!oldSource.open(options.oldOperand) || !newSource.open(options.newOperand)) return kTrouble;
   DiffTally tally;
   EntryIndex index;
-  OneBehind adding(index, [&](const Entry &entry) { index.add(entry); });
-  if (!readEntries(oldSource, options.selection, [&](Entry &entry) {
-        ++tally.oldEntries;
-        adding(entry);
-      }))
+  if (!readEntries(oldSource, options.selection, index,
+                   [&](const Entry &entry, std::uint64_t hash) {
+                     ++tally.oldEntries;
+                     index.add(entry, hash);
+                   }))
     return kTrouble;
-  adding.finish();
   std::vector<Difference> differences;
-  Entry old;
-  OneBehind matching(index, [&](Entry &entry) {
-    if (!index.match(entry, old)) {
-      differences.emplace_back(ChangeKind::added, std::move(entry));
-    } else if (valuesDiffer(old, entry)) {
-      differences.emplace_back(ChangeKind::changed, std::move(entry), old.rights, old.amount);
-    }
-  });
-  if (!readEntries(newSource, options.selection, [&](Entry &entry) {
+  StoredValue old;
+  if (!readEntries(newSource, options.selection, index, [&](Entry &entry, std::uint64_t hash) {
         ++tally.newEntries;
-        matching(entry);
+        if (!index.match(entry, hash, old))
+          differences.emplace_back(ChangeKind::added, std::move(entry));
+        else if (valuesDiffer(entry.kind, old.rights, old.amount, entry))
+          differences.emplace_back(ChangeKind::changed, std::move(entry), old.rights,
+                                   std::string(old.amount));
       }))
     return kTrouble;
-  matching.finish();
   index.forEachUnmatched(
       [&](const Entry &entry) { differences.emplace_back(ChangeKind::removed, Entry(entry)); });
   std::sort(differences.begin(), differences.end());

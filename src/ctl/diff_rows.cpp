@@ -26,8 +26,9 @@ EntryKind kindOfKey(const std::string &key) {
 
 }  // namespace
 
-bool valuesDiffer(const Entry &old, const Entry &current) {
-  return hasRights(old.kind) ? old.rights != current.rights : old.amount != current.amount;
+bool valuesDiffer(EntryKind kind, RightsSet oldRights, std::string_view oldAmount,
+                  const Entry &current) {
+  return hasRights(kind) ? oldRights != current.rights : oldAmount != current.amount;
 }
 
 Row changeRow(ChangeKind change, const Entry &entry, const Entry *old, const Entry *current) {

@@ -2,6 +2,7 @@
 // the one Row, by the renderers here.
 #pragma once
 #include <string>
+#include <string_view>
 
 #include "ctl/output.h"
 #include "model/entry.h"
@@ -25,6 +26,7 @@ Row diffSummaryRow(const std::string &oldLabel, const std::string &newLabel,
                    const DiffTally &tally);
 std::string diffSummaryText(const Row &row);
 
-// Whether two entries of the same key differ: rights for trustees and filters, the amount for
-// quotas.
-bool valuesDiffer(const Entry &old, const Entry &current);
+// Whether an entry differs from the old values of its key (an entry of kind `kind`): rights for
+// trustees and filters, the amount for quotas.
+bool valuesDiffer(EntryKind kind, RightsSet oldRights, std::string_view oldAmount,
+                  const Entry &current);

@@ -116,6 +116,7 @@ void DocumentReader::onSection(std::function<void(Section, bool)> observer) {
 bool DocumentReader::failed() const { return state_->failed; }
 int DocumentReader::readError() const { return state_->readError; }
 unsigned long long DocumentReader::offset() const { return state_->offset; }
+std::uint64_t DocumentReader::entryHash() const { return state_->handedHash; }
 Position DocumentReader::position() const { return state_->endAt; }
 
 bool DocumentReader::next(Entry &entry) {
@@ -128,6 +129,7 @@ bool DocumentReader::next(Entry &entry) {
         takeEntry(entry, state.ready.front());
         state.ready.pop();
         state.offset = event.offset;
+        state.handedHash = event.keyHash;
         state.events.pop();
         return true;
       }

@@ -2,6 +2,7 @@
 // entries handed out one at a time as each one ends (the document is never held whole), and
 // every problem reported with its line and column.
 #pragma once
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -35,6 +36,9 @@ public:
   Position position() const;
   // Bytes of the document the parser has consumed up to the end of the last entry handed out.
   unsigned long long offset() const;
+  // The key hash of the entry handed out last (keyHash() of its entryKey()), made once for the
+  // reader's own duplicate check: an index of entries takes it rather than make it again.
+  std::uint64_t entryHash() const;
 
   struct State;
 

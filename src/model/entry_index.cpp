@@ -5,35 +5,112 @@
 namespace {
 
 // A stored entry starts with its kind, the AD mark, its rights (two bytes) and whether a
-// document entry matched it; its texts follow.
+// document entry matched it; its texts follow, each its length and the bytes. A length is
+// written in 7-bit groups, low first: most take one byte.
 constexpr std::size_t kMatchedByte = 4;
 constexpr std::size_t kHeadSize = 5;
 
-void putText(char *&at, const std::string &text) {
-  const auto size = static_cast<std::uint32_t>(text.size());
-  std::memcpy(at, &size, sizeof size);
-  std::memcpy(at + sizeof size, text.data(), text.size());
-  at += sizeof size + text.size();
+std::size_t lengthSize(std::size_t length) {
+  std::size_t size = 1;
+  for (; length >= 0x80; length >>= 7)
+    ++size;
+  return size;
 }
 
-const char *getText(const char *at, std::string &text) {
-  std::uint32_t size;
-  std::memcpy(&size, at, sizeof size);
-  text.assign(at + sizeof size, size);
-  return at + sizeof size + size;
+void putText(char *&at, const std::string &text) {
+  std::size_t length = text.size();
+  for (; length >= 0x80; length >>= 7)
+    *at++ = static_cast<char>(length | 0x80);
+  *at++ = static_cast<char>(length);
+  std::memcpy(at, text.data(), text.size());
+  at += text.size();
+}
+
+std::string_view getText(const char *&at) {
+  std::size_t length = 0;
+  for (unsigned shift = 0;; shift += 7) {
+    const auto byte = static_cast<unsigned char>(*at++);
+    length |= static_cast<std::size_t>(byte & 0x7f) << shift;
+    if ((byte & 0x80) == 0) break;
+  }
+  const std::string_view text(at, length);
+  at += length;
+  return text;
+}
+
+// A stored record read in place: its texts point into it.
+struct Record {
+  EntryKind kind;
+  bool ad;
+  bool matched;
+  RightsSet rights;
+  std::string_view path, name, id, amount;
+  std::size_t size;  // bytes of the whole record
+
+  explicit Record(const char *start) {
+    kind = static_cast<EntryKind>(start[0]);
+    ad = start[1] != 0;
+    std::memcpy(&rights, start + 2, sizeof rights);
+    matched = start[kMatchedByte] != 0;
+    const char *at = start + kHeadSize;
+    for (std::string_view *text : {&path, &name, &id, &amount})
+      *text = getText(at);
+    size = static_cast<std::size_t>(at - start);
+  }
+
+  void load(Entry &entry) const {
+    entry.kind = kind;
+    entry.ad = ad;
+    entry.rights = rights;
+    entry.path.assign(path);
+    entry.name.assign(name);
+    entry.id.assign(id);
+    entry.amount.assign(amount);
+  }
+};
+
+// Directory quota paths compare in one form, '\' and '/' alike (see comparablePath()).
+bool samePath(EntryKind kind, std::string_view stored, const std::string &path) {
+  if (kind != EntryKind::dirQuota) return stored == path;
+  if (stored.size() != path.size()) return false;
+  const auto slash = [](char c) { return c == '\\' ? '/' : c; };
+  for (std::size_t at = 0; at < path.size(); ++at)
+    if (slash(stored[at]) != slash(path[at])) return false;
+  return true;
+}
+
+// Whether a record holds an entry of the same key as `entry`: what entryKey() makes of both
+// is the same.
+bool sameKey(const Record &record, const Entry &entry) {
+  if (record.kind != entry.kind) return false;
+  if (entry.kind != EntryKind::userQuota && !samePath(entry.kind, record.path, entry.path))
+    return false;
+  if (entry.kind != EntryKind::trustee && entry.kind != EntryKind::userQuota) return true;
+  // An AD user is its SID; an AD user quota without one is known by its name alone.
+  const bool bySid = entry.ad && !entry.id.empty();
+  const bool storedBySid = record.ad && !record.id.empty();
+  if (bySid != storedBySid || entry.ad != record.ad) return false;
+  return bySid ? record.id == entry.id : record.name == entry.name;
 }
 
 }  // namespace
 
+std::uint64_t EntryIndex::hashOf(const Entry &entry) {
+  entryKey(entry, key_);
+  return keyHash(key_);
+}
+
 std::uint64_t EntryIndex::store(const Entry &entry) {
-  const std::size_t size = kHeadSize + 4 * sizeof(std::uint32_t) + entry.path.size() +
-                           entry.name.size() + entry.id.size() + entry.amount.size();
+  std::size_t size = kHeadSize;
+  for (const std::string *text : {&entry.path, &entry.name, &entry.id, &entry.amount})
+    size += lengthSize(text->size()) + text->size();
   if (used_ + size > kBlockSize) {
-    blocks_.push_back(std::make_unique<char[]>(size > kBlockSize ? size : kBlockSize));
+    const std::size_t blockSize = size > kBlockSize ? size : kBlockSize;
+    blocks_.emplace_back(table_memory::allocateZeroed<char>(blockSize), BlockRelease{blockSize});
     filled_.push_back(0);
     used_ = 0;
   }
-  const std::uint64_t ref = (std::uint64_t(blocks_.size() - 1) << 20) | used_;
+  const std::uint64_t ref = (std::uint64_t(blocks_.size() - 1) << kBlockBits) | used_;
   char *at = blocks_.back().get() + used_;
   at[0] = static_cast<char>(entry.kind);
   at[1] = entry.ad ? 1 : 0;
@@ -51,52 +128,50 @@ std::uint64_t EntryIndex::store(const Entry &entry) {
 }
 
 char *EntryIndex::recordAt(std::uint64_t ref) const {
-  return blocks_[ref >> 20].get() + (ref & (kBlockSize - 1));
+  return blocks_[ref >> kBlockBits].get() + (ref & (kBlockSize - 1));
 }
 
-std::size_t EntryIndex::load(const char *start, Entry &entry) {
-  entry.kind = static_cast<EntryKind>(start[0]);
-  entry.ad = start[1] != 0;
-  RightsSet rights = 0;
-  std::memcpy(&rights, start + 2, sizeof rights);
-  entry.rights = rights;
-  const char *at = getText(start + kHeadSize, entry.path);
-  at = getText(at, entry.name);
-  at = getText(at, entry.id);
-  at = getText(at, entry.amount);
-  return static_cast<std::size_t>(at - start);
+void EntryIndex::prefetchRecord(std::uint64_t hash) const {
+  const std::uint64_t *ref = refs_.first(hash);
+  if (ref == nullptr) return;
+  const char *record = recordAt(*ref);
+  __builtin_prefetch(record, 1);
+  __builtin_prefetch(record + 64, 1);  // a record seldom fits in the rest of one cache line
 }
 
-bool EntryIndex::holdsKey(std::uint64_t ref) {
-  load(recordAt(ref), scratch_);
-  entryKey(scratch_, otherKey_);
-  return otherKey_ == key_;
-}
-
-bool EntryIndex::add(const Entry &entry) {
-  entryKey(entry, key_);
+bool EntryIndex::add(const Entry &entry, std::uint64_t hash) {
   bool added = false;
   std::uint64_t *ref = refs_.findOrAdd(
-      keyHash(key_), [this](std::uint64_t at) { return holdsKey(at); }, 0, added);
+      hash, [&](std::uint64_t at) { return sameKey(Record(recordAt(at)), entry); }, 0, added);
   // The record is stored only once the key is known to be new.
   if (added) *ref = store(entry);
   return added;
 }
 
-void EntryIndex::prefetch(const Entry &entry) const {
-  if (refs_.size() == 0) return;
-  entryKey(entry, key_);
-  refs_.prefetch(keyHash(key_));
+const char *EntryIndex::find(const Entry &entry, std::uint64_t hash) {
+  if (refs_.size() == 0) return nullptr;
+  const std::uint64_t *ref =
+      refs_.find(hash, [&](std::uint64_t at) { return sameKey(Record(recordAt(at)), entry); });
+  if (ref == nullptr) return nullptr;
+  char *record = recordAt(*ref);
+  record[kMatchedByte] = 1;
+  return record;
 }
 
 bool EntryIndex::match(const Entry &entry, Entry &stored) {
   if (refs_.size() == 0) return false;  // an empty volume: no key to make
-  entryKey(entry, key_);
-  const std::uint64_t *ref =
-      refs_.find(keyHash(key_), [this](std::uint64_t at) { return holdsKey(at); });
-  if (ref == nullptr) return false;
-  stored = scratch_;
-  recordAt(*ref)[kMatchedByte] = 1;
+  const char *record = find(entry, hashOf(entry));
+  if (record == nullptr) return false;
+  Record(record).load(stored);
+  return true;
+}
+
+bool EntryIndex::match(const Entry &entry, std::uint64_t hash, StoredValue &stored) {
+  const char *record = find(entry, hash);
+  if (record == nullptr) return false;
+  const Record read(record);
+  stored.rights = read.rights;
+  stored.amount = read.amount;
   return true;
 }
 
@@ -105,9 +180,12 @@ void EntryIndex::forEachUnmatched(const std::function<void(const Entry &)> &visi
   for (std::size_t block = 0; block < blocks_.size(); ++block) {
     const char *at = blocks_[block].get();
     for (std::size_t offset = 0; offset < filled_[block];) {
-      const std::size_t size = load(at + offset, entry);
-      if (at[offset + kMatchedByte] == 0) visit(entry);
-      offset += size;
+      const Record record(at + offset);
+      if (!record.matched) {
+        record.load(entry);
+        visit(entry);
+      }
+      offset += record.size;
     }
   }
 }

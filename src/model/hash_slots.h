@@ -5,7 +5,7 @@
 #pragma once
 #include <cstdint>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 #include "model/table_memory.h"
 
@@ -14,12 +14,32 @@ std::uint64_t keyHash(std::string_view key);
 
 template <class Value> class HashSlots {
 public:
+  HashSlots() = default;
+  HashSlots(HashSlots &&other) noexcept { swap(other); }
+  HashSlots &operator=(HashSlots &&other) noexcept {
+    HashSlots(std::move(other)).swap(*this);
+    return *this;
+  }
+  ~HashSlots() {
+    table_memory::release(hashes_, slots_);
+    table_memory::release(values_, slots_);
+  }
+
   // The value under `hash` that `same` accepts, or null.
   template <class Same> Value *find(std::uint64_t hash, Same &&same) {
-    if (hashes_.empty()) return nullptr;
-    const std::size_t mask = hashes_.size() - 1;
+    if (slots_ == 0) return nullptr;
+    const std::size_t mask = slots_ - 1;
     for (std::size_t slot = hash & mask; hashes_[slot] != 0; slot = (slot + 1) & mask)
       if (hashes_[slot] == hash && same(values_[slot])) return &values_[slot];
+    return nullptr;
+  }
+
+  // The first value under `hash`, whatever key it stands for, or null.
+  const Value *first(std::uint64_t hash) const {
+    if (slots_ == 0) return nullptr;
+    const std::size_t mask = slots_ - 1;
+    for (std::size_t slot = hash & mask; hashes_[slot] != 0; slot = (slot + 1) & mask)
+      if (hashes_[slot] == hash) return &values_[slot];
     return nullptr;
   }
 
@@ -27,8 +47,8 @@ public:
   // `added` true. The pointer is valid until the next call that adds.
   template <class Same>
   Value *findOrAdd(std::uint64_t hash, Same &&same, Value value, bool &added) {
-    if ((count_ + 1) * 4 > hashes_.size() * 3) grow();
-    const std::size_t mask = hashes_.size() - 1;
+    if ((count_ + 1) * 4 > slots_ * 3) grow();
+    const std::size_t mask = slots_ - 1;
     std::size_t slot = hash & mask;
     for (; hashes_[slot] != 0; slot = (slot + 1) & mask) {
       if (hashes_[slot] == hash && same(values_[slot])) {
@@ -48,30 +68,41 @@ public:
   // Asks the processor for the slot of `hash`, to be looked up a little later: a lookup in a
   // large table otherwise waits for memory.
   void prefetch(std::uint64_t hash) const {
-    if (hashes_.empty()) return;
-    const std::size_t slot = hash & (hashes_.size() - 1);
+    if (slots_ == 0) return;
+    const std::size_t slot = hash & (slots_ - 1);
     __builtin_prefetch(&hashes_[slot], 1);
     __builtin_prefetch(&values_[slot], 1);
   }
 
 private:
-  void grow() {
-    decltype(hashes_) hashes(hashes_.empty() ? 1024 : hashes_.size() * 2, 0);
-    decltype(values_) values(hashes.size(), Value{});
-    const std::size_t mask = hashes.size() - 1;
-    for (std::size_t old = 0; old < hashes_.size(); ++old) {
-      if (hashes_[old] == 0) continue;
-      std::size_t slot = hashes_[old] & mask;
-      while (hashes[slot] != 0)
-        slot = (slot + 1) & mask;
-      hashes[slot] = hashes_[old];
-      values[slot] = values_[old];
-    }
-    hashes_.swap(hashes);
-    values_.swap(values);
+  void swap(HashSlots &other) noexcept {
+    std::swap(hashes_, other.hashes_);
+    std::swap(values_, other.values_);
+    std::swap(slots_, other.slots_);
+    std::swap(count_, other.count_);
   }
 
-  std::vector<std::uint64_t, TableMemory<std::uint64_t>> hashes_;  // 0 marks a free slot
-  std::vector<Value, TableMemory<Value>> values_;
+  // Twice the slots (fresh tables come zeroed: a free slot is a zero hash), every hash moved.
+  void grow() {
+    HashSlots larger;
+    larger.slots_ = slots_ == 0 ? 1024 : slots_ * 2;
+    larger.hashes_ = table_memory::allocateZeroed<std::uint64_t>(larger.slots_);
+    larger.values_ = table_memory::allocateZeroed<Value>(larger.slots_);
+    larger.count_ = count_;
+    const std::size_t mask = larger.slots_ - 1;
+    for (std::size_t old = 0; old < slots_; ++old) {
+      if (hashes_[old] == 0) continue;
+      std::size_t slot = hashes_[old] & mask;
+      while (larger.hashes_[slot] != 0)
+        slot = (slot + 1) & mask;
+      larger.hashes_[slot] = hashes_[old];
+      larger.values_[slot] = values_[old];
+    }
+    swap(larger);
+  }
+
+  std::uint64_t *hashes_ = nullptr;  // 0 marks a free slot
+  Value *values_ = nullptr;
+  std::size_t slots_ = 0;  // a power of two, or 0 before the first key
   std::size_t count_ = 0;
 };

@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace {
 
-auto any = [](int) { return true; };
+auto any = [](auto) { return true; };
 
 }  // namespace
 
@@ -52,6 +54,41 @@ TEST(HashSlots, KeepsEveryEntryAcrossGrowth) {
     ASSERT_NE(value, nullptr);
     EXPECT_EQ(*value, at);
   }
+}
+
+// Past 2 MiB a table is mapped on its own rather than taken from the heap: it too starts with
+// every slot free.
+TEST(HashSlots, LargeTablesStartFreeAndKeepEveryEntry) {
+  HashSlots<std::uint32_t> slots;
+  bool added = false;
+  constexpr std::uint32_t kCount = 400000;  // 1 Mi slots: 8 MiB of hashes, 4 MiB of values
+  for (std::uint32_t at = 1; at <= kCount; ++at) {
+    slots.findOrAdd(keyHash(std::to_string(at)), any, at, added);
+    ASSERT_TRUE(added) << at;
+  }
+  EXPECT_EQ(slots.size(), kCount);
+  for (std::uint32_t at = 1; at <= kCount; at += 997) {
+    const std::uint32_t *value = slots.find(keyHash(std::to_string(at)), any);
+    ASSERT_NE(value, nullptr);
+    EXPECT_EQ(*value, at);
+  }
+  EXPECT_EQ(slots.find(keyHash("0"), any), nullptr);
+}
+
+TEST(HashSlots, MovedTablesKeepTheirSlots) {
+  HashSlots<int> slots;
+  bool added = false;
+  slots.findOrAdd(3, any, 30, added);
+  HashSlots<int> moved(std::move(slots));
+  ASSERT_NE(moved.find(3, any), nullptr);
+  EXPECT_EQ(*moved.find(3, any), 30);
+  EXPECT_EQ(moved.size(), 1u);
+  HashSlots<int> assigned;
+  assigned.findOrAdd(4, any, 40, added);
+  assigned = std::move(moved);
+  EXPECT_EQ(assigned.find(4, any), nullptr);
+  ASSERT_NE(assigned.find(3, any), nullptr);
+  EXPECT_EQ(assigned.size(), 1u);
 }
 
 TEST(KeyHash, IsNeverZeroAndTellsKeysApart) {

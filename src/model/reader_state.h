@@ -53,6 +53,7 @@ struct ReaderEvent {
   Section section = Section::trustees;
   unsigned long long offset = 0;  // an entry's: where its end tag starts
   Finding finding;
+  std::uint64_t keyHash = 0;  // an entry's: keyHash() of its entryKey()
 };
 
 // The first error the parser reported.
@@ -120,6 +121,7 @@ struct DocumentReader::State {
   ParserError error;
   int readError = 0;
   unsigned long long offset = 0;
+  std::uint64_t handedHash = 0;      // the key hash of the entry handed out last
   Position endAt;                    // the place after the end or of the failure, once finished
   unsigned long long lastEnd = 0;    // where the last parser event ended
   unsigned long long endOffset = 0;  // where the element ending now ends (see offset())
@@ -179,8 +181,10 @@ struct DocumentReader::State {
   void pushEvent(ReaderEvent event);
   // Queues the entry handed out last, after its duplicate finding if it has one.
   void settle();
-  // Queues an event in the ring's next slot; its finding, returned, is to be set.
-  Finding &queue(ReaderEvent::Kind kind, Section section, unsigned long long offset);
+  // Queues an event (an entry's with its key hash) in the ring's next slot; its finding,
+  // returned, is to be set.
+  Finding &queue(ReaderEvent::Kind kind, Section section, unsigned long long offset,
+                 std::uint64_t keyHash = 0);
   void checkDeclaration();
 
   void startElement(const char *name, const char **attributes);

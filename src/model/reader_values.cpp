@@ -173,7 +173,7 @@ void DocumentReader::State::settle() {
     queue(ReaderEvent::Kind::finding, Section::trustees, 0) = {
         unsettled.at, "duplicate-entry",
         "the same " + std::string(kindName(unsettled.kind)) + " as on line " + lineText(first)};
-  queue(ReaderEvent::Kind::entry, Section::trustees, unsettled.offset);
+  queue(ReaderEvent::Kind::entry, Section::trustees, unsettled.offset, unsettled.hash);
 }
 
 void DocumentReader::State::pushEvent(ReaderEvent event) {
@@ -182,11 +182,12 @@ void DocumentReader::State::pushEvent(ReaderEvent event) {
 }
 
 Finding &DocumentReader::State::queue(ReaderEvent::Kind kind, Section section,
-                                      unsigned long long offset) {
+                                      unsigned long long offset, std::uint64_t keyHash) {
   ReaderEvent &event = events.next();
   event.kind = kind;
   event.section = section;
   event.offset = offset;
+  event.keyHash = keyHash;
   events.push();
   return event.finding;
 }
