@@ -1,5 +1,5 @@
-// The tag reader's reading state, shared by the general reader (tag_reader.cpp) and its fast
-// steps over entries in the plain form a save writes (plain_entries.cpp). Nothing else uses it.
+// The tag reader's reading state, shared by the general reader (tag_reader.cpp), its fast steps
+// over plain entries (plain_entries.cpp) and, for its count of bytes read, trovanctl check.
 #pragma once
 #include <cstddef>
 
