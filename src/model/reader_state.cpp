@@ -114,8 +114,8 @@ const xmlChar *startTagOpen(const xmlChar *base, const xmlChar *cur, std::size_t
     const xmlChar *after = cur;
     while (after > base && isBlank(static_cast<char>(after[-1])))
       --after;
-    if (static_cast<std::size_t>(after - base) > length && after[-1 - length] == '<')
-      return after - 1 - length;
+    if (static_cast<std::size_t>(after - base) > length && *(after - length - 1) == '<')
+      return after - length - 1;
   }
   return static_cast<const xmlChar *>(memrchr(base, '<', static_cast<std::size_t>(cur - base)));
 }
@@ -128,9 +128,9 @@ const xmlChar *endTagOpen(const xmlChar *base, const xmlChar *cur, std::size_t l
     const xmlChar *after = cur - 1;
     while (after > base && isBlank(static_cast<char>(after[-1])))
       --after;
-    if (static_cast<std::size_t>(after - base) > length + 1 && after[-1 - length] == '/' &&
-        after[-2 - length] == '<')
-      return after - 2 - length;
+    if (static_cast<std::size_t>(after - base) > length + 1 && *(after - length - 1) == '/' &&
+        *(after - length - 2) == '<')
+      return after - length - 2;
   }
   return static_cast<const xmlChar *>(memrchr(base, '<', static_cast<std::size_t>(cur - base)));
 }
