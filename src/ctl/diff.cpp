@@ -14,6 +14,7 @@
 #include "ctl/output.h"
 #include "model/document_reader.h"
 #include "model/entry_index.h"
+#include "model/key_set.h"
 
 namespace {
 
@@ -48,11 +49,12 @@ struct Difference {
 // cannot be read to its end; findings that do not stop reading are listed on standard error.
 template <typename Use>
 bool readEntries(const DocumentOperand &source, const EntrySelection &selection,
-                 const EntryIndex &index, Use use) {
+                 const EntryIndex &index, KeySet &keys, Use use) {
   const std::string &label = source.label();
   DocumentReader reader(source.fd(), [&label](Finding finding) {
     reportError(label, finding.at.line, finding.at.column, finding.message);
   });
+  reader.useKeys(keys);
   constexpr std::size_t kDepth = 3;
   Entry entries[kDepth];  // the one being read, and the two waiting to be used
   std::uint64_t hashes[kDepth] = {};
@@ -80,7 +82,9 @@ int runDiff(const DiffOptions &options) {
   if (!oldSource.open(options.oldOperand) || !newSource.open(options.newOperand)) return kTrouble;
   DiffTally tally;
   EntryIndex index;
-  if (!readEntries(oldSource, options.selection, index,
+  // One duplicate set serves both documents: the second one's grows no more.
+  KeySet keys;
+  if (!readEntries(oldSource, options.selection, index, keys,
                    [&](const Entry &entry, std::uint64_t hash) {
                      ++tally.oldEntries;
                      index.add(entry, hash);
@@ -88,14 +92,15 @@ int runDiff(const DiffOptions &options) {
     return kTrouble;
   std::vector<Difference> differences;
   StoredValue old;
-  if (!readEntries(newSource, options.selection, index, [&](Entry &entry, std::uint64_t hash) {
-        ++tally.newEntries;
-        if (!index.match(entry, hash, old))
-          differences.emplace_back(ChangeKind::added, std::move(entry));
-        else if (valuesDiffer(entry.kind, old.rights, old.amount, entry))
-          differences.emplace_back(ChangeKind::changed, std::move(entry), old.rights,
-                                   std::string(old.amount));
-      }))
+  if (!readEntries(newSource, options.selection, index, keys,
+                   [&](Entry &entry, std::uint64_t hash) {
+                     ++tally.newEntries;
+                     if (!index.match(entry, hash, old))
+                       differences.emplace_back(ChangeKind::added, std::move(entry));
+                     else if (valuesDiffer(entry.kind, old.rights, old.amount, entry))
+                       differences.emplace_back(ChangeKind::changed, std::move(entry), old.rights,
+                                                std::string(old.amount));
+                   }))
     return kTrouble;
   index.forEachUnmatched(
       [&](const Entry &entry) { differences.emplace_back(ChangeKind::removed, Entry(entry)); });

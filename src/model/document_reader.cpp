@@ -113,6 +113,11 @@ void DocumentReader::onSection(std::function<void(Section, bool)> observer) {
   state_->sectionObserver = std::move(observer);
 }
 
+void DocumentReader::useKeys(KeySet &keys) {
+  keys.clear();
+  state_->keys = &keys;
+}
+
 bool DocumentReader::failed() const { return state_->failed; }
 int DocumentReader::readError() const { return state_->readError; }
 unsigned long long DocumentReader::offset() const { return state_->offset; }

@@ -9,6 +9,8 @@
 #include "model/entry.h"
 #include "model/finding.h"
 
+class KeySet;
+
 // Where the reader's bytes come from instead of a descriptor, with read(2)'s contract.
 using ByteSource = std::function<long(char *buffer, std::size_t size)>;
 
@@ -24,6 +26,10 @@ public:
   // Called as a section element opens (opening true) and closes, in document order between
   // the entries: trovan save writes a section even when it holds nothing.
   void onSection(std::function<void(Section, bool opening)> observer);
+  // Looks duplicates up in `keys`, emptied here, instead of a set of the reader's own: a caller
+  // that reads documents one after another keeps one set's memory. Called before the first
+  // next(); `keys` outlives the reading.
+  void useKeys(KeySet &keys);
 
   // The next entry in document order. False at the end, or where the document cannot be read
   // on: not well-formed XML (a finding says so and failed() is true) or a read error

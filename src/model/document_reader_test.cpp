@@ -164,6 +164,24 @@ TEST(DocumentReader, SameEntryTwice) {
   EXPECT_EQ(result.entries.size(), 5u);
 }
 
+// A set given from outside serves one document after another: each starts with it empty.
+TEST(DocumentReader, AnOutsideKeySetIsEmptiedForEachDocument) {
+  KeySet keys;
+  EXPECT_TRUE(readDocument(kOneOfEach, &keys).findings.empty());
+  EXPECT_EQ(keys.size(), 5u);
+  EXPECT_TRUE(readDocument(kOneOfEach, &keys).findings.empty());
+  EXPECT_EQ(keys.size(), 5u);
+  const ReadResult twice =
+      readDocument("<metadata><trusteeInfo>\n"
+                   "<file><path>/a</path><trustee><name>u</name></trustee></file>\n"
+                   "<file><path>/a</path><trustee><name>u</name></trustee></file>\n"
+                   "</trusteeInfo></metadata>",
+                   &keys);
+  EXPECT_EQ(findingTexts(twice), (Texts{"3:22 duplicate-entry"}));
+  EXPECT_EQ(twice.findings[0].message, "the same trustee as on line 2");
+  EXPECT_EQ(keys.size(), 1u);
+}
+
 TEST(DocumentReader, EntriesWithoutWhatTrovanNeeds) {
   const ReadResult result = readDocument(
       "<metadata><trusteeInfo><file><path>/a</path>\n"

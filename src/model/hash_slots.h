@@ -4,6 +4,7 @@
 // same hash holds its key. EntryIndex and KeySet are built on it.
 #pragma once
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <utility>
 
@@ -64,6 +65,15 @@ public:
   }
 
   std::size_t size() const { return count_; }
+
+  // Forgets every key; the table's memory is kept for the next ones.
+  void clear() {
+    if (slots_ != 0) {
+      std::memset(hashes_, 0, slots_ * sizeof *hashes_);
+      std::memset(static_cast<void *>(values_), 0, slots_ * sizeof *values_);
+    }
+    count_ = 0;
+  }
 
   // Asks the processor for the slot of `hash`, to be looked up a little later: a lookup in a
   // large table otherwise waits for memory.

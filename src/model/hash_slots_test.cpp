@@ -75,6 +75,24 @@ TEST(HashSlots, LargeTablesStartFreeAndKeepEveryEntry) {
   EXPECT_EQ(slots.find(keyHash("0"), any), nullptr);
 }
 
+// Cleared, a table holds nothing (large tables too) and takes keys again.
+TEST(HashSlots, ClearedTablesHoldNothingAndTakeKeysAgain) {
+  HashSlots<std::uint32_t> slots;
+  bool added = false;
+  for (std::uint32_t at = 1; at <= 400000; ++at)
+    slots.findOrAdd(keyHash(std::to_string(at)), any, at, added);
+  slots.clear();
+  EXPECT_EQ(slots.size(), 0u);
+  for (std::uint32_t at = 1; at <= 400000; at += 997)
+    ASSERT_EQ(slots.find(keyHash(std::to_string(at)), any), nullptr) << at;
+  slots.findOrAdd(keyHash("7"), any, 70, added);
+  EXPECT_TRUE(added);
+  slots.findOrAdd(keyHash("7"), any, 71, added);
+  EXPECT_FALSE(added);
+  EXPECT_EQ(*slots.find(keyHash("7"), any), 70u);
+  EXPECT_EQ(slots.size(), 1u);
+}
+
 TEST(HashSlots, MovedTablesKeepTheirSlots) {
   HashSlots<int> slots;
   bool added = false;

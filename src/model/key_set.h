@@ -18,6 +18,8 @@ public:
   void prefetch(std::uint64_t hash) const { lines_.prefetch(hash); }
 
   std::size_t size() const { return lines_.size(); }
+  // Forgets every key, keeping the memory (a set reused for another document grows no more).
+  void clear() { lines_.clear(); }
 
 private:
   HashSlots<std::uint32_t> lines_;

@@ -162,14 +162,14 @@ void DocumentReader::State::handOut() {
   settle();
   entryKey(*entry, keyBuffer);
   unsettled = {true, keyHash(keyBuffer), entry->kind, entry->at, endOffset};
-  keys.prefetch(unsettled.hash);
+  keys->prefetch(unsettled.hash);
   ready.push();
 }
 
 void DocumentReader::State::settle() {
   if (!unsettled.waiting) return;
   unsettled.waiting = false;
-  if (const unsigned long first = keys.insertHash(unsettled.hash, unsettled.at.line); first != 0)
+  if (const unsigned long first = keys->insertHash(unsettled.hash, unsettled.at.line); first != 0)
     queue(ReaderEvent::Kind::finding, Section::trustees, 0) = {
         unsettled.at, "duplicate-entry",
         "the same " + std::string(kindName(unsettled.kind)) + " as on line " + lineText(first)};

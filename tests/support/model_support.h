@@ -11,6 +11,7 @@
 
 #include "model/canonical_writer.h"
 #include "model/document_reader.h"
+#include "model/key_set.h"
 
 // A descriptor reading `bytes` from their start (an anonymous memory file), closed on scope end.
 class BytesFd {
@@ -40,11 +41,13 @@ struct ReadResult {
   bool failed = false;
 };
 
-inline ReadResult readDocument(std::string_view bytes) {
+// With `keys`, the reader looks duplicates up in that set (see DocumentReader::useKeys).
+inline ReadResult readDocument(std::string_view bytes, KeySet *keys = nullptr) {
   BytesFd input(bytes);
   ReadResult result;
   DocumentReader reader(input.fd(),
                         [&result](Finding finding) { result.findings.push_back(finding); });
+  if (keys != nullptr) reader.useKeys(*keys);
   reader.onSection([&result](Section section, bool opening) {
     result.sections.push_back({section, opening});
   });
