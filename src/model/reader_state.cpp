@@ -105,34 +105,33 @@ void DocumentReader::State::checkDeclaration() {
 
 namespace {
 
-// The '<' of a start tag: the last '<' before the parser's place, since neither a name nor an
-// attribute value holds one. A tag written "<name>" (blanks allowed before the '>') is known
-// from its name's length without a search.
+// The '<' of a tag whose name (`length` bytes, after "<", or "</" for an end tag) ends at
+// `nameEnd` but for blanks: known from the name's length without a search. Else the last '<'
+// before `cur`, since neither a name nor an attribute value holds one.
+const xmlChar *tagOpen(const xmlChar *base, const xmlChar *nameEnd, const xmlChar *cur,
+                       std::size_t length, bool endTag) {
+  while (nameEnd > base && isBlank(static_cast<char>(nameEnd[-1])))
+    --nameEnd;
+  const std::size_t opening = endTag ? 2 : 1;
+  if (static_cast<std::size_t>(nameEnd - base) >= length + opening &&
+      (!endTag || *(nameEnd - length - 1) == '/') && *(nameEnd - length - opening) == '<')
+    return nameEnd - length - opening;
+  return static_cast<const xmlChar *>(memrchr(base, '<', static_cast<std::size_t>(cur - base)));
+}
+
+// The '<' of a start tag the parser stands at the end of (on its '>' or "/>").
 const xmlChar *startTagOpen(const xmlChar *base, const xmlChar *cur, std::size_t length,
                             bool hasAttributes) {
-  if (!hasAttributes) {
-    const xmlChar *after = cur;
-    while (after > base && isBlank(static_cast<char>(after[-1])))
-      --after;
-    if (static_cast<std::size_t>(after - base) > length && *(after - length - 1) == '<')
-      return after - length - 1;
-  }
-  return static_cast<const xmlChar *>(memrchr(base, '<', static_cast<std::size_t>(cur - base)));
+  if (hasAttributes)
+    return static_cast<const xmlChar *>(memrchr(base, '<', static_cast<std::size_t>(cur - base)));
+  return tagOpen(base, cur, cur, length, false);
 }
 
 }  // namespace
 
-// The '<' of an end tag "</name>" the parser stands after, found the same way.
 const xmlChar *endTagOpen(const xmlChar *base, const xmlChar *cur, std::size_t length) {
-  if (cur > base && cur[-1] == '>') {
-    const xmlChar *after = cur - 1;
-    while (after > base && isBlank(static_cast<char>(after[-1])))
-      --after;
-    if (static_cast<std::size_t>(after - base) > length + 1 && *(after - length - 1) == '/' &&
-        *(after - length - 2) == '<')
-      return after - length - 2;
-  }
-  return static_cast<const xmlChar *>(memrchr(base, '<', static_cast<std::size_t>(cur - base)));
+  const bool closed = cur > base && cur[-1] == '>';
+  return tagOpen(base, closed ? cur - 1 : base, cur, length, true);
 }
 
 void DocumentReader::State::startElement(const char *name, const char **attributes) {
@@ -146,10 +145,8 @@ void DocumentReader::State::startElement(const char *name, const char **attribut
   const NameMatch found = names.match(name);
   const bool hasAttributes = attributes != nullptr && attributes[0] != nullptr;
   const xmlChar *const open = startTagOpen(in.base, cur, found.length, hasAttributes);
-  const unsigned long long consumed = in.consumed;
-  const Position at = input.position(
-      consumed + static_cast<unsigned long long>((open != nullptr ? open : cur) - in.base));
-  lastEnd = consumed + static_cast<unsigned long long>(cur - in.base) + (cur[0] == '>' ? 1 : 2);
+  const Position at = input.position(offsetIn(in, open != nullptr ? open : cur));
+  lastEnd = offsetIn(in, cur) + (cur[0] == '>' ? 1 : 2);
   openName(name, at.line);
   ++openDepth;
   rootSeen = true;
@@ -331,10 +328,10 @@ void DocumentReader::State::characters(const xmlChar *data, int length) {
   const xmlParserInput &in = *parser->input;
   const std::size_t count = static_cast<std::size_t>(length);
   unsigned long long from = lastEnd;
-  unsigned long long to = in.consumed + static_cast<unsigned long long>(in.cur - in.base);
+  unsigned long long to = offsetIn(in, in.cur);
   if (data >= in.base && data < in.end) {
     // Text read straight from the input; a CR before LF was left out of it.
-    const unsigned long long start = in.consumed + static_cast<unsigned long long>(data - in.base);
+    const unsigned long long start = offsetIn(in, data);
     to = start + count;
     const bool crBefore = start == from + 1 && from >= input.start() && *input.at(from) == '\r';
     if (!crBefore) from = start;

@@ -94,6 +94,11 @@ private:
   Slot slots_[kSlots];
 };
 
+// The offset in the document of a byte of the parser's buffer.
+inline unsigned long long offsetIn(const xmlParserInput &in, const xmlChar *byte) {
+  return in.consumed + static_cast<unsigned long long>(byte - in.base);
+}
+
 // Where an end tag starts: its '<', in the parser's buffer from `base`, for the end tag the
 // parser stands just after (`cur`), whose name as written is `length` bytes long.
 const xmlChar *endTagOpen(const xmlChar *base, const xmlChar *cur, std::size_t length);
@@ -168,9 +173,7 @@ struct DocumentReader::State {
 
   // Absolute offsets of the parser's place and of a byte of its buffer.
   unsigned long long parserOffset() const { return offsetOf(parser->input->cur); }
-  unsigned long long offsetOf(const xmlChar *byte) const {
-    return parser->input->consumed + static_cast<unsigned long long>(byte - parser->input->base);
-  }
+  unsigned long long offsetOf(const xmlChar *byte) const { return offsetIn(*parser->input, byte); }
   bool inParserBuffer(const xmlChar *byte) const {
     return byte >= parser->input->base && byte < parser->input->end;
   }

@@ -18,7 +18,7 @@ std::string lineText(unsigned long line) { return std::to_string(line); }
 void DocumentReader::State::endElement(const char *name) {
   const xmlParserInput &in = *parser->input;
   const xmlChar *const cur = in.cur;
-  const unsigned long long after = in.consumed + static_cast<unsigned long long>(cur - in.base);
+  const unsigned long long after = offsetIn(in, cur);
   // An element written <x/> ends where its tag ends; another where its end tag starts.
   const bool empty = cur - in.base >= 2 && cur[-2] == '/' && cur[-1] == '>';
   lastEnd = after;
