@@ -150,6 +150,13 @@ std::string comparablePath(const Entry &entry) {
   return path;
 }
 
+UserKey userKey(EntryKind kind, bool ad, std::string_view name, std::string_view id) {
+  if (kind != EntryKind::trustee && kind != EntryKind::userQuota) return {};
+  // An AD user is its SID; an AD user quota without one is known by its name alone.
+  const bool bySid = ad && !id.empty();
+  return {bySid ? 'D' : ad ? 'N' : 'A', bySid ? id : name};
+}
+
 void entryKey(const Entry &entry, std::string &key) {
   key.clear();
   key += static_cast<char>('0' + static_cast<int>(entry.kind));
@@ -157,12 +164,8 @@ void entryKey(const Entry &entry, std::string &key) {
     key += entry.kind == EntryKind::dirQuota ? comparablePath(entry) : entry.path;
     key += '\0';
   }
-  if (entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota) {
-    // An AD user is its SID; an AD user quota without one is known by its name alone.
-    const bool bySid = entry.ad && !entry.id.empty();
-    key += bySid ? 'D' : entry.ad ? 'N' : 'A';
-    key += bySid ? entry.id : entry.name;
-  }
+  const UserKey user = userKey(entry.kind, entry.ad, entry.name, entry.id);
+  if (user.form != 0) key.append(1, user.form).append(user.user);
 }
 
 std::string userLabel(const Entry &entry) {

@@ -119,5 +119,15 @@ std::string comparablePath(const Entry &entry);
 // not part of it.
 void entryKey(const Entry &entry, std::string &key);
 
+// The user part of that key: how a trustee or user quota is known ('D' an AD user by its SID,
+// 'N' an AD user quota without one by its name, 'A' an Arbor user by its name) and the text it
+// is known by; form 0 for the kinds that name no user.
+struct UserKey {
+  char form = 0;
+  std::string_view user;
+  bool operator==(const UserKey &) const = default;
+};
+UserKey userKey(EntryKind kind, bool ad, std::string_view name, std::string_view id);
+
 // The user an entry names, for messages: the Arbor name, or "SID (name)" for an AD user.
 std::string userLabel(const Entry &entry);

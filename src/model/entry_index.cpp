@@ -85,12 +85,8 @@ bool sameKey(const Record &record, const Entry &entry) {
   if (record.kind != entry.kind) return false;
   if (entry.kind != EntryKind::userQuota && !samePath(entry.kind, record.path, entry.path))
     return false;
-  if (entry.kind != EntryKind::trustee && entry.kind != EntryKind::userQuota) return true;
-  // An AD user is its SID; an AD user quota without one is known by its name alone.
-  const bool bySid = entry.ad && !entry.id.empty();
-  const bool storedBySid = record.ad && !record.id.empty();
-  if (bySid != storedBySid || entry.ad != record.ad) return false;
-  return bySid ? record.id == entry.id : record.name == entry.name;
+  return userKey(record.kind, record.ad, record.name, record.id) ==
+         userKey(entry.kind, entry.ad, entry.name, entry.id);
 }
 
 }  // namespace
