@@ -90,7 +90,6 @@ int runMap(const MapOptions &options) {
   });
   writer.begin();
   KeySet written;
-  std::string key;
   Entry entry;
   while (input.next(entry)) {
     if (!options.selection.selects(entry)) continue;
@@ -99,8 +98,8 @@ int runMap(const MapOptions &options) {
                          (options.dropUnmapped ? "; left out" : "; kept unchanged"));
       if (options.dropUnmapped) continue;
     }
-    entryKey(entry, key);
-    if (const unsigned long first = written.insert(key, entry.at.line); first != 0)
+    if (const unsigned long first = written.insertHash(entryKeyHash(entry), entry.at.line);
+        first != 0)
       list(entry.at, entryLabel(entry) + ": the same entry as the one of line " +
                          std::to_string(first) + " once mapped; both are written");
     writer.write(entry);

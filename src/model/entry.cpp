@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "document/rights.h"
+#include "model/key_hasher.h"
 
 namespace {
 
@@ -161,11 +162,27 @@ void entryKey(const Entry &entry, std::string &key) {
   key.clear();
   key += static_cast<char>('0' + static_cast<int>(entry.kind));
   if (entry.kind != EntryKind::userQuota) {
-    key += entry.kind == EntryKind::dirQuota ? comparablePath(entry) : entry.path;
+    // Appended in place: a path is not copied to be added.
+    if (entry.kind == EntryKind::dirQuota)
+      key += comparablePath(entry);
+    else
+      key += entry.path;
     key += '\0';
   }
   const UserKey user = userKey(entry.kind, entry.ad, entry.name, entry.id);
   if (user.form != 0) key.append(1, user.form).append(user.user);
+}
+
+std::uint64_t entryKeyHash(const Entry &entry) {
+  KeyHasher hasher;
+  hasher.add(static_cast<char>('0' + static_cast<int>(entry.kind)));
+  if (entry.kind == EntryKind::dirQuota)
+    hasher.addSlashed(entry.path).add('\0');
+  else if (entry.kind != EntryKind::userQuota)
+    hasher.add(entry.path).add('\0');
+  const UserKey user = userKey(entry.kind, entry.ad, entry.name, entry.id);
+  if (user.form != 0) hasher.add(user.form).add(user.user);
+  return hasher.finish();
 }
 
 std::string userLabel(const Entry &entry) {

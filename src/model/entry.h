@@ -118,6 +118,8 @@ std::string comparablePath(const Entry &entry);
 // identity (an AD user's SID, an Arbor user's name). Rights, amounts, spaceUsed and zid are
 // not part of it.
 void entryKey(const Entry &entry, std::string &key);
+// keyHash() of that key, made without writing the key: what every table of entries is keyed by.
+std::uint64_t entryKeyHash(const Entry &entry);
 
 // The user part of that key: how a trustee or user quota is known ('D' an AD user by its SID,
 // 'N' an AD user quota without one by its name, 'A' an Arbor user by its name) and the text it

@@ -91,10 +91,7 @@ bool sameKey(const Record &record, const Entry &entry) {
 
 }  // namespace
 
-std::uint64_t EntryIndex::hashOf(const Entry &entry) {
-  entryKey(entry, key_);
-  return keyHash(key_);
-}
+std::uint64_t EntryIndex::hashOf(const Entry &entry) { return entryKeyHash(entry); }
 
 std::uint64_t EntryIndex::store(const Entry &entry) {
   std::size_t size = kHeadSize;

@@ -160,7 +160,6 @@ struct DocumentReader::State {
   NameCache names;
   KeySet ownKeys;
   KeySet *keys = &ownKeys;  // the set duplicates are looked up in (see useKeys())
-  std::string keyBuffer;
   // The entry handed out last, whose key waits to be looked up until the next event (its slot
   // of the key set is fetched meanwhile): the lookup's finding comes just before it.
   struct Unsettled {

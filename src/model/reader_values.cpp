@@ -160,8 +160,7 @@ void DocumentReader::State::endEntry(const Frame &frame) {
 
 void DocumentReader::State::handOut() {
   settle();
-  entryKey(*entry, keyBuffer);
-  unsettled = {true, keyHash(keyBuffer), entry->kind, entry->at, endOffset};
+  unsettled = {true, entryKeyHash(*entry), entry->kind, entry->at, endOffset};
   keys->prefetch(unsettled.hash);
   ready.push();
 }
