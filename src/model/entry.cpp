@@ -1,10 +1,12 @@
 #include "model/entry.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstring>
 
 #include "document/rights.h"
-#include "model/key_hasher.h"
+#include "model/key_hash.h"
 
 namespace {
 
@@ -174,15 +176,30 @@ void entryKey(const Entry &entry, std::string &key) {
 }
 
 std::uint64_t entryKeyHash(const Entry &entry) {
-  KeyHasher hasher;
-  hasher.add(static_cast<char>('0' + static_cast<int>(entry.kind)));
-  if (entry.kind == EntryKind::dirQuota)
-    hasher.addSlashed(entry.path).add('\0');
-  else if (entry.kind != EntryKind::userQuota)
-    hasher.add(entry.path).add('\0');
+  const bool hasPath = entry.kind != EntryKind::userQuota;
   const UserKey user = userKey(entry.kind, entry.ad, entry.name, entry.id);
-  if (user.form != 0) hasher.add(user.form).add(user.user);
-  return hasher.finish();
+  // The key as entryKey() writes it, into a buffer of the stack when it fits.
+  char buffer[512];
+  const std::size_t size =
+      1 + (hasPath ? entry.path.size() + 1 : 0) + (user.form != 0 ? 1 + user.user.size() : 0);
+  if (size > sizeof buffer) {
+    std::string key;
+    entryKey(entry, key);
+    return bytesHash(key.data(), key.size());
+  }
+  char *end = buffer;
+  *end++ = static_cast<char>('0' + static_cast<int>(entry.kind));
+  if (hasPath) {
+    std::memcpy(end, entry.path.data(), entry.path.size());
+    if (entry.kind == EntryKind::dirQuota) std::replace(end, end + entry.path.size(), '\\', '/');
+    end += entry.path.size();
+    *end++ = '\0';
+  }
+  if (user.form != 0) {
+    *end++ = user.form;
+    std::memcpy(end, user.user.data(), user.user.size());
+  }
+  return bytesHash(buffer, size);
 }
 
 std::string userLabel(const Entry &entry) {
