@@ -144,26 +144,34 @@ void DocumentReader::State::startElement(const char *name, const char **attribut
   if (!whole) return;
   const NameMatch found = names.match(name);
   const bool hasAttributes = attributes != nullptr && attributes[0] != nullptr;
-  const xmlChar *const open = startTagOpen(in.base, cur, found.length, hasAttributes);
-  const Position at = input.position(offsetIn(in, open != nullptr ? open : cur));
   lastEnd = offsetIn(in, cur) + (cur[0] == '>' ? 1 : 2);
-  openName(name, at.line);
-  ++openDepth;
   rootSeen = true;
   textReported = false;
+  const Element element = found.match.element;
+  const Element parent = frames.empty() ? Element::document : frames.back().element;
+  if (element == Element::right && cur[0] == '/' && !hasAttributes && skipDepth == 0 &&
+      allowedIn(element, parent)) {
+    // The commonest element: a right, written <read/>, in its list. It ends at once, with
+    // nothing to report: its place is not needed.
+    ++openDepth;
+    emptyRight = true;
+    if (inEntry) entry->rights |= found.match.right;
+    return;
+  }
+  const xmlChar *const open = startTagOpen(in.base, cur, found.length, hasAttributes);
+  const Position at = input.position(offsetIn(in, open != nullptr ? open : cur));
+  openName(name, at.line);
+  ++openDepth;
   if (skipDepth > 0) {
     ++skipDepth;
     return;
   }
-  const Element element = found.match.element;
-  const Element parent = frames.empty() ? Element::document : frames.back().element;
   if (element == Element::unknown || !allowedIn(element, parent)) {
     rejectElement(element, name, at);
     skipDepth = 1;
   } else if (holdsText(parent)) {
     skipDepth = 1;
   } else if (element == Element::right) {
-    // The commonest element: a right, empty, inside its list.
     if (hasAttributes) checkAttributes(element, at, attributes);
     frames.push_back({element, hasAttributes, at});
     if (inEntry) entry->rights |= found.match.right;

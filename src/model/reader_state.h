@@ -142,6 +142,7 @@ struct DocumentReader::State {
   std::size_t openKept = 0;                         // how many of openNames stand
   unsigned long openDepth = 0;
   bool rootSeen = false;
+  bool emptyRight = false;  // a right written <x/> was opened without a frame: its end is next
 
   // The value being read, and whether any of it came from a CDATA section.
   std::string text;

@@ -24,6 +24,10 @@ void DocumentReader::State::endElement(const char *name) {
   lastEnd = after;
   if (openDepth > 0) --openDepth;
   if (openKept > openDepth) openKept = openDepth;
+  if (emptyRight) {
+    emptyRight = false;
+    return;
+  }
   if (skipDepth > 0) {
     --skipDepth;
     return;
@@ -85,38 +89,39 @@ void DocumentReader::State::endValue(const Frame &frame) {
       file.pathAt = frame.at;
       file.pathCdata = textCdata;
     } else if (frame.element == Element::zid) {
-      file.zid = text;
+      file.zid.swap(text);
     }
     return;
   }
   if (!inEntry) return;
+  if (frame.element == Element::quotaAmount && !isQuotaAmount(text))
+    report(frame.at, "quota-not-a-number",
+           "quota amount \"" + text + "\" is not a whole number from 0 to 9223372036854775807");
+  // The value's texts go to the entry and take its old buffers, emptied before the next value.
   const std::uint8_t cdata = textCdata ? 1 : 0;
   switch (frame.element) {
   case Element::path:
-    entry->path = text;
-    entry->rawPath = rawText;
+    entry->path.swap(text);
+    entry->rawPath.swap(rawText);
     entry->pathAt = frame.at;
     entry->cdata |= cdata * kCdataPath;
     break;
   case Element::name:
-    entry->name = text;
-    entry->rawName = rawText;
+    entry->name.swap(text);
+    entry->rawName.swap(rawText);
     entry->cdata |= cdata * kCdataName;
     break;
   case Element::id:
-    entry->id = text;
-    entry->rawId = rawText;
+    entry->id.swap(text);
+    entry->rawId.swap(rawText);
     entry->cdata |= cdata * kCdataId;
     break;
-  case Element::zid: entry->zid = text; break;
-  case Element::spaceUsed: entry->spaceUsed = text; break;
+  case Element::zid: entry->zid.swap(text); break;
+  case Element::spaceUsed: entry->spaceUsed.swap(text); break;
   case Element::quotaAmount:
-    entry->amount = text;
-    entry->rawAmount = rawText;
+    entry->amount.swap(text);
+    entry->rawAmount.swap(rawText);
     entry->cdata |= cdata * kCdataAmount;
-    if (!isQuotaAmount(text))
-      report(frame.at, "quota-not-a-number",
-             "quota amount \"" + text + "\" is not a whole number from 0 to 9223372036854775807");
     break;
   default: break;
   }
