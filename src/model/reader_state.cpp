@@ -39,7 +39,9 @@ void resetFile(FileContext &file) {
 // buffers with the one it replaces.
 void handOverText(std::string &to, std::string &from) {
   constexpr std::size_t kShort = 15;
-  if (from.size() <= kShort && to.capacity() >= from.size())
+  if (from.empty())
+    to.clear();
+  else if (from.size() <= kShort && to.capacity() >= from.size())
     to.assign(from);
   else
     to.swap(from);
