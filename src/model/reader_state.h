@@ -75,21 +75,28 @@ struct NameMatch {
 class NameCache {
 public:
   const NameMatch &match(const char *name) {
-    // The parser packs its names closely: the address is mixed before it picks a slot.
+    // The parser packs its names closely: the address is mixed before it picks a pair of
+    // slots, so that two names met in turn seldom take each other's place.
     const std::uint64_t mixed = reinterpret_cast<std::uintptr_t>(name) * 0x9E3779B97F4A7C15ull;
-    Slot &slot = slots_[mixed >> 58];
-    if (slot.name != name) {
-      const std::string_view text = name;
-      slot = {name, {matchElement(text), text.size()}};
-    }
+    Slot *const pair = &slots_[(mixed >> 57) & ~std::uint64_t{1}];
+    if (pair[0].name == name) return pair[0].found;
+    if (pair[1].name == name) return pair[1].found;
+    // The slot not used last takes the new name.
+    Slot &slot = pair[pair[0].recent ? 1 : 0];
+    pair[0].recent = &slot == &pair[0];
+    pair[1].recent = !pair[0].recent;
+    const std::string_view text = name;
+    slot.name = name;
+    slot.found = {matchElement(text), text.size()};
     return slot.found;
   }
 
 private:
-  static constexpr std::size_t kSlots = 64;
+  static constexpr std::size_t kSlots = 128;
   struct Slot {
     const char *name = nullptr;
     NameMatch found;
+    bool recent = false;
   };
   Slot slots_[kSlots];
 };
