@@ -45,8 +45,9 @@ struct Difference {
 // Reads every selected entry of `source`, handing each with its key hash to `use` two entries
 // late: the index slot of its key is fetched as the next entry is read, and the stored record
 // under that slot as the one after is read, so that reading hides the waits for memory. Entries
-// are handed on in their order, and may be moved from. False after a message when the document
-// cannot be read to its end; findings that do not stop reading are listed on standard error.
+// are handed on in their order, and may be moved from, with the reader (where it stands). False
+// after a message when the document cannot be read to its end; findings that do not stop reading
+// are listed on standard error.
 template <typename Use>
 bool readEntries(const DocumentOperand &source, const EntrySelection &selection,
                  const EntryIndex &index, KeySet &keys, Use use) {
@@ -64,7 +65,7 @@ bool readEntries(const DocumentOperand &source, const EntrySelection &selection,
     hashes[count % kDepth] = reader.entryHash();
     index.prefetch(hashes[count % kDepth]);
     if (count >= 1) index.prefetchRecord(hashes[(count - 1) % kDepth]);
-    if (count >= 2) use(entries[(count - 2) % kDepth], hashes[(count - 2) % kDepth]);
+    if (count >= 2) use(entries[(count - 2) % kDepth], hashes[(count - 2) % kDepth], reader);
     ++count;
   }
   if (reader.readError() != 0) {
@@ -72,7 +73,7 @@ bool readEntries(const DocumentOperand &source, const EntrySelection &selection,
     return false;
   }
   for (std::size_t at = count < 2 ? 0 : count - 2; at < count; ++at)
-    use(entries[at % kDepth], hashes[at % kDepth]);
+    use(entries[at % kDepth], hashes[at % kDepth], reader);
   return !reader.failed();
 }
 
@@ -85,15 +86,19 @@ int runDiff(const DiffOptions &options) {
   // One duplicate set serves both documents: the second one's grows no more.
   KeySet keys;
   if (!readEntries(oldSource, options.selection, index, keys,
-                   [&](const Entry &entry, std::uint64_t hash) {
+                   [&](const Entry &entry, std::uint64_t hash, const DocumentReader &reader) {
                      ++tally.oldEntries;
+                     // Grown once to what the document's size promises, not doubled again
+                     // and again: each larger table is fresh memory.
+                     if (index.full())
+                       index.grow(expectedEntries(index.size(), reader.offset(), oldSource.fd()));
                      index.add(entry, hash);
                    }))
     return kTrouble;
   std::vector<Difference> differences;
   StoredValue old;
   if (!readEntries(newSource, options.selection, index, keys,
-                   [&](Entry &entry, std::uint64_t hash) {
+                   [&](Entry &entry, std::uint64_t hash, const DocumentReader &) {
                      ++tally.newEntries;
                      if (!index.match(entry, hash, old))
                        differences.emplace_back(ChangeKind::added, std::move(entry));
