@@ -42,9 +42,9 @@ struct Difference {
   bool operator<(const Difference &other) const { return order < other.order; }
 };
 
-// Reads every selected entry of `source`, handing each with its key hash to `use` two entries
-// late: the index slot of its key is fetched as the next entry is read, and the stored record
-// under that slot as the one after is read, so that reading hides the waits for memory. Entries
+// Reads every selected entry of `source`, handing each with its key hash to `use` four entries
+// late: the index slot of its key is fetched as it is read, and the stored record under that
+// slot two entries later, so that reading hides the waits for memory. Entries
 // are handed on in their order, and may be moved from, with the reader (where it stands). False
 // after a message when the document cannot be read to its end; findings that do not stop reading
 // are listed on standard error.
@@ -56,23 +56,28 @@ bool readEntries(const DocumentOperand &source, const EntrySelection &selection,
     reportError(label, finding.at.line, finding.at.column, finding.message);
   });
   reader.useKeys(keys);
-  constexpr std::size_t kDepth = 3;
-  Entry entries[kDepth];  // the one being read, and the two waiting to be used
+  // Entries come out of the reader's queue quickly: the stored record is asked for two
+  // entries after the slot, and used two entries later still.
+  constexpr std::size_t kRecordLag = 2;
+  constexpr std::size_t kUseLag = 4;
+  constexpr std::size_t kDepth = kUseLag + 1;
+  Entry entries[kDepth];  // the one being read, and those waiting to be used
   std::uint64_t hashes[kDepth] = {};
   std::size_t count = 0;  // selected entries read so far
   while (reader.next(entries[count % kDepth])) {
     if (!selection.selects(entries[count % kDepth])) continue;
     hashes[count % kDepth] = reader.entryHash();
     index.prefetch(hashes[count % kDepth]);
-    if (count >= 1) index.prefetchRecord(hashes[(count - 1) % kDepth]);
-    if (count >= 2) use(entries[(count - 2) % kDepth], hashes[(count - 2) % kDepth], reader);
+    if (count >= kRecordLag) index.prefetchRecord(hashes[(count - kRecordLag) % kDepth]);
+    if (count >= kUseLag)
+      use(entries[(count - kUseLag) % kDepth], hashes[(count - kUseLag) % kDepth], reader);
     ++count;
   }
   if (reader.readError() != 0) {
     reportError(label + ": " + std::strerror(reader.readError()));
     return false;
   }
-  for (std::size_t at = count < 2 ? 0 : count - 2; at < count; ++at)
+  for (std::size_t at = count < kUseLag ? 0 : count - kUseLag; at < count; ++at)
     use(entries[at % kDepth], hashes[at % kDepth], reader);
   return !reader.failed();
 }
