@@ -42,11 +42,12 @@ struct Difference {
   bool operator<(const Difference &other) const { return order < other.order; }
 };
 
-// Reads every selected entry of `source`, handing each with its key hash to `use` two entries
-// late: the index slot of its key is fetched as the next entry is read, and the stored record
-// under that slot as the one after is read, so that reading hides the waits for memory. Entries
-// are handed on in their order, and may be moved from. False after a message when the document
-// cannot be read to its end; findings that do not stop reading are listed on standard error.
+// Reads every selected entry of `source`, handing each with its key hash to `use` four entries
+// late: the index slot of its key is fetched as it is read, and the stored record under that
+// slot two entries later, so that reading hides the waits for memory. Entries
+// are handed on in their order, and may be moved from, with the reader (where it stands). False
+// after a message when the document cannot be read to its end; findings that do not stop reading
+// are listed on standard error.
 template <typename Use>
 bool readEntries(const DocumentOperand &source, const EntrySelection &selection,
                  const EntryIndex &index, KeySet &keys, Use use) {
@@ -55,24 +56,29 @@ bool readEntries(const DocumentOperand &source, const EntrySelection &selection,
     reportError(label, finding.at.line, finding.at.column, finding.message);
   });
   reader.useKeys(keys);
-  constexpr std::size_t kDepth = 3;
-  Entry entries[kDepth];  // the one being read, and the two waiting to be used
+  // Entries come out of the reader's queue quickly: the stored record is asked for two
+  // entries after the slot, and used two entries later still.
+  constexpr std::size_t kRecordLag = 2;
+  constexpr std::size_t kUseLag = 4;
+  constexpr std::size_t kDepth = kUseLag + 1;
+  Entry entries[kDepth];  // the one being read, and those waiting to be used
   std::uint64_t hashes[kDepth] = {};
   std::size_t count = 0;  // selected entries read so far
   while (reader.next(entries[count % kDepth])) {
     if (!selection.selects(entries[count % kDepth])) continue;
     hashes[count % kDepth] = reader.entryHash();
     index.prefetch(hashes[count % kDepth]);
-    if (count >= 1) index.prefetchRecord(hashes[(count - 1) % kDepth]);
-    if (count >= 2) use(entries[(count - 2) % kDepth], hashes[(count - 2) % kDepth]);
+    if (count >= kRecordLag) index.prefetchRecord(hashes[(count - kRecordLag) % kDepth]);
+    if (count >= kUseLag)
+      use(entries[(count - kUseLag) % kDepth], hashes[(count - kUseLag) % kDepth], reader);
     ++count;
   }
   if (reader.readError() != 0) {
     reportError(label + ": " + std::strerror(reader.readError()));
     return false;
   }
-  for (std::size_t at = count < 2 ? 0 : count - 2; at < count; ++at)
-    use(entries[at % kDepth], hashes[at % kDepth]);
+  for (std::size_t at = count < kUseLag ? 0 : count - kUseLag; at < count; ++at)
+    use(entries[at % kDepth], hashes[at % kDepth], reader);
   return !reader.failed();
 }
 
@@ -85,15 +91,19 @@ int runDiff(const DiffOptions &options) {
   // One duplicate set serves both documents: the second one's grows no more.
   KeySet keys;
   if (!readEntries(oldSource, options.selection, index, keys,
-                   [&](const Entry &entry, std::uint64_t hash) {
+                   [&](const Entry &entry, std::uint64_t hash, const DocumentReader &reader) {
                      ++tally.oldEntries;
+                     // Grown once to what the document's size promises, not doubled again
+                     // and again: each larger table is fresh memory.
+                     if (index.full())
+                       index.grow(expectedEntries(index.size(), reader.offset(), oldSource.fd()));
                      index.add(entry, hash);
                    }))
     return kTrouble;
   std::vector<Difference> differences;
   StoredValue old;
   if (!readEntries(newSource, options.selection, index, keys,
-                   [&](Entry &entry, std::uint64_t hash) {
+                   [&](Entry &entry, std::uint64_t hash, const DocumentReader &) {
                      ++tally.newEntries;
                      if (!index.match(entry, hash, old))
                        differences.emplace_back(ChangeKind::added, std::move(entry));

@@ -1,6 +1,7 @@
 #include "model/entry_index.h"
 
 #include <cstring>
+#include <new>
 
 namespace {
 
@@ -9,6 +10,10 @@ namespace {
 // written in 7-bit groups, low first: most take one byte.
 constexpr std::size_t kMatchedByte = 4;
 constexpr std::size_t kHeadSize = 5;
+
+// The bytes a record of `size` bytes takes in its block: the next one starts on a multiple
+// of 4.
+std::size_t recordSpan(std::size_t size) { return (size + 3) & ~std::size_t(3); }
 
 std::size_t lengthSize(std::size_t length) {
   std::size_t size = 1;
@@ -93,17 +98,21 @@ bool sameKey(const Record &record, const Entry &entry) {
 
 std::uint64_t EntryIndex::hashOf(const Entry &entry) { return entryKeyHash(entry); }
 
-std::uint64_t EntryIndex::store(const Entry &entry) {
+// A reference is the record's block and its offset there in units of 4 bytes.
+std::uint32_t EntryIndex::store(const Entry &entry) {
   std::size_t size = kHeadSize;
   for (const std::string *text : {&entry.path, &entry.name, &entry.id, &entry.amount})
     size += lengthSize(text->size()) + text->size();
+  size = recordSpan(size);
   if (used_ + size > kBlockSize) {
+    if (blocks_.size() == kBlockLimit) throw std::bad_alloc();
     const std::size_t blockSize = size > kBlockSize ? size : kBlockSize;
     blocks_.emplace_back(table_memory::allocateZeroed<char>(blockSize), BlockRelease{blockSize});
     filled_.push_back(0);
     used_ = 0;
   }
-  const std::uint64_t ref = (std::uint64_t(blocks_.size() - 1) << kBlockBits) | used_;
+  const auto ref = static_cast<std::uint32_t>((blocks_.size() - 1) << (kBlockBits - kAlignBits) |
+                                              used_ >> kAlignBits);
   char *at = blocks_.back().get() + used_;
   at[0] = static_cast<char>(entry.kind);
   at[1] = entry.ad ? 1 : 0;
@@ -120,12 +129,14 @@ std::uint64_t EntryIndex::store(const Entry &entry) {
   return ref;
 }
 
-char *EntryIndex::recordAt(std::uint64_t ref) const {
-  return blocks_[ref >> kBlockBits].get() + (ref & (kBlockSize - 1));
+char *EntryIndex::recordAt(std::uint32_t ref) const {
+  constexpr unsigned kOffsetBits = kBlockBits - kAlignBits;
+  return blocks_[ref >> kOffsetBits].get() +
+         (std::size_t(ref & ((1u << kOffsetBits) - 1)) << kAlignBits);
 }
 
 void EntryIndex::prefetchRecord(std::uint64_t hash) const {
-  const std::uint64_t *ref = refs_.first(hash);
+  const std::uint32_t *ref = refs_.first(hash);
   if (ref == nullptr) return;
   const char *record = recordAt(*ref);
   __builtin_prefetch(record, 1);
@@ -134,8 +145,8 @@ void EntryIndex::prefetchRecord(std::uint64_t hash) const {
 
 bool EntryIndex::add(const Entry &entry, std::uint64_t hash) {
   bool added = false;
-  std::uint64_t *ref = refs_.findOrAdd(
-      hash, [&](std::uint64_t at) { return sameKey(Record(recordAt(at)), entry); }, 0, added);
+  std::uint32_t *ref = refs_.findOrAdd(
+      hash, [&](std::uint32_t at) { return sameKey(Record(recordAt(at)), entry); }, 0, added);
   // The record is stored only once the key is known to be new.
   if (added) *ref = store(entry);
   return added;
@@ -143,8 +154,8 @@ bool EntryIndex::add(const Entry &entry, std::uint64_t hash) {
 
 const char *EntryIndex::find(const Entry &entry, std::uint64_t hash) {
   if (refs_.size() == 0) return nullptr;
-  const std::uint64_t *ref =
-      refs_.find(hash, [&](std::uint64_t at) { return sameKey(Record(recordAt(at)), entry); });
+  const std::uint32_t *ref =
+      refs_.find(hash, [&](std::uint32_t at) { return sameKey(Record(recordAt(at)), entry); });
   if (ref == nullptr) return nullptr;
   char *record = recordAt(*ref);
   record[kMatchedByte] = 1;
@@ -178,7 +189,7 @@ void EntryIndex::forEachUnmatched(const std::function<void(const Entry &)> &visi
         record.load(entry);
         visit(entry);
       }
-      offset += record.size;
+      offset += recordSpan(record.size);
     }
   }
 }

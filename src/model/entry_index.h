@@ -1,8 +1,8 @@
 // The entries of one document held compactly by their key, so that a second document can be
 // streamed against them: each entry's texts packed into large blocks, and an open-addressing
-// table of 64-bit key hashes (16 bytes a slot, at most 3/4 full). Memory is about the size of the
-// entries' texts, well below the document's own size. Keys are compared where they are stored,
-// never copied out.
+// table of 64-bit key hashes, each with a 4-byte reference to its record (12 bytes a slot, at
+// most 3/4 full). Memory is about the size of the entries' texts, well below the document's own
+// size. Keys are compared where they are stored, never copied out.
 #pragma once
 #include <cstdint>
 #include <functional>
@@ -42,26 +42,33 @@ public:
   void prefetchRecord(std::uint64_t hash) const;
 
   std::size_t size() const { return refs_.size(); }
+  // Whether the next new entry makes the table grow; grow() then grows it to hold `expected`
+  // entries (see expectedEntries()) if that is more than twice what it holds.
+  bool full() const { return refs_.full(); }
+  void grow(std::size_t expected) { refs_.grow(expected); }
 
 private:
   // Records are packed into blocks of one huge page, so that reaching a record at a random
-  // place does not also miss the processor's address cache.
+  // place does not also miss the processor's address cache. A record starts on a multiple of 4
+  // bytes: a reference counts in those, up to 8,192 blocks (16 GiB of records).
   static constexpr std::size_t kBlockBits = 21;
   static constexpr std::size_t kBlockSize = std::size_t(1) << kBlockBits;
+  static constexpr std::size_t kAlignBits = 2;
+  static constexpr std::size_t kBlockLimit = std::size_t(1) << (32 - kBlockBits + kAlignBits);
   struct BlockRelease {
     std::size_t size;
     void operator()(char *bytes) const { table_memory::release(bytes, size); }
   };
 
   std::uint64_t hashOf(const Entry &entry);
-  std::uint64_t store(const Entry &entry);
-  char *recordAt(std::uint64_t ref) const;
+  std::uint32_t store(const Entry &entry);
+  char *recordAt(std::uint32_t ref) const;
   // The record of `entry`'s key, marked as matched; null if none.
   const char *find(const Entry &entry, std::uint64_t hash);
 
   std::vector<std::unique_ptr<char[], BlockRelease>> blocks_;
   std::size_t used_ = kBlockSize;    // bytes used in the last block
-  HashSlots<std::uint64_t> refs_;    // block << kBlockBits | offset of the record, by key hash
+  HashSlots<std::uint32_t> refs_;    // where each record is (see store()), by key hash
   std::vector<std::size_t> filled_;  // bytes used in each block
   std::string key_;                  // the key of an entry given without its hash
 };

@@ -1,6 +1,6 @@
 // A compact set of entry keys, to find the same entry given twice in a streamed document: only a
-// 64-bit hash of each key and the line of its first occurrence are kept (12 bytes an entry in
-// an open-addressing table at most 3/4 full), never the keys themselves.
+// 64-bit hash of each key and the line of its first occurrence are kept (a 12-byte slot an entry
+// in an open-addressing table at most 3/4 full), never the keys themselves.
 #pragma once
 #include <cstdint>
 #include <string_view>
@@ -18,6 +18,10 @@ public:
   void prefetch(std::uint64_t hash) const { lines_.prefetch(hash); }
 
   std::size_t size() const { return lines_.size(); }
+  // Whether the next new key makes the set grow; grow() then grows it to hold `expected` keys
+  // (see expectedEntries()) if that is more than twice what it holds.
+  bool full() const { return lines_.full(); }
+  void grow(std::size_t expected) { lines_.grow(expected); }
   // Forgets every key, keeping the memory (a set reused for another document grows no more).
   void clear() { lines_.clear(); }
 
