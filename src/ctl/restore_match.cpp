@@ -189,8 +189,8 @@ std::string statusText(int status, bool atEntry) {
 void RestoreMatch::request(std::string_view bytes, unsigned long long offset) {
   restoreOffset_ = offset;
   pullUpTo(offset);
-  SentRequest &request = sentRequest_;
-  if (!readSentRequest(bytes, request)) {
+  SentRequestView request;
+  if (!readSentRequest(bytes, request, sentRequest_)) {
     ++sent_[static_cast<int>(guessKind(bytes))];
     std::size_t index = 0;
     while (index < pending_.size() && !pending_[index].expected)
@@ -202,7 +202,7 @@ void RestoreMatch::request(std::string_view bytes, unsigned long long offset) {
     if (index < pending_.size()) dropThrough(index);
     return;
   }
-  match(viewOf(request));
+  match(request);
 }
 
 void RestoreMatch::readRequest(const SentRequestView &request, unsigned long long offset) {

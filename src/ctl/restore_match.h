@@ -70,7 +70,7 @@ private:
   ReuseQueue<Pending> pending_;
   void match(const SentRequestView &request);
 
-  SentRequest sentRequest_;  // the request being read (its storage serves every request)
+  SentRequest sentRequest_;  // the decoded texts of the request being read (for every request)
   bool readerDone_ = false;
   Position lastEntryAt_;
   unsigned long sent_[4] = {};

@@ -46,14 +46,20 @@ constexpr std::size_t kRecordLimit = sizeof(RecordHead) + sizeof(PartsHead) + kR
 // Records travel through the pipe in blocks of this size, not one write or read each.
 constexpr std::size_t kBlockSize = 1 << 18;
 
-// A reply the restore takes as a success, whichever request it answers: each request's reply
-// element with its result, the likeliest first. The description is read only when the result
-// is not 0, so there is none.
-constexpr char kSuccessReply[] = "<addTrustee><result value=\"0\"></result></addTrustee>"
-                                 "<modifyInheritedRightsFilter><result value=\"0\"></result>"
-                                 "</modifyInheritedRightsFilter><addQuota><result value=\"0\">"
-                                 "</result></addQuota><userSpaceRestrictions><result value=\"0\">"
-                                 "</result></userSpaceRestrictions>";
+// Replies the restore takes as a success. The description is read only when the result is not
+// 0, so there is none. A request read back gets the reply element of its own kind; one that is
+// none of trovan's forms gets every kind's, the likeliest first.
+constexpr std::string_view kFittedReplies[] = {
+    "<addTrustee><result value=\"0\"></result></addTrustee>",
+    "<modifyInheritedRightsFilter><result value=\"0\"></result></modifyInheritedRightsFilter>",
+    "<userSpaceRestrictions><result value=\"0\"></result></userSpaceRestrictions>",
+    "<addQuota><result value=\"0\"></result></addQuota>",
+};
+constexpr std::string_view kAnyReply =
+    "<addTrustee><result value=\"0\"></result></addTrustee><modifyInheritedRightsFilter>"
+    "<result value=\"0\"></result></modifyInheritedRightsFilter><addQuota><result value=\"0\">"
+    "</result></addQuota><userSpaceRestrictions><result value=\"0\"></result>"
+    "</userSpaceRestrictions>";
 
 bool writeAll(int fd, const void *data, std::size_t size) {
   const char *bytes = static_cast<const char *>(data);
@@ -72,8 +78,9 @@ bool writeAll(int fd, const void *data, std::size_t size) {
 struct ChildRecords {
   int pipe = -1;
   std::size_t used = 0;
-  bool parts = false;   // requests go as their parts when they can
-  SentRequest request;  // the request being read back (its storage serves every request)
+  bool parts = false;    // requests go as their parts when they can
+  SentRequestView read;  // the request being read back
+  SentRequest decoded;   // its texts that the file system decodes (storage for every request)
   char block[kBlockSize];
 };
 ChildRecords *childRecords = nullptr;
@@ -104,12 +111,14 @@ void addRecord(char type, std::uint64_t length, std::initializer_list<std::strin
 }
 
 // A request in the form the comparison takes: its parts when it is one of trovan's forms
-// (fewer bytes through the pipe than the request), its bytes when it is not.
-void addRequest(std::string_view bytes) {
-  SentRequest &request = childRecords->request;
-  if (!childRecords->parts || !readSentRequest(bytes, request)) {
+// (fewer bytes through the pipe than the request), its bytes when it is not. Returns the reply
+// that fits it.
+std::string_view addRequest(std::string_view bytes) {
+  ChildRecords &records = *childRecords;
+  const SentRequestView &request = records.read;
+  if (!records.parts || !readSentRequest(bytes, records.read, records.decoded)) {
     addRecord('R', bytes.size(), {bytes});
-    return;
+    return kAnyReply;
   }
   PartsHead parts{request.kind,
                   static_cast<std::uint8_t>((request.ad ? kAd : 0) | (request.gemel ? kGemel : 0) |
@@ -122,6 +131,7 @@ void addRequest(std::string_view bytes) {
   const std::string_view head(reinterpret_cast<const char *>(&parts), sizeof parts);
   addRecord('P', sizeof parts + parts.sizes[0] + parts.sizes[1] + parts.sizes[2] + parts.sizes[3],
             {head, request.fileName, request.user, request.volume, request.amount});
+  return kFittedReplies[static_cast<int>(request.kind)];
 }
 
 void flushAndDie(int signal) {
@@ -143,13 +153,13 @@ void flushAtEnds() {
 // Each request goes with how far trovan had read the document when it made it: the bytes its
 // reader has taken in.
 int standIn(const char *request, std::size_t length, void *) {
-  addRequest(std::string_view(request, length));
+  const std::string_view reply = addRequest(std::string_view(request, length));
   // The reply as a string of the buffer's size at most, cut if it must be.
   const std::size_t room = static_cast<std::size_t>(replyBufferSize);
-  const std::size_t size = sizeof kSuccessReply <= room ? sizeof kSuccessReply : room;
-  if (size > 0) {
-    std::memcpy(replyBuffer, kSuccessReply, size);
-    replyBuffer[size - 1] = '\0';
+  const std::size_t size = reply.size() < room ? reply.size() : room - (room > 0 ? 1 : 0);
+  if (room > 0) {
+    std::memcpy(replyBuffer, reply.data(), size);
+    replyBuffer[size] = '\0';
   }
   return 0;
 }

@@ -110,6 +110,21 @@ TEST(RestoreRun, ARequestOfNoFormComesAsItsBytes) {
                   "</fileRequest>"});
 }
 
+TEST(RestoreRun, ARequestOfNoFormIsAnsweredAsASuccessOfItsKind) {
+  // The user quota's request is none of trovan's forms; the run takes its reply as a success
+  // and goes on with the directory quota, to the end.
+  const RunResult result = run("<metadata><userInfo><user><name><![CDATA[u</userName>]]></name>"
+                               "<quotaAmount>5</quotaAmount></user></userInfo><dirInfo><directory>"
+                               "<path>\\q</path><quotaAmount>7</quotaAmount></directory></dirInfo>"
+                               "</metadata>\n",
+                               true);
+  EXPECT_TRUE(result.outcome.ran);
+  EXPECT_EQ(result.outcome.status, 0);
+  ASSERT_EQ(result.texts.size(), 2u);
+  EXPECT_TRUE(result.texts[0].starts_with("bytes: ")) << result.texts[0];
+  EXPECT_EQ(result.texts[1], "parts: addQuota gemel file=/mnt/V/q user= volume= amount=7 rights=");
+}
+
 TEST(RestoreRun, ANegativeStatusComesBackWhole) {
   const RunResult result = run("<metadata><trusteeInfo><file><path>/a</path>", true);
   EXPECT_TRUE(result.outcome.ran);

@@ -1,5 +1,7 @@
 #include "model/sent_request.h"
 
+#include <cstring>
+
 #include "model/server_text.h"
 
 namespace {
@@ -11,19 +13,19 @@ constexpr std::string_view kVolumeOpen =
     "<virtualIO><datastream name=\"command\"/></virtualIO><quillRequest>";
 constexpr std::string_view kVolumeClose = "</quillRequest>";
 
-// Reads a request from its start, piece by piece. Its steps are inlined, so that each compares
-// with its literal directly.
+// Reads a request from its start, piece by piece, in one forward pass. Its steps are inlined,
+// so that each compares with its literal directly.
 struct Cursor {
   std::string_view rest;
   bool ok = true;
   bool plain = false;  // no '&' in the whole request: every text stands as it is
 
-  // A text as the file system reads it, into `out`.
-  [[gnu::always_inline]] void decode(std::string_view text, std::string &out) const {
-    if (plain)
-      out.assign(text);
-    else
-      decodeAsServer(text, out);
+  // A text as the file system reads it: the text itself, or its decoding into `storage`.
+  [[gnu::always_inline]] std::string_view decode(std::string_view text,
+                                                 std::string &storage) const {
+    if (plain) return text;
+    decodeAsServer(text, storage);
+    return storage;
   }
 
   [[gnu::always_inline]] bool take(std::string_view literal) {
@@ -35,41 +37,65 @@ struct Cursor {
     if (!take(literal)) ok = false;
   }
   // The text up to `end` (a tag), which is consumed. A text that holds a '<' is not a value:
-  // without tags the first '<' must start `end`.
+  // without tags the first '<' must start `end`; with them, the first `end` ends the text.
   [[gnu::always_inline]] std::string_view until(std::string_view end, bool allowTags = false) {
-    std::size_t at = std::string_view::npos;
-    if (ok) at = allowTags ? rest.find(end) : rest.find('<');
-    if (at == std::string_view::npos || !rest.substr(at).starts_with(end)) {
-      ok = false;
-      return {};
+    const char *const data = rest.data();
+    std::size_t at = 0;
+    for (;;) {
+      const void *open = ok ? std::memchr(data + at, '<', rest.size() - at) : nullptr;
+      if (open == nullptr) {
+        ok = false;
+        return {};
+      }
+      at = static_cast<std::size_t>(static_cast<const char *>(open) - data);
+      if (rest.substr(at).starts_with(end)) break;
+      if (!allowTags) {
+        ok = false;
+        return {};
+      }
+      ++at;
     }
     const std::string_view text = rest.substr(0, at);
     rest.remove_prefix(at + end.size());
     return text;
+  }
+  // A value's text, up to `end`, as the file system reads it.
+  [[gnu::always_inline]] std::string_view value(std::string_view end, std::string &storage,
+                                                bool allowTags = false) {
+    return decode(until(end, allowTags), storage);
   }
 };
 
 // "<read/><write/>" to a set; false when it is not a run of empty elements.
 bool readRights(std::string_view text, RightsSet &rights, bool &unknown) {
   rights = 0;
-  while (!text.empty()) {
-    if (!text.starts_with('<')) return false;
-    const std::size_t end = text.find("/>");
-    if (end == std::string_view::npos) return false;
-    const RightsSet bit = rightBit(text.substr(1, end - 1));
+  const char *const data = text.data();
+  std::size_t at = 0;
+  while (at < text.size()) {
+    if (data[at] != '<') return false;
+    // The element's name runs to the first "/>"; it cannot start at the '<' itself.
+    std::size_t end = at + 1;
+    for (;;) {
+      const void *slash = std::memchr(data + end, '/', text.size() - end);
+      if (slash == nullptr) return false;
+      end = static_cast<std::size_t>(static_cast<const char *>(slash) - data);
+      if (end + 1 < text.size() && data[end + 1] == '>') break;
+      ++end;
+    }
+    const RightsSet bit = rightBit(text.substr(at + 1, end - at - 1));
     if (bit == 0) unknown = true;
     rights |= bit;
-    text.remove_prefix(end + 2);
+    at = end + 2;
   }
   return true;
 }
 
-bool readTrusteeRequest(Cursor &cursor, SentRequest &request) {
+bool readTrusteeRequest(Cursor &cursor, SentRequestView &request, SentRequest &decoded) {
   if (cursor.take("<trustees><addTrustee type=\"adID\"><userID>")) {
     request.ad = true;
-    cursor.decode(cursor.until("</userID>"), request.user);
+    request.user = cursor.value("</userID>", decoded.user);
   } else if (cursor.take("<trustees><addTrustee><name>")) {
-    cursor.decode(cursor.until("</name>"), request.user);
+    request.user = cursor.value("</name>", decoded.user);
   } else {
     request.kind = RequestKind::modifyInheritedRightsFilter;
     cursor.need("<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>");
@@ -77,7 +103,7 @@ bool readTrusteeRequest(Cursor &cursor, SentRequest &request) {
                     request.unknownRight))
       return false;
     cursor.need("<fileName>");
-    cursor.decode(cursor.until("</fileName>", true), request.fileName);
+    request.fileName = cursor.value("</fileName>", decoded.fileName, true);
     request.gemel = cursor.take("<gemelPath/>");
     cursor.need("</modifyInheritedRightsFilter></trustees>");
     return cursor.ok;
@@ -86,24 +112,24 @@ bool readTrusteeRequest(Cursor &cursor, SentRequest &request) {
   if (!readRights(cursor.until("</rights>", true), request.rights, request.unknownRight))
     return false;
   cursor.need("<fileName>");
-  cursor.decode(cursor.until("</fileName>", true), request.fileName);
+  request.fileName = cursor.value("</fileName>", decoded.fileName, true);
   request.gemel = cursor.take("<gemelPath/>");
   cursor.need("<symLink/></addTrustee></trustees>");
   return cursor.ok;
 }
 
-bool readQuotaRequest(Cursor &cursor, SentRequest &request) {
+bool readQuotaRequest(Cursor &cursor, SentRequestView &request, SentRequest &decoded) {
   request.kind = RequestKind::addQuota;
   cursor.need("<directoryQuota><addQuota><fileName>");
-  cursor.decode(cursor.until("</fileName>", true), request.fileName);
+  request.fileName = cursor.value("</fileName>", decoded.fileName, true);
   request.gemel = cursor.take("<gemelPath/>");
   cursor.need("<quotaAmount>");
-  cursor.decode(cursor.until("</quotaAmount>"), request.amount);
+  request.amount = cursor.value("</quotaAmount>", decoded.amount);
   cursor.need("</addQuota></directoryQuota>");
   return cursor.ok;
 }
 
-bool readUserQuotaRequest(Cursor &cursor, SentRequest &request) {
+bool readUserQuotaRequest(Cursor &cursor, SentRequestView &request, SentRequest &decoded) {
   request.kind = RequestKind::userSpaceRestrictions;
   cursor.need("<userSpaceRestrictions>");
   if (cursor.take("<set type=\"adID\">"))
@@ -111,40 +137,55 @@ bool readUserQuotaRequest(Cursor &cursor, SentRequest &request) {
   else
     cursor.need("<set>");
   cursor.need("<volumeName>");
-  cursor.decode(cursor.until("</volumeName>"), request.volume);
+  request.volume = cursor.value("</volumeName>", decoded.volume);
   cursor.need("<userName>");
-  cursor.decode(cursor.until("</userName>"), request.user);
+  request.user = cursor.value("</userName>", decoded.user);
   cursor.need("<quota>");
-  cursor.decode(cursor.until("</quota>"), request.amount);
+  request.amount = cursor.value("</quota>", decoded.amount);
   request.gemel = cursor.take("<gemelPath/>");
   cursor.need("</set></userSpaceRestrictions>");
   return cursor.ok;
 }
 
+// A text of the view into its owned place, unless it is there already (decoded into it).
+void keep(std::string_view text, std::string &owned) {
+  if (text.data() != owned.data()) owned.assign(text);
+}
+
 }  // namespace
 
-bool readSentRequest(std::string_view bytes, SentRequest &request) {
-  // Field by field, so that the texts' storage serves the next request too.
-  request.kind = RequestKind::addTrustee;
-  request.ad = request.gemel = request.unknownRight = false;
-  request.fileName.clear();
-  request.user.clear();
-  request.volume.clear();
-  request.amount.clear();
-  request.rights = 0;
-  Cursor cursor{bytes, true, bytes.find('&') == std::string_view::npos};
+bool readSentRequest(std::string_view bytes, SentRequestView &request, SentRequest &decoded) {
+  request = SentRequestView();
+  Cursor cursor{bytes, true, std::memchr(bytes.data(), '&', bytes.size()) == nullptr};
   bool read = false;
   if (cursor.take(kFileOpen)) {
     if (!bytes.ends_with(kFileClose)) return false;
     cursor.rest.remove_suffix(kFileClose.size());
-    read = cursor.rest.starts_with("<directoryQuota>") ? readQuotaRequest(cursor, request)
-                                                       : readTrusteeRequest(cursor, request);
+    read = cursor.rest.starts_with("<directoryQuota>")
+               ? readQuotaRequest(cursor, request, decoded)
+               : readTrusteeRequest(cursor, request, decoded);
   } else if (cursor.take(kVolumeOpen)) {
     if (!bytes.ends_with(kVolumeClose)) return false;
     cursor.rest.remove_suffix(kVolumeClose.size());
-    read = readUserQuotaRequest(cursor, request);
+    read = readUserQuotaRequest(cursor, request, decoded);
   }
   return read && cursor.ok && cursor.rest.empty();
+}
+
+bool readSentRequest(std::string_view bytes, SentRequest &request) {
+  SentRequestView view;
+  const bool read = readSentRequest(bytes, view, request);
+  // Field by field, so that the texts' storage serves the next request too.
+  request.kind = view.kind;
+  request.ad = view.ad;
+  request.gemel = view.gemel;
+  keep(view.fileName, request.fileName);
+  keep(view.user, request.user);
+  keep(view.volume, request.volume);
+  keep(view.amount, request.amount);
+  request.rights = view.rights;
+  request.unknownRight = view.unknownRight;
+  return read;
 }
 
 SentRequestView viewOf(const SentRequest &request) {

@@ -43,6 +43,9 @@ SentRequestView viewOf(const SentRequest &request);
 
 // Reads one request. False when the bytes are not exactly one of trovan's request forms.
 bool readSentRequest(std::string_view bytes, SentRequest &request);
+// The same in one pass, without copies: a text of `request` is `bytes`' own where the file
+// system reads it as it stands, and one of `decoded`'s strings where it decodes references.
+bool readSentRequest(std::string_view bytes, SentRequestView &request, SentRequest &decoded);
 
 // The entry kind a request kind restores.
 EntryKind entryKindOf(RequestKind kind);

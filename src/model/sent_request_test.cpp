@@ -70,6 +70,54 @@ TEST(SentRequest, FilterAndQuotas) {
   EXPECT_EQ(request.amount, "77");
 }
 
+TEST(SentRequest, AViewKeepsPlainTextsInTheRequestAndDecodedOnesAside) {
+  const std::string bytes =
+      fileRequest("<trustees><addTrustee><name>ann&amp;co.T.</name><rights><read/><x/></rights>"
+                  "<fileName>/mnt/V/docs</fileName><symLink/></addTrustee></trustees>");
+  SentRequestView view;
+  SentRequest decoded;
+  ASSERT_TRUE(readSentRequest(bytes, view, decoded));
+  EXPECT_EQ(view.user, "ann&co.T.");
+  EXPECT_EQ(view.user.data(), decoded.user.data());
+  EXPECT_EQ(view.fileName, "/mnt/V/docs");
+  EXPECT_EQ(view.fileName.data(), decoded.fileName.data());  // decoded: the request has an '&'
+  EXPECT_EQ(rightsLetters(view.rights), "r");
+  EXPECT_TRUE(view.unknownRight);
+  const std::string plain = volumeRequest("<userSpaceRestrictions><set><volumeName>V</volumeName>"
+                                          "<userName>u.T.</userName><quota>9</quota><gemelPath/>"
+                                          "</set></userSpaceRestrictions>");
+  ASSERT_TRUE(readSentRequest(plain, view, decoded));
+  EXPECT_EQ(view.kind, RequestKind::userSpaceRestrictions);
+  EXPECT_FALSE(view.ad);
+  EXPECT_TRUE(view.gemel);
+  EXPECT_FALSE(view.unknownRight);
+  EXPECT_EQ(view.user, "u.T.");
+  EXPECT_GE(view.user.data(), plain.data());
+  EXPECT_LT(view.user.data(), plain.data() + plain.size());
+  EXPECT_EQ(view.volume, "V");
+  EXPECT_EQ(view.amount, "9");
+  EXPECT_TRUE(view.fileName.empty());
+}
+
+TEST(SentRequest, RightsEndAtTheirFirstEmptyElementClose) {
+  SentRequest request;
+  // A '/' that closes no element is part of the name: the name is "a/b", no right.
+  ASSERT_TRUE(readSentRequest(
+      fileRequest("<trustees><modifyInheritedRightsFilter><inheritedRightsFilter><a/b/><read/>"
+                  "</inheritedRightsFilter><fileName>/mnt/V/d</fileName>"
+                  "</modifyInheritedRightsFilter></trustees>"),
+      request));
+  EXPECT_EQ(rightsLetters(request.rights), "r");
+  EXPECT_TRUE(request.unknownRight);
+  EXPECT_FALSE(request.gemel);
+  // An element left open is not a run of empty elements.
+  EXPECT_FALSE(readSentRequest(
+      fileRequest("<trustees><modifyInheritedRightsFilter><inheritedRightsFilter><read/><write"
+                  "</inheritedRightsFilter><fileName>/mnt/V/d</fileName>"
+                  "</modifyInheritedRightsFilter></trustees>"),
+      request));
+}
+
 TEST(SentRequest, MarkupMakesAnotherForm) {
   SentRequest request;
   EXPECT_FALSE(readSentRequest(
