@@ -72,15 +72,6 @@ TEST(EntryKeyHash, IsTheHashOfTheEntryKeyForEveryKind) {
     EXPECT_EQ(entryKeyHash(*entry), keyHash(keyOf(*entry))) << keyOf(*entry);
 }
 
-TEST(EntryKeyHash, DirectoryPathsHashInTheSlashForm) {
-  Entry back;
-  back.kind = EntryKind::dirQuota;
-  back.path = "\\q\\sub\\deeper\\than\\a\\word";
-  Entry forward = back;
-  forward.path = "/q/sub/deeper/than/a/word";
-  EXPECT_EQ(entryKeyHash(back), entryKeyHash(forward));
-}
-
 TEST(EntryKeyHash, KeysLongerThanTheStackBufferHashAlike) {
   Entry trustee = trusteeEntry();
   trustee.path = "/" + std::string(4000, 'p');
