@@ -70,5 +70,4 @@ private:
   std::size_t used_ = kBlockSize;    // bytes used in the last block
   HashSlots<std::uint32_t> refs_;    // where each record is (see store()), by key hash
   std::vector<std::size_t> filled_;  // bytes used in each block
-  std::string key_;                  // the key of an entry given without its hash
 };
