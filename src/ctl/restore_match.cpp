@@ -186,9 +186,9 @@ std::string statusText(int status, bool atEntry) {
 
 }  // namespace
 
-void RestoreMatch::request(std::string_view bytes, unsigned long long offset) {
-  restoreOffset_ = offset;
-  pullUpTo(offset);
+void RestoreMatch::request(std::string_view bytes, RestorePlace place) {
+  restoreOffset_ = place.read;
+  pullUpTo(place.parsed);
   SentRequestView request;
   if (!readSentRequest(bytes, request, sentRequest_)) {
     ++sent_[static_cast<int>(guessKind(bytes))];
@@ -205,9 +205,9 @@ void RestoreMatch::request(std::string_view bytes, unsigned long long offset) {
   match(request);
 }
 
-void RestoreMatch::readRequest(const SentRequestView &request, unsigned long long offset) {
-  restoreOffset_ = offset;
-  pullUpTo(offset);
+void RestoreMatch::readRequest(const SentRequestView &request, RestorePlace place) {
+  restoreOffset_ = place.read;
+  pullUpTo(place.parsed);
   match(request);
 }
 

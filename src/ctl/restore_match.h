@@ -1,7 +1,8 @@
 // What trovan restore would send, set against what the document says. The requests come one by
 // one from trovan's own restore run over the document; the entries come from the strict reader
-// over the same bytes, pulled only as far as trovan has read, so that neither side is held
-// whole. Every difference becomes a finding on the line of the entry it concerns.
+// over the same bytes, pulled only as far as trovan's reader has gone (a request is made of
+// bytes it has gone past, and an entry further on cannot be what it is for), so that neither
+// side is held whole. Every difference becomes a finding on the line of the entry it concerns.
 #pragma once
 #include <functional>
 #include <string>
@@ -22,13 +23,13 @@ public:
                FindingSink findings, std::function<void(const Entry &)> onEntry,
                unsigned long long readFrom = ~0ULL);
 
-  // One request trovan's restore would send, as its bytes, sent when trovan's reader had taken
-  // `offset` bytes of the document (all of them, unless told otherwise).
-  void request(std::string_view bytes, unsigned long long offset) override;
-  void request(std::string_view bytes) { request(bytes, ~0ULL); }
+  // One request trovan's restore would send, as its bytes, sent at `place` (where trovan's reader
+  // stood: the entries up to there are read before the request is matched with one of them).
+  void request(std::string_view bytes, RestorePlace place) override;
+  void request(std::string_view bytes) { request(bytes, RestorePlace{}); }
   // The same request read back into its parts.
   bool takesParts() const override { return true; }
-  void readRequest(const SentRequestView &request, unsigned long long offset) override;
+  void readRequest(const SentRequestView &request, RestorePlace place) override;
   // The restore has ended with `status`, or its process with `signal`: what was not sent is
   // reported, and a status other than 0 or a signal too.
   void finish(int status, int signal = 0);

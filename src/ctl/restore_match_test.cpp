@@ -25,7 +25,17 @@ enum class Feed { bytes, parts };
 
 // Matches a document against the requests given, as after a restore ending with `status` (with
 // -t `tree`, when one is given).
-Texts match(std::string_view document, const std::vector<std::string> &requests, int status = 0,
+// A request with how far trovan's reader had gone when it was sent (all of the document, unless
+// told otherwise).
+struct PlacedRequest {
+  std::string bytes;
+  unsigned long long parsed = ~0ULL;
+  PlacedRequest(std::string request) : bytes(std::move(request)) {}
+  PlacedRequest(std::string request, unsigned long long at)
+      : bytes(std::move(request)), parsed(at) {}
+};
+
+Texts match(std::string_view document, const std::vector<PlacedRequest> &requests, int status = 0,
             Feed feed = Feed::bytes, const char *tree = nullptr) {
   BytesFd input(document);
   CheckOptions options;
@@ -42,11 +52,12 @@ Texts match(std::string_view document, const std::vector<std::string> &requests,
   DocumentReader reader(input.fd(), sink);
   RestoreMatch matcher(reader, options, settings, sink, nullptr);
   SentRequest parts;
-  for (const std::string &request : requests) {
-    if (feed == Feed::parts && readSentRequest(request, parts))
-      matcher.readRequest(viewOf(parts), ~0ULL);
+  for (const PlacedRequest &request : requests) {
+    const RestorePlace place{request.parsed, ~0ULL};
+    if (feed == Feed::parts && readSentRequest(request.bytes, parts))
+      matcher.readRequest(viewOf(parts), place);
     else
-      matcher.request(request);
+      matcher.request(request.bytes, place);
   }
   matcher.finish(status);
   // In line order, as check writes them.
@@ -85,6 +96,38 @@ TEST(RestoreMatch, ATrusteeThatLandsOnAnotherPath) {
                    "/mnt/V/b",
                    "3 lands-elsewhere: trovan restore would add this trustee of u1 to /mnt/V/b, "
                    "not to /mnt/V/b/y"}));
+}
+
+constexpr char kThreeFiles[] =
+    "<metadata><trusteeInfo>\n"
+    "<file><path><![CDATA[/b]]></path><trustee><name>u0</name><rights><read/></rights>"
+    "</trustee></file>\n"
+    "<file><path><![CDATA[/b/y]]></path><trustee><name>u1</name><rights><read/></rights>"
+    "</trustee></file>\n"
+    "<file><path><![CDATA[/c]]></path><trustee><name>u2</name><rights><read/></rights>"
+    "</trustee></file>\n"
+    "</trusteeInfo></metadata>\n";
+
+// A request is made of what trovan's reader has gone past: an entry further on in the document
+// is not what it was for, even when its user is the request's.
+TEST(RestoreMatch, ARequestIsNeverTakenForAnEntryTrovanHasNotReached) {
+  const std::string request = addTrustee("u2", "/b", "<read/>");
+  const unsigned long long firstFileEnd = std::string_view(kThreeFiles).find("</file>") + 7;
+  EXPECT_EQ(match(kThreeFiles, {{request, firstFileEnd}}),
+            (Texts{"2 sent-for-another-user: trovan restore would send this trustee on /mnt/V/b "
+                   "for u2, not for u0",
+                   "3 not-sent: trovan restore would send nothing for this trustee of u1 on "
+                   "/mnt/V/b/y",
+                   "4 not-sent: trovan restore would send nothing for this trustee of u2 on "
+                   "/mnt/V/c"}));
+  // Sent once trovan had gone past the whole document, it is taken for the trustee of u2.
+  EXPECT_EQ(match(kThreeFiles, {request}),
+            (Texts{"2 not-sent: trovan restore would send nothing for this trustee of u0 on "
+                   "/mnt/V/b",
+                   "3 not-sent: trovan restore would send nothing for this trustee of u1 on "
+                   "/mnt/V/b/y",
+                   "4 lands-elsewhere: trovan restore would add this trustee of u2 to /mnt/V/b, "
+                   "not to /mnt/V/c"}));
 }
 
 TEST(RestoreMatch, OtherRights) {
@@ -151,8 +194,9 @@ std::string userQuota(std::string_view user, std::string_view amount) {
 
 // The findings, after checking that both ways find the same.
 Texts bothWays(std::string_view document, const Texts &requests, const char *tree = nullptr) {
-  const Texts parts = match(document, requests, 0, Feed::parts, tree);
-  EXPECT_EQ(parts, match(document, requests, 0, Feed::bytes, tree));
+  const std::vector<PlacedRequest> placed(requests.begin(), requests.end());
+  const Texts parts = match(document, placed, 0, Feed::parts, tree);
+  EXPECT_EQ(parts, match(document, placed, 0, Feed::bytes, tree));
   return parts;
 }
 

@@ -23,9 +23,10 @@ namespace {
 
 // Records from the child: a request read back into its parts ('P': the parts' head, then
 // their texts), a request that is none of trovan's forms ('R': its bytes), or the end ('S', the
-// status in place of the length). Each carries how far trovan had read the document.
+// status in place of the length). Each carries how far trovan had come in the document.
 struct RecordHead {
-  std::uint64_t offset;
+  std::uint64_t parsed;  // the bytes trovan's reader had gone past
+  std::uint64_t read;    // the bytes it had read
   std::uint32_t length;  // of what follows the head
   char type;
 };
@@ -99,7 +100,10 @@ void addRecord(char type, std::uint64_t length, std::initializer_list<std::strin
     size += piece.size();
   if (records.used + sizeof(RecordHead) + size > sizeof records.block) flushRecords();
   RecordHead head{};  // zeroed, padding too: every byte that goes through the pipe is set
-  head.offset = tag_reader_state::input.consumed;
+  const tag_reader_state::InputState &input = tag_reader_state::input;
+  head.read = input.consumed;
+  // The read-ahead holds the last `loaded` bytes read; the reader stands at `position` in it.
+  head.parsed = input.consumed - (input.loaded - input.position);
   head.length = static_cast<std::uint32_t>(length);
   head.type = type;
   std::memcpy(records.block + records.used, &head, sizeof head);
@@ -217,9 +221,9 @@ public:
       const char *bytes = block_.get() + start_ + sizeof head;
       start_ += sizeof head + head.length;
       if (head.type == 'R')
-        sink.request(std::string_view(bytes, head.length), head.offset);
+        sink.request(std::string_view(bytes, head.length), {head.parsed, head.read});
       else if (readParts(bytes, head.length))
-        sink.readRequest(request_, head.offset);
+        sink.readRequest(request_, {head.parsed, head.read});
       else
         return;
     }

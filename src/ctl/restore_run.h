@@ -15,16 +15,24 @@ struct RestoreOutcome {
   std::string failure;  // why the run could not be made, if it could not
 };
 
+// How far trovan's restore had come in the document when it sent a request: the bytes its
+// reader had gone past (the request was made of those), and the bytes it had read, its
+// read-ahead included (unknown: all of them).
+struct RestorePlace {
+  unsigned long long parsed = ~0ULL;
+  unsigned long long read = ~0ULL;
+};
+
 // Where the requests of a run go, in the order trovan would send them.
 class RequestSink {
 public:
   virtual ~RequestSink() = default;
-  // One request as its bytes; `offset` is how far trovan had read the document when it sent it.
-  virtual void request(std::string_view bytes, unsigned long long offset) = 0;
+  // One request as its bytes, sent at `place`.
+  virtual void request(std::string_view bytes, RestorePlace place) = 0;
   // Whether the requests that are one of trovan's forms come to readRequest instead, read back
   // into their parts (as readSentRequest reads them) by the run: fewer bytes to pass on.
   virtual bool takesParts() const { return false; }
-  virtual void readRequest(const SentRequestView &request, unsigned long long offset) {}
+  virtual void readRequest(const SentRequestView &request, RestorePlace place) {}
 };
 
 // Runs the restore over the document open on `fd` (from its current offset; the descriptor's

@@ -26,11 +26,11 @@ std::string partsText(const SentRequestView &request) {
 class Recorder : public RequestSink {
 public:
   explicit Recorder(bool parts) : parts_(parts) {}
-  void request(std::string_view bytes, unsigned long long) override {
+  void request(std::string_view bytes, RestorePlace) override {
     texts.push_back("bytes: " + std::string(bytes));
   }
   bool takesParts() const override { return parts_; }
-  void readRequest(const SentRequestView &request, unsigned long long) override {
+  void readRequest(const SentRequestView &request, RestorePlace) override {
     texts.push_back("parts: " + partsText(request));
   }
   Texts texts;

@@ -18,7 +18,7 @@ namespace {
 
 class LogLines : public RequestSink {
 public:
-  void request(std::string_view bytes, unsigned long long) override {
+  void request(std::string_view bytes, RestorePlace) override {
     std::string line(bytes);
     if (line.find('\n') != std::string::npos) {
       line.clear();
