@@ -154,8 +154,8 @@ void flushAtEnds() {
   }
 }
 
-// Each request goes with how far trovan had read the document when it made it: the bytes its
-// reader has taken in.
+// Each request goes with how far trovan had come in the document when it made it (see
+// RecordHead), and gets the reply that fits it.
 int standIn(const char *request, std::size_t length, void *) {
   const std::string_view reply = addRequest(std::string_view(request, length));
   // The reply as a string of the buffer's size at most, cut if it must be.
