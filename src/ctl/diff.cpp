@@ -93,10 +93,7 @@ int runDiff(const DiffOptions &options) {
   if (!readEntries(oldSource, options.selection, index, keys,
                    [&](const Entry &entry, std::uint64_t hash, const DocumentReader &reader) {
                      ++tally.oldEntries;
-                     // Grown once to what the document's size promises, not doubled again
-                     // and again: each larger table is fresh memory.
-                     if (index.full())
-                       index.grow(expectedEntries(index.size(), reader.offset(), oldSource.fd()));
+                     index.makeRoom(reader.offset(), oldSource.fd());
                      index.add(entry, hash);
                    }))
     return kTrouble;

@@ -42,10 +42,9 @@ public:
   void prefetchRecord(std::uint64_t hash) const;
 
   std::size_t size() const { return refs_.size(); }
-  // Whether the next new entry makes the table grow; grow() then grows it to hold `expected`
-  // entries (see expectedEntries()) if that is more than twice what it holds.
-  bool full() const { return refs_.full(); }
-  void grow(std::size_t expected) { refs_.grow(expected); }
+  // Makes room for the next entry of a document read `offset` bytes into on `fd` (see
+  // HashSlots::makeRoom()).
+  void makeRoom(unsigned long long offset, int fd) { refs_.makeRoom(offset, fd); }
 
 private:
   // Records are packed into blocks of one huge page, so that reaching a record at a random

@@ -68,6 +68,12 @@ public:
   std::size_t size() const { return count_; }
   // Whether the next key added makes the table grow.
   bool full() const { return (count_ + 1) * 4 > slotCount_ * 3; }
+  // Makes room for the next key of a document read `offset` bytes into on `fd`: a full table
+  // grows once to what the document's size promises (see expectedEntries()), not again and
+  // again, since each larger table is fresh memory.
+  void makeRoom(unsigned long long offset, int fd) {
+    if (full()) grow(expectedEntries(count_, offset, fd));
+  }
   // Grows the table now, to hold `expected` keys if that is more than twice what it holds.
   void grow(std::size_t expected) {
     std::size_t count = slotCount_ == 0 ? kFirstSlots : slotCount_ * 2;

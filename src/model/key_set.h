@@ -18,10 +18,9 @@ public:
   void prefetch(std::uint64_t hash) const { lines_.prefetch(hash); }
 
   std::size_t size() const { return lines_.size(); }
-  // Whether the next new key makes the set grow; grow() then grows it to hold `expected` keys
-  // (see expectedEntries()) if that is more than twice what it holds.
-  bool full() const { return lines_.full(); }
-  void grow(std::size_t expected) { lines_.grow(expected); }
+  // Makes room for the next key of a document read `offset` bytes into on `fd` (see
+  // HashSlots::makeRoom()).
+  void makeRoom(unsigned long long offset, int fd) { lines_.makeRoom(offset, fd); }
   // Forgets every key, keeping the memory (a set reused for another document grows no more).
   void clear() { lines_.clear(); }
 

@@ -173,8 +173,7 @@ void DocumentReader::State::handOut() {
 void DocumentReader::State::settle() {
   if (!unsettled.waiting) return;
   unsettled.waiting = false;
-  // Grown once to what the document's size promises, not doubled again and again.
-  if (keys->full()) keys->grow(expectedEntries(keys->size(), unsettled.offset, fd));
+  keys->makeRoom(unsettled.offset, fd);
   if (const unsigned long first = keys->insertHash(unsettled.hash, unsettled.at.line); first != 0)
     queue(ReaderEvent::Kind::finding, Section::trustees, 0) = {
         unsettled.at, "duplicate-entry",
