@@ -1,7 +1,5 @@
 #include "model/sent_request.h"
 
-#include <cstring>
-
 #include "model/server_text.h"
 
 namespace {
@@ -39,21 +37,11 @@ struct Cursor {
   // The text up to `end` (a tag), which is consumed. A text that holds a '<' is not a value:
   // without tags the first '<' must start `end`; with them, the first `end` ends the text.
   [[gnu::always_inline]] std::string_view until(std::string_view end, bool allowTags = false) {
-    const char *const data = rest.data();
-    std::size_t at = 0;
-    for (;;) {
-      const void *open = ok ? std::memchr(data + at, '<', rest.size() - at) : nullptr;
-      if (open == nullptr) {
-        ok = false;
-        return {};
-      }
-      at = static_cast<std::size_t>(static_cast<const char *>(open) - data);
-      if (rest.substr(at).starts_with(end)) break;
-      if (!allowTags) {
-        ok = false;
-        return {};
-      }
-      ++at;
+    std::size_t at = std::string_view::npos;
+    if (ok) at = allowTags ? rest.find(end) : rest.find('<');
+    if (at == std::string_view::npos || !rest.substr(at).starts_with(end)) {
+      ok = false;
+      return {};
     }
     const std::string_view text = rest.substr(0, at);
     rest.remove_prefix(at + end.size());
@@ -69,23 +57,14 @@ struct Cursor {
 // "<read/><write/>" to a set; false when it is not a run of empty elements.
 bool readRights(std::string_view text, RightsSet &rights, bool &unknown) {
   rights = 0;
-  const char *const data = text.data();
-  std::size_t at = 0;
-  while (at < text.size()) {
-    if (data[at] != '<') return false;
-    // The element's name runs to the first "/>"; it cannot start at the '<' itself.
-    std::size_t end = at + 1;
-    for (;;) {
-      const void *slash = std::memchr(data + end, '/', text.size() - end);
-      if (slash == nullptr) return false;
-      end = static_cast<std::size_t>(static_cast<const char *>(slash) - data);
-      if (end + 1 < text.size() && data[end + 1] == '>') break;
-      ++end;
-    }
-    const RightsSet bit = rightBit(text.substr(at + 1, end - at - 1));
+  while (!text.empty()) {
+    if (!text.starts_with('<')) return false;
+    const std::size_t end = text.find("/>");
+    if (end == std::string_view::npos) return false;
+    const RightsSet bit = rightBit(text.substr(1, end - 1));
     if (bit == 0) unknown = true;
     rights |= bit;
-    at = end + 2;
+    text.remove_prefix(end + 2);
   }
   return true;
 }
@@ -156,7 +135,7 @@ void keep(std::string_view text, std::string &owned) {
 
 bool readSentRequest(std::string_view bytes, SentRequestView &request, SentRequest &decoded) {
   request = SentRequestView();
-  Cursor cursor{bytes, true, std::memchr(bytes.data(), '&', bytes.size()) == nullptr};
+  Cursor cursor{bytes, true, bytes.find('&') == std::string_view::npos};
   bool read = false;
   if (cursor.take(kFileOpen)) {
     if (!bytes.ends_with(kFileClose)) return false;
