@@ -28,10 +28,12 @@ public:
   }
 
 private:
+  // Twice the slots (one at first), the items moved to the front in their order: a ring
+  // that grows one slot at a time would move every item again at each slot.
   void grow() {
     std::rotate(slots_.begin(), slots_.begin() + static_cast<long>(first_), slots_.end());
     first_ = 0;
-    slots_.emplace_back();
+    slots_.resize(slots_.empty() ? 1 : slots_.size() * 2);
   }
 
   std::vector<T> slots_;
