@@ -8,12 +8,6 @@
 
 namespace {
 
-std::string keyOf(const Entry &entry) {
-  std::string key;
-  entryKey(entry, key);
-  return key;
-}
-
 TEST(EntryKey, DirectoryPathsCompareInTheSlashForm) {
   Entry back;
   back.kind = EntryKind::dirQuota;

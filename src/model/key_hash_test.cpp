@@ -7,14 +7,9 @@
 
 #include "model/entry.h"
 #include "model/hash_slots.h"
+#include "model_support.h"
 
 namespace {
-
-std::string keyOf(const Entry &entry) {
-  std::string key;
-  entryKey(entry, key);
-  return key;
-}
 
 TEST(KeyHash, OneByteChangedAnywhereChangesTheHash) {
   // Every length up to a few steps, every byte's place: the tail's overlapping words too.

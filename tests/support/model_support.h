@@ -41,6 +41,13 @@ struct ReadResult {
   bool failed = false;
 };
 
+// An entry's key, as entryKey() makes it.
+inline std::string keyOf(const Entry &entry) {
+  std::string key;
+  entryKey(entry, key);
+  return key;
+}
+
 // With `keys`, the reader looks duplicates up in that set (see DocumentReader::useKeys).
 inline ReadResult readDocument(std::string_view bytes, KeySet *keys = nullptr) {
   BytesFd input(bytes);
