@@ -269,4 +269,22 @@ TEST(RestoreMatchParts, QuotasByTheirUserAndDirectory) {
                   "/mnt/V\\q\\r, not to /mnt/V/q/r"});
 }
 
+// A request no entry asks for is reported on the first entry that ends past the place trovan's
+// reader had reached, not on the last one it had read ahead.
+TEST(RestoreMatch, ARequestNoEntryAsksForIsReportedWhereTrovanWas) {
+  const std::string request = dirQuota("/z", "5");
+  const unsigned long long firstFileEnd = std::string_view(kThreeFiles).find("</file>") + 7;
+  const std::vector<PlacedRequest> early{{request, firstFileEnd}};
+  const std::string unexpected = "unexpected-request: trovan restore would send this directory "
+                                 "quota on /z 5, which no entry of the document asks for";
+  const std::string notSent = " not-sent: trovan restore would send nothing for this trustee of ";
+  EXPECT_EQ(match(kThreeFiles, early),
+            (Texts{"2" + notSent + "u0 on /mnt/V/b", "3 " + unexpected,
+                   "3" + notSent + "u1 on /mnt/V/b/y", "4" + notSent + "u2 on /mnt/V/c"}));
+  // Sent once trovan had gone past the whole document: on the last entry.
+  EXPECT_EQ(match(kThreeFiles, {request}),
+            (Texts{"2" + notSent + "u0 on /mnt/V/b", "3" + notSent + "u1 on /mnt/V/b/y",
+                   "4 " + unexpected, "4" + notSent + "u2 on /mnt/V/c"}));
+}
+
 }  // namespace
