@@ -1,5 +1,5 @@
 // The tag reader's reading state, shared by the general reader (tag_reader.cpp), its fast steps
-// over plain entries (plain_entries.cpp) and, for its count of bytes read, trovanctl check.
+// over plain entries (plain_entries.cpp) and, to read how far it has come, trovanctl check.
 #pragma once
 #include <cstddef>
 
