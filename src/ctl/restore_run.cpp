@@ -11,10 +11,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
-#include <memory>
 #include <string_view>
 
 #include "channel/admin_channel.h"
+#include "ctl/record_ring.h"
 #include "document/run_settings.h"
 #include "document/tag_reader_state.h"
 #include "restore/restore_driver.h"
@@ -44,8 +44,8 @@ constexpr std::uint8_t kAd = 1, kGemel = 2, kUnknownRight = 4;
 // The largest record: a request fills at most trovan's request buffer, and reading it back
 // never makes its texts longer.
 constexpr std::size_t kRecordLimit = sizeof(RecordHead) + sizeof(PartsHead) + kRequestBufferSize;
-// Records travel through the pipe in blocks of this size, not one write or read each.
-constexpr std::size_t kBlockSize = 1 << 18;
+// Records never straddle the ring's blocks: the largest fits one.
+static_assert(kRecordLimit <= RecordRing::kBlockSize);
 
 // Replies the restore takes as a success. The description is read only when the result is not
 // 0, so there is none. A request read back gets the reply element of its own kind; one that is
@@ -62,34 +62,19 @@ constexpr std::string_view kAnyReply =
     "</result></addQuota><userSpaceRestrictions><result value=\"0\"></result>"
     "</userSpaceRestrictions>";
 
-bool writeAll(int fd, const void *data, std::size_t size) {
-  const char *bytes = static_cast<const char *>(data);
-  while (size > 0) {
-    const ssize_t count = write(fd, bytes, size);
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return false;
-    bytes += count;
-    size -= static_cast<std::size_t>(count);
-  }
-  return true;
-}
-
-// The child's side: records gathered in one block, written when it is full, at the end, and
-// when the process ends otherwise (exit, or a signal that ends it), so that none is lost.
+// The child's side: records written straight into the ring's block being filled, handed over
+// when it is full, at the end, and when the process ends otherwise (exit, or a signal that ends
+// it), so that none is lost. The child ends when the parent is gone.
 struct ChildRecords {
-  int pipe = -1;
-  std::size_t used = 0;
+  RecordRing *ring = nullptr;
   bool parts = false;    // requests go as their parts when they can
   SentRequestView read;  // the request being read back
   SentRequest decoded;   // its texts that the file system decodes (storage for every request)
-  char block[kBlockSize];
 };
 ChildRecords *childRecords = nullptr;
 
 void flushRecords() {
-  ChildRecords &records = *childRecords;
-  if (records.used > 0 && !writeAll(records.pipe, records.block, records.used)) _exit(3);
-  records.used = 0;
+  if (!childRecords->ring->handOver()) _exit(3);
 }
 
 // A record of `type`: its head, then `pieces` one after the other.
@@ -98,7 +83,8 @@ void addRecord(char type, std::uint64_t length, std::initializer_list<std::strin
   std::size_t size = 0;
   for (const std::string_view piece : pieces)
     size += piece.size();
-  if (records.used + sizeof(RecordHead) + size > sizeof records.block) flushRecords();
+  char *const room = records.ring->reserve(sizeof(RecordHead) + size);
+  if (room == nullptr) _exit(3);
   RecordHead head{};  // zeroed, padding too: every byte that goes through the pipe is set
   const tag_reader_state::InputState &input = tag_reader_state::input;
   head.read = input.consumed;
@@ -106,16 +92,17 @@ void addRecord(char type, std::uint64_t length, std::initializer_list<std::strin
   head.parsed = input.consumed - (input.loaded - input.position);
   head.length = static_cast<std::uint32_t>(length);
   head.type = type;
-  std::memcpy(records.block + records.used, &head, sizeof head);
-  records.used += sizeof head;
+  std::memcpy(room, &head, sizeof head);
+  std::size_t used = sizeof head;
   for (const std::string_view piece : pieces) {
-    if (!piece.empty()) std::memcpy(records.block + records.used, piece.data(), piece.size());
-    records.used += piece.size();
+    if (!piece.empty()) std::memcpy(room + used, piece.data(), piece.size());
+    used += piece.size();
   }
+  records.ring->commit(used);
 }
 
 // A request in the form the comparison takes: its parts when it is one of trovan's forms
-// (fewer bytes through the pipe than the request), its bytes when it is not. Returns the reply
+// (fewer bytes to hand over than the request), its bytes when it is not. Returns the reply
 // that fits it.
 std::string_view addRequest(std::string_view bytes) {
   ChildRecords &records = *childRecords;
@@ -168,7 +155,7 @@ int standIn(const char *request, std::size_t length, void *) {
   return 0;
 }
 
-[[noreturn]] void runChild(int pipe, bool parts, int fd, const CheckOptions &options,
+[[noreturn]] void runChild(RecordRing &ring, bool parts, int fd, const CheckOptions &options,
                            const RestoreSettings &settings) {
   // What trovan prints is not part of the check's result.
   const int quiet = open("/dev/null", O_WRONLY);
@@ -178,7 +165,7 @@ int standIn(const char *request, std::size_t length, void *) {
     close(quiet);
   }
   childRecords = new ChildRecords;
-  childRecords->pipe = pipe;
+  childRecords->ring = &ring;
   childRecords->parts = parts;
   flushAtEnds();
   if (!allocateReplyBuffer()) _exit(4);
@@ -199,52 +186,40 @@ int standIn(const char *request, std::size_t length, void *) {
   _exit(0);
 }
 
-// The parent's side: reads the child's records in blocks and hands each request to `sink`,
-// until the end record or the pipe's end.
+// The parent's side: takes the child's records block by block from the ring and hands each
+// request to `sink`, until the end record, a record that does not hold together, or the
+// child's end.
 class RecordReader {
 public:
-  explicit RecordReader(int pipe) : pipe_(pipe), block_(new char[kRecordLimit + kBlockSize]) {}
+  explicit RecordReader(RecordRing &ring) : ring_(ring) {}
 
   void run(RequestSink &sink, RestoreOutcome &outcome) {
-    for (;;) {
-      RecordHead head;
-      if (!have(sizeof head)) return;
-      std::memcpy(&head, block_.get() + start_, sizeof head);
-      if (head.type == 'S') {
-        outcome.ran = true;
-        outcome.status = static_cast<int>(static_cast<std::int32_t>(head.length));
-        return;
+    std::string_view block;
+    while (ring_.next(block)) {
+      while (!block.empty()) {
+        RecordHead head;
+        if (block.size() < sizeof head) return;
+        std::memcpy(&head, block.data(), sizeof head);
+        if (head.type == 'S') {
+          outcome.ran = true;
+          outcome.status = static_cast<int>(static_cast<std::int32_t>(head.length));
+          return;
+        }
+        if ((head.type != 'R' && head.type != 'P') || head.length > block.size() - sizeof head)
+          return;
+        const char *bytes = block.data() + sizeof head;
+        block.remove_prefix(sizeof head + head.length);
+        if (head.type == 'R')
+          sink.request(std::string_view(bytes, head.length), {head.parsed, head.read});
+        else if (readParts(bytes, head.length))
+          sink.readRequest(request_, {head.parsed, head.read});
+        else
+          return;
       }
-      if ((head.type != 'R' && head.type != 'P') || head.length > kRecordLimit - sizeof head ||
-          !have(sizeof head + head.length))
-        return;
-      const char *bytes = block_.get() + start_ + sizeof head;
-      start_ += sizeof head + head.length;
-      if (head.type == 'R')
-        sink.request(std::string_view(bytes, head.length), {head.parsed, head.read});
-      else if (readParts(bytes, head.length))
-        sink.readRequest(request_, {head.parsed, head.read});
-      else
-        return;
     }
   }
 
 private:
-  // Makes `size` bytes (at most kRecordLimit) available at start_; false at the pipe's end.
-  bool have(std::size_t size) {
-    if (end_ - start_ >= size) return true;
-    std::memmove(block_.get(), block_.get() + start_, end_ - start_);
-    end_ -= start_;
-    start_ = 0;
-    while (end_ < size) {
-      const ssize_t count = read(pipe_, block_.get() + end_, kRecordLimit + kBlockSize - end_);
-      if (count < 0 && errno == EINTR) continue;
-      if (count <= 0) return false;
-      end_ += static_cast<std::size_t>(count);
-    }
-    return true;
-  }
-
   // The request of a 'P' record into request_ (its texts are the record's); false when the
   // record does not hold together.
   bool readParts(const char *bytes, std::size_t length) {
@@ -267,11 +242,8 @@ private:
     return at == length;
   }
 
-  int pipe_;
-  std::unique_ptr<char[]> block_;
+  RecordRing &ring_;
   SentRequestView request_;
-  std::size_t start_ = 0;
-  std::size_t end_ = 0;
 };
 
 }  // namespace
@@ -279,30 +251,25 @@ private:
 RestoreOutcome runRestore(int fd, const CheckOptions &options, const RestoreSettings &settings,
                           RequestSink &sink) {
   RestoreOutcome outcome;
-  int pipes[2];
-  if (pipe2(pipes, O_CLOEXEC) != 0) {
+  RecordRing ring;
+  if (!ring.open()) {
     outcome.failure = std::strerror(errno);
     return outcome;
   }
-  // Room for several blocks, so that neither side waits for the other at every block (a
-  // smaller pipe is no error, only slower).
-  fcntl(pipes[1], F_SETPIPE_SZ, 1 << 20);
   std::fflush(stdout);
   std::fflush(stderr);
   const pid_t child = fork();
   if (child < 0) {
     outcome.failure = std::strerror(errno);
-    close(pipes[0]);
-    close(pipes[1]);
     return outcome;
   }
   if (child == 0) {
-    close(pipes[0]);
-    runChild(pipes[1], sink.takesParts(), fd, options, settings);
+    ring.becomeWriter();
+    runChild(ring, sink.takesParts(), fd, options, settings);
   }
-  close(pipes[1]);
-  RecordReader(pipes[0]).run(sink, outcome);
-  close(pipes[0]);
+  ring.becomeReader();
+  RecordReader(ring).run(sink, outcome);
+  ring.close();  // a child still running ends when it next hands over or waits for a block
   int waitStatus = 0;
   while (waitpid(child, &waitStatus, 0) < 0 && errno == EINTR) {
   }

@@ -132,4 +132,28 @@ TEST(RestoreRun, ANegativeStatusComesBackWhole) {
   EXPECT_TRUE(result.texts.empty());
 }
 
+TEST(RestoreRun, ManyRequestsComeWholeAndInOrderOverManyBlocks) {
+  // About 20,000 requests: several times what the child can hand over before the parent reads.
+  std::string document = "<metadata><trusteeInfo>";
+  constexpr int kFiles = 20000;
+  for (int file = 0; file < kFiles; ++file)
+    document += "<file><path>/d/" + std::to_string(file) +
+                "</path><trustee><name>u.T.</name><rights><read/></rights></trustee></file>";
+  document += "</trusteeInfo></metadata>\n";
+  for (const bool parts : {true, false}) {
+    const RunResult result = run(document, parts);
+    EXPECT_TRUE(result.outcome.ran);
+    EXPECT_EQ(result.outcome.status, 0);
+    ASSERT_EQ(result.texts.size(), static_cast<std::size_t>(kFiles));
+    for (int file = 0; file < kFiles; ++file) {
+      const std::string name = "/mnt/V/d/" + std::to_string(file);
+      const std::string &text = result.texts[file];
+      ASSERT_TRUE(parts ? text == "parts: addTrustee gemel file=" + name +
+                                      " user=u.T. volume= amount= rights=r"
+                        : text.find("<fileName>" + name + "</fileName>") != std::string::npos)
+          << text;
+    }
+  }
+}
+
 }  // namespace
