@@ -92,9 +92,10 @@ void RecordRing::close() {
   receive_ = -1;
 }
 
-char *RecordRing::reserve(std::size_t size) {
+// reserve() when the block being filled has no room (or there is none).
+char *RecordRing::reserveAnother(std::size_t size) {
   if (size > kBlockSize) return nullptr;
-  if (current_ >= 0 && used_ + size > kBlockSize && !handOver()) return nullptr;
+  if (!handOver()) return nullptr;
   if (current_ < 0 && !takeFreeBlock()) return nullptr;
   return blocks_ + static_cast<std::size_t>(current_) * kBlockSize + used_;
 }

@@ -30,7 +30,11 @@ public:
   // The writer's side. Room for `size` bytes (at most kBlockSize) in the block being filled;
   // when they do not fit, that block is handed over first and a free one taken, waiting for
   // the reader to free one if it must. nullptr when the reader is gone or sent nonsense.
-  char *reserve(std::size_t size);
+  char *reserve(std::size_t size) {
+    if (current_ >= 0 && size <= kBlockSize - used_)
+      return blocks_ + static_cast<std::size_t>(current_) * kBlockSize + used_;
+    return reserveAnother(size);
+  }
   // The `size` bytes written at the room reserved last are the block's now.
   void commit(std::size_t size) { used_ += size; }
   // Hands over the block being filled if it holds anything (safe in a signal handler: one
@@ -62,5 +66,6 @@ private:
   std::size_t used_ = 0;      // the writer's bytes in its block
   std::uint32_t unused_ = 0;  // the writer's blocks not filled yet: unused_ to kBlocks - 1
 
+  char *reserveAnother(std::size_t size);
   bool takeFreeBlock();
 };
