@@ -208,12 +208,14 @@ struct DocumentReader::State {
   void finish();
 
 private:
-  void takeText(const char *data, std::size_t length, unsigned long long from,
-                unsigned long long to);
-  void appendRaw(unsigned long long from, unsigned long long to);
+  // Inlined: they run for every text the parser hands over.
+  [[gnu::always_inline]] void takeText(const char *data, std::size_t length,
+                                       unsigned long long from, unsigned long long to);
+  [[gnu::always_inline]] void appendRaw(unsigned long long from, unsigned long long to);
   [[gnu::cold, gnu::noinline]] void reportText(unsigned long long from, unsigned long long to);
   Finding errorFinding();
-  void acceptElement(Element element, Element parent, Position at, const char **attributes);
+  [[gnu::always_inline]] void acceptElement(Element element, Element parent, Position at,
+                                            const char **attributes);
   void checkAttributes(Element element, Position at, const char **attributes);
   void openName(const char *name, unsigned long line) {
     if (openKept >= kOpenNamesLimit || openDepth != openKept) return;
@@ -225,7 +227,7 @@ private:
   [[gnu::cold, gnu::noinline]] void repeatedChild(const Frame &frame);
   void beginEntry(EntryKind kind, Position at);
   void beginFileEntry(Element element, Position at);
-  void endValue(const Frame &frame);
+  [[gnu::always_inline]] void endValue(const Frame &frame);
   void endEntry(const Frame &frame);
   void handOut();
   // Counts a value or rights list among its parent's children (a second one is reported).

@@ -75,7 +75,7 @@ void DocumentReader::State::endElement(const char *name) {
   }
 }
 
-void DocumentReader::State::endValue(const Frame &frame) {
+inline void DocumentReader::State::endValue(const Frame &frame) {
   if (textTooLong)
     report(frame.at, "value-too-long",
            tagText(frame.name()) + " longer than " + std::to_string(kValueLimit) + " bytes");
