@@ -222,7 +222,7 @@ void DocumentReader::State::repeatedChild(const Frame &frame) {
          "a second " + tagText(frame.name()) + " in one " + parentTag + "; the last one counts");
 }
 
-void DocumentReader::State::beginEntry(EntryKind kind, Position at) {
+inline void DocumentReader::State::beginEntry(EntryKind kind, Position at) {
   entry = &ready.next();
   clearEntry(*entry);
   entry->kind = kind;

@@ -225,11 +225,11 @@ private:
   [[gnu::cold, gnu::noinline]] void rejectElement(Element element, std::string_view name,
                                                   Position at);
   [[gnu::cold, gnu::noinline]] void repeatedChild(const Frame &frame);
-  void beginEntry(EntryKind kind, Position at);
+  [[gnu::always_inline]] void beginEntry(EntryKind kind, Position at);
   void beginFileEntry(Element element, Position at);
   [[gnu::always_inline]] void endValue(const Frame &frame);
   void endEntry(const Frame &frame);
-  void handOut();
+  [[gnu::always_inline]] void handOut();
   // Counts a value or rights list among its parent's children (a second one is reported).
   void countChild(Element element, Element parent) {
     const unsigned bit = 1u << static_cast<unsigned>(element);

@@ -163,7 +163,7 @@ void DocumentReader::State::endEntry(const Frame &frame) {
   if (entryValid) handOut();
 }
 
-void DocumentReader::State::handOut() {
+inline void DocumentReader::State::handOut() {
   settle();
   unsettled = {true, entryKeyHash(*entry), entry->kind, entry->at, endOffset};
   keys->prefetch(unsettled.hash);
