@@ -73,10 +73,3 @@ ElementMatch matchElement(std::string_view name) {
 }
 
 Element elementOf(std::string_view name) { return matchElement(name).element; }
-
-bool allowsAttribute(Element element, std::string_view attribute) {
-  if (element == Element::trustee || element == Element::user) return attribute == "type";
-  if (element == Element::rights || element == Element::inheritedRightsFilter)
-    return attribute == "value";
-  return false;
-}

@@ -145,25 +145,34 @@ inline bool allowedIn(Element child, Element parent) {
   return (grammar::kAllowed.of[static_cast<unsigned>(parent)] >> static_cast<unsigned>(child)) & 1u;
 }
 
-// Elements whose text is their value (they hold no elements).
+namespace grammar {
+
+// One bit per Element value whose text is its value.
+inline constexpr std::uint32_t kTextHolders = [] {
+  std::uint32_t bits = 0;
+  for (Element element :
+       {Element::name, Element::id, Element::zid, Element::path, Element::spaceUsed,
+        Element::quotaAmount, Element::utc, Element::string, Element::numberOfTimes})
+    bits |= 1u << static_cast<unsigned>(element);
+  return bits;
+}();
+
+}  // namespace grammar
+
+// Elements whose text is their value (they hold no elements): a bit test, asked for every
+// element and text of every document.
 inline bool holdsText(Element element) {
-  switch (element) {
-  case Element::name:
-  case Element::id:
-  case Element::zid:
-  case Element::path:
-  case Element::spaceUsed:
-  case Element::quotaAmount:
-  case Element::utc:
-  case Element::string:
-  case Element::numberOfTimes: return true;
-  default: return false;
-  }
+  return (grammar::kTextHolders >> static_cast<unsigned>(element)) & 1u;
 }
 
 // The attributes an element may carry: "type" (only "adID") on trustee and user, "value" on
 // rights and inheritedRightsFilter.
-bool allowsAttribute(Element element, std::string_view attribute);
+inline bool allowsAttribute(Element element, std::string_view attribute) {
+  if (element == Element::trustee || element == Element::user) return attribute == "type";
+  if (element == Element::rights || element == Element::inheritedRightsFilter)
+    return attribute == "value";
+  return false;
+}
 
 // The name of a known element ("" for the document, "right" for any right).
 inline std::string_view elementName(Element element) {

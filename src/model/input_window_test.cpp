@@ -121,4 +121,22 @@ TEST(InputWindow, SpecialBytesFoundPastSixteenAtATime) {
   EXPECT_EQ(placeOf(window, 63), "1:63");
 }
 
+// A CR or the start of a multi-byte character at each place of a stretch several 64-byte steps
+// long, one at a time: the line and column past it are those of a count byte by byte.
+TEST(InputWindow, ASpecialByteAtAnyPlaceOfALongStretch) {
+  for (const std::string &special : {std::string("\r"), std::string("\xc3\xa9")}) {
+    for (std::size_t at = 0; at + special.size() < 199; ++at) {
+      std::string bytes(200, 'x');
+      bytes.replace(at, special.size(), special);
+      InputWindow window;
+      give(window, bytes);
+      const bool cr = special == "\r";
+      const std::size_t after = at + special.size();
+      const std::string expected =
+          cr ? "2:" + std::to_string(200 - after) : "1:" + std::to_string(200 - after + at + 1);
+      EXPECT_EQ(placeOf(window, 199), expected) << "special byte at " << at;
+    }
+  }
+}
+
 }  // namespace

@@ -222,7 +222,7 @@ void DocumentReader::State::repeatedChild(const Frame &frame) {
          "a second " + tagText(frame.name()) + " in one " + parentTag + "; the last one counts");
 }
 
-void DocumentReader::State::beginEntry(EntryKind kind, Position at) {
+inline void DocumentReader::State::beginEntry(EntryKind kind, Position at) {
   entry = &ready.next();
   clearEntry(*entry);
   entry->kind = kind;
@@ -240,8 +240,8 @@ constexpr unsigned kCountedChildren =
     1u << static_cast<unsigned>(Element::spaceUsed);
 
 // `attributes`: null when the tag has none.
-void DocumentReader::State::acceptElement(Element element, Element parent, Position at,
-                                          const char **attributes) {
+inline void DocumentReader::State::acceptElement(Element element, Element parent, Position at,
+                                                 const char **attributes) {
   switch (element) {
   case Element::trustee:
   case Element::inheritedRightsFilter: beginFileEntry(element, at); break;
@@ -291,8 +291,8 @@ void DocumentReader::State::beginFileEntry(Element element, Position at) {
 
 // Text: a value's (decoded, and as the input has it), or text where only elements belong.
 // `from` and `to` are the input bytes of the event.
-void DocumentReader::State::takeText(const char *data, std::size_t length, unsigned long long from,
-                                     unsigned long long to) {
+inline void DocumentReader::State::takeText(const char *data, std::size_t length,
+                                            unsigned long long from, unsigned long long to) {
   if (skipDepth > 0 || frames.empty()) return;
   const Frame &frame = frames.back();
   if (holdsText(frame.element)) {
@@ -325,7 +325,7 @@ void DocumentReader::State::reportText(unsigned long long from, unsigned long lo
 
 // The input's own bytes of a value: an entity reference as written, where the text handed
 // over holds the character it stands for; a line end written CR LF as it is.
-void DocumentReader::State::appendRaw(unsigned long long from, unsigned long long to) {
+inline void DocumentReader::State::appendRaw(unsigned long long from, unsigned long long to) {
   if (from < input.start()) from = input.start();
   if (to > input.end()) to = input.end();
   if (to <= from) return;

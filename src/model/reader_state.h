@@ -208,12 +208,15 @@ struct DocumentReader::State {
   void finish();
 
 private:
-  void takeText(const char *data, std::size_t length, unsigned long long from,
-                unsigned long long to);
-  void appendRaw(unsigned long long from, unsigned long long to);
+  // Those marked always_inline run for every text, element or entry and are called from one or
+  // two places: a call of their own cost more than much of their work.
+  [[gnu::always_inline]] void takeText(const char *data, std::size_t length,
+                                       unsigned long long from, unsigned long long to);
+  [[gnu::always_inline]] void appendRaw(unsigned long long from, unsigned long long to);
   [[gnu::cold, gnu::noinline]] void reportText(unsigned long long from, unsigned long long to);
   Finding errorFinding();
-  void acceptElement(Element element, Element parent, Position at, const char **attributes);
+  [[gnu::always_inline]] void acceptElement(Element element, Element parent, Position at,
+                                            const char **attributes);
   void checkAttributes(Element element, Position at, const char **attributes);
   void openName(const char *name, unsigned long line) {
     if (openKept >= kOpenNamesLimit || openDepth != openKept) return;
@@ -223,11 +226,11 @@ private:
   [[gnu::cold, gnu::noinline]] void rejectElement(Element element, std::string_view name,
                                                   Position at);
   [[gnu::cold, gnu::noinline]] void repeatedChild(const Frame &frame);
-  void beginEntry(EntryKind kind, Position at);
+  [[gnu::always_inline]] void beginEntry(EntryKind kind, Position at);
   void beginFileEntry(Element element, Position at);
-  void endValue(const Frame &frame);
+  [[gnu::always_inline]] void endValue(const Frame &frame);
   void endEntry(const Frame &frame);
-  void handOut();
+  [[gnu::always_inline]] void handOut();
   // Counts a value or rights list among its parent's children (a second one is reported).
   void countChild(Element element, Element parent) {
     const unsigned bit = 1u << static_cast<unsigned>(element);

@@ -75,7 +75,7 @@ void DocumentReader::State::endElement(const char *name) {
   }
 }
 
-void DocumentReader::State::endValue(const Frame &frame) {
+inline void DocumentReader::State::endValue(const Frame &frame) {
   if (textTooLong)
     report(frame.at, "value-too-long",
            tagText(frame.name()) + " longer than " + std::to_string(kValueLimit) + " bytes");
@@ -163,7 +163,7 @@ void DocumentReader::State::endEntry(const Frame &frame) {
   if (entryValid) handOut();
 }
 
-void DocumentReader::State::handOut() {
+inline void DocumentReader::State::handOut() {
   settle();
   unsettled = {true, entryKeyHash(*entry), entry->kind, entry->at, endOffset};
   keys->prefetch(unsettled.hash);
