@@ -11,6 +11,9 @@ namespace {
 // Entries kept waiting for their request at most; older ones are judged not sent.
 constexpr std::size_t kPendingLimit = 65536;
 
+// The user of the kinds that name none.
+const std::string kNoUser;
+
 std::string describe(EntryKind kind, std::string_view user, std::string_view fileName) {
   std::string text(kindName(kind));
   if (!user.empty()) text.append(" of ").append(user);
@@ -23,10 +26,10 @@ std::string letters(RightsSet rights) { return "[" + rightsLetters(rights) + "]"
 }  // namespace
 
 RestoreMatch::RestoreMatch(DocumentReader &reader, const CheckOptions &options,
-                           const RestoreSettings &settings, FindingSink findings,
-                           std::function<void(const Entry &)> onEntry, unsigned long long readFrom)
+                           const RestoreSettings &settings, FindingSink findings, EntryHook onEntry,
+                           unsigned long long readFrom)
     : reader_(reader), options_(options), settings_(settings), findings_(std::move(findings)),
-      onEntry_(std::move(onEntry)), restoreOffset_(readFrom) {}
+      onEntry_(onEntry), restoreOffset_(readFrom) {}
 
 // What a request for the entry should name is derived only when a finding needs it; the
 // comparison looks at the entry's own texts.
@@ -48,12 +51,11 @@ void RestoreMatch::expect(Pending &pending) const {
 }
 
 const std::string &RestoreMatch::userOf(const Pending &pending) {
-  static const std::string none;
   const Entry &entry = pending.entry;
   if (pending.ownUser) return pending.user;
   if (entry.kind == EntryKind::trustee && entry.ad) return entry.id;
   if (entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota) return entry.name;
-  return none;
+  return kNoUser;
 }
 
 std::string RestoreMatch::fileNameOf(const Pending &pending) const {
@@ -67,16 +69,12 @@ std::string RestoreMatch::fileNameOf(const Pending &pending) const {
   return fileName;
 }
 
-bool RestoreMatch::namesFile(const Pending &pending, std::string_view fileName) const {
-  const std::string &mountPoint = options_.mountPoint;
-  const std::string &path = pending.entry.path;
-  if (pending.entry.kind == EntryKind::userQuota) return fileName.empty();
-  if (fileName.size() != mountPoint.size() + path.size() || !fileName.starts_with(mountPoint))
-    return false;
-  fileName.remove_prefix(mountPoint.size());
-  if (pending.entry.kind != EntryKind::dirQuota) return fileName == path;
-  return std::equal(path.begin(), path.end(), fileName.begin(),
-                    [](char own, char sent) { return (own == '\\' ? '/' : own) == sent; });
+bool RestoreMatch::namesFile(const Pending &pending, std::string_view path) const {
+  const std::string &own = pending.entry.path;
+  if (path.size() != own.size()) return false;
+  if (pending.entry.kind != EntryKind::dirQuota) return path == own;
+  return std::equal(own.begin(), own.end(), path.begin(),
+                    [](char mine, char sent) { return (mine == '\\' ? '/' : mine) == sent; });
 }
 
 bool RestoreMatch::pull() {
@@ -211,23 +209,33 @@ void RestoreMatch::readRequest(const SentRequestView &request, RestorePlace plac
   match(request);
 }
 
-bool RestoreMatch::sameTarget(const Pending &pending, const SentRequestView &request) const {
+inline bool RestoreMatch::sameTarget(const Pending &pending, const Target &target) const {
   const EntryKind kind = pending.entry.kind;
-  if (kind != entryKindOf(request.kind)) return false;
-  if (kind != EntryKind::userQuota && !namesFile(pending, request.fileName)) return false;
-  return (kind != EntryKind::trustee && kind != EntryKind::userQuota) ||
-         userOf(pending) == request.user;
+  if (kind != target.kind) return false;
+  if (kind == EntryKind::userQuota) return userOf(pending) == target.user;
+  if (!target.inVolume || !namesFile(pending, target.path)) return false;
+  return kind != EntryKind::trustee || userOf(pending) == target.user;
 }
 
 // Finds the entry a request is for and compares the two.
 void RestoreMatch::match(const SentRequestView &request) {
   ++sent_[static_cast<int>(request.kind)];
+  // The request's file name split once, for all the entries it is set against.
+  Target target{entryKindOf(request.kind), false, request.fileName, request.user};
+  target.inVolume = target.path.starts_with(options_.mountPoint);
+  if (target.inVolume) target.path.remove_prefix(options_.mountPoint.size());
   for (std::size_t at = 0; at < pending_.size(); ++at) {
-    if (!sameTarget(pending_[at], request)) continue;
+    if (!sameTarget(pending_[at], target)) continue;
     compareValues(pending_[at], request);
     dropThrough(at);
     return;
   }
+  matchElsewhere(request);
+}
+
+// A request that names no entry waiting: the entry it was for, sent to another file or user, or
+// none.
+void RestoreMatch::matchElsewhere(const SentRequestView &request) {
   // The first entry still waiting for its request, when the request is of its kind but names
   // another file or user: that is where its request went.
   std::size_t first = 0;

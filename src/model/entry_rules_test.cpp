@@ -70,6 +70,20 @@ TEST(EntryRules, DotDotComponents) {
                   "mount point it names /mnt/VOL1q"});
 }
 
+// Dots stop the scan of a path one at a time: what follows a single dot is still read.
+TEST(EntryRules, DotsInAPathDoNotEndItsScan) {
+  EXPECT_EQ(ruleFindings(trusteeAt("/a.b/..")),
+            Texts{"1:30 path-outside-volume: path \"/a.b/..\" has a \"..\" component: it can "
+                  "name a file outside the volume"});
+  EXPECT_TRUE(ruleFindings(trusteeAt("/a.b.c/d.")).empty());
+  EXPECT_EQ(ruleFindings(trusteeAt("<![CDATA[/a.b&amp;c]]>")),
+            Texts{"1:30 value-read-otherwise: <path> text \"/a.b&amp;c\" goes into the request as "
+                  "it stands, and the file system reads it as \"/a.b&c\""});
+  EXPECT_EQ(ruleFindings(trusteeAt("/a", "<![CDATA[u.T.</name>]]>")),
+            Texts{"1:45 markup-in-value: <name> text \"u.T.</name>\" would put markup into "
+                  "trovan's request"});
+}
+
 TEST(EntryRules, MarkupCarriedIntoTheRequest) {
   EXPECT_EQ(ruleFindings(trusteeAt("/a", "<![CDATA[x</name><addTrustee><name>y]]>")),
             Texts{"1:45 markup-in-value: <name> text \"x</name><addTrustee><name>y\" would put "
