@@ -85,7 +85,7 @@ void addRecord(char type, std::uint64_t length, std::initializer_list<std::strin
     size += piece.size();
   char *const room = records.ring->reserve(sizeof(RecordHead) + size);
   if (room == nullptr) _exit(3);
-  RecordHead head{};  // zeroed, padding too: every byte that goes through the pipe is set
+  RecordHead head{};  // zeroed, padding too: every byte handed over is set
   const tag_reader_state::InputState &input = tag_reader_state::input;
   head.read = input.consumed;
   // The read-ahead holds the last `loaded` bytes read; the reader stands at `position` in it.
