@@ -6,19 +6,23 @@
 #include "document/xml_text.h"
 #include "restore/restore_requests.h"
 
+bool putTreeName(std::string_view name, const CheckOptions &options, std::string &out) {
+  out = name;
+  if (!options.treeGiven) return true;
+  if (name.size() >= kNameTextSize) return false;
+  char text[kNameTextSize];
+  std::copy(name.begin(), name.end(), text);
+  text[name.size()] = '\0';
+  if (!replaceTreeName(text, options.tree.c_str(), sizeof text)) return false;
+  out = text;
+  return true;
+}
+
 // The user's name as trovan's reader leaves it: the raw text, with -t's tree name put in.
 bool EntryRequests::userName(const Entry &entry) {
-  name_ = entry.rawName;
-  if (!options_.treeGiven) return true;
-  why_ = "the name does not fit its field with the tree name put in";
-  if (name_.size() >= kNameTextSize) return false;
-  char name[kNameTextSize];
-  std::copy(name_.begin(), name_.end(), name);
-  name[name_.size()] = '\0';
-  if (!replaceTreeName(name, options_.tree.c_str(), sizeof name)) return false;
-  name_ = name;
-  why_ = {};
-  return true;
+  if (putTreeName(entry.rawName, options_, name_)) return true;
+  why_ = kTreeNameDoesNotFit;
+  return false;
 }
 
 // The rights elements as written, a right named twice included; trovan refuses the entry when

@@ -16,6 +16,13 @@ struct EntryRequest {
   bool volumeRequest = false;     // sent to the volume command file, not the file one
 };
 
+// `name` with -t's tree name put in as trovan's reader puts it (unchanged without -t), into
+// `out`. False when it no longer fits trovan's name field: trovan then sends nothing for the
+// entry.
+bool putTreeName(std::string_view name, const CheckOptions &options, std::string &out);
+inline constexpr std::string_view kTreeNameDoesNotFit =
+    "the name does not fit its field with the tree name put in";
+
 class EntryRequests {
 public:
   explicit EntryRequests(const CheckOptions &options) : options_(options) {}

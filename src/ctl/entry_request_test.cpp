@@ -86,6 +86,21 @@ TEST_F(EntryRequestTest, NameTooLongWithTheTreeNameIsNotSent) {
   EXPECT_EQ(requests.why(), "the name does not fit its field with the tree name put in");
 }
 
+TEST_F(EntryRequestTest, TreeNamePutInFitsUpToTheLastByteOfTheField) {
+  options.tree = "OTHER";
+  options.treeGiven = true;
+  std::string named;
+  // "n...n.corp." then "OTHER." and the terminating NUL: 1024 bytes, the whole field.
+  const std::string fits = std::string(1024 - 1 - 6 - 6, 'n') + ".corp.TREE.";
+  EXPECT_TRUE(putTreeName(fits, options, named));
+  EXPECT_EQ(named.size(), 1023u);
+  EXPECT_TRUE(named.ends_with(".corp.OTHER."));
+  EXPECT_FALSE(putTreeName("n" + fits, options, named));
+  options.treeGiven = false;
+  EXPECT_TRUE(putTreeName("n" + fits, options, named));
+  EXPECT_EQ(named, "n" + fits);
+}
+
 TEST_F(EntryRequestTest, FilterWithoutGemelPath) {
   reflectOnGemel = 0;
   Entry entry = trustee(false);

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "ctl/document_operand.h"
+#include "ctl/entry_request.h"
 #include "ctl/output.h"
 #include "ctl/scratch_file.h"
 #include "document/records.h"
@@ -20,16 +21,6 @@ namespace {
 
 bool ofUser(const Entry &entry) {
   return entry.kind == EntryKind::trustee || entry.kind == EntryKind::userQuota;
-}
-
-// trovan's -t rule on an Arbor user's name.
-void putTree(Entry &entry, const CheckOptions &options) {
-  if (!options.treeGiven || !ofUser(entry) || entry.ad) return;
-  char name[kNameTextSize];
-  if (entry.name.size() >= sizeof name) return;
-  entry.name.copy(name, entry.name.size());
-  name[entry.name.size()] = '\0';
-  if (replaceTreeName(name, options.tree.c_str(), sizeof name)) entry.name = name;
 }
 
 // Whether the rights elements as written fit trovan's field (a list in table order always does).
@@ -154,7 +145,13 @@ void VolumePlan::judge(PlannedEntry &planned, Entry &entry) {
     planned.verdict = Verdict::skipped;
     return;
   }
-  if (std::string why = incomplete(entry); !why.empty()) {
+  std::string why = incomplete(entry);
+  // trovan sends nothing for a user whose name no longer fits its field once -t puts the tree
+  // name in (its raw text, as trovan's reader takes it).
+  if (why.empty() && options_.treeGiven && ofUser(entry) &&
+      !putTreeName(entry.rawName, options_, treeName_))
+    why = kTreeNameDoesNotFit;
+  if (!why.empty()) {
     planned.verdict = Verdict::refused;
     planned.flag = "incomplete";
     planned.reason = why;
@@ -167,7 +164,10 @@ void VolumePlan::judge(PlannedEntry &planned, Entry &entry) {
     planned.reason = finding.message;
   });
   if (planned.verdict == Verdict::refused) return;
-  putTree(entry, options_);
+  // An Arbor user is matched with the volume's under the name the restore gives it.
+  if (options_.treeGiven && ofUser(entry) && !entry.ad &&
+      putTreeName(entry.name, options_, treeName_))
+    entry.name.swap(treeName_);
   if (volume_.match(entry, stored_)) {
     if (sameValue(entry, stored_)) {
       planned.verdict = Verdict::inPlace;

@@ -61,8 +61,9 @@ private:
   const RestoreSettings &settings_;
   EntryIndex volume_;
   RuleSettings rules_;
-  Entry stored_;      // the volume's entry a document entry matched
-  std::string full_;  // the path looked up for a flag
+  Entry stored_;          // the volume's entry a document entry matched
+  std::string full_;      // the path looked up for a flag
+  std::string treeName_;  // a user's name with -t's tree name put in
   std::string lastPath_, lastFolder_;
   bool lastPathExists_ = false, lastFolderMissing_ = false;
   bool flagging_ = true;

@@ -136,3 +136,22 @@ the plan says it is never sent, and apply refuses the document without --force.
     > refuse    trustee /d0/f1 bob.corp.TREE. [r]: never sent: the rights elements do not fit their field
     2> trovanctl: apply: long.xml: 1 problem(s) found (see trovanctl check); nothing sent. --force sends the changes anyway
     ? 2
+
+A user's name that fits trovan's field as written, but not once `-t` puts a longer tree name in:
+trovan restore sends nothing for it, so the plan says it is never sent and apply refuses the
+document without --force, as for rights that do not fit. (The thousand n's are shortened.)
+
+    $ printf '<metadata><trusteeInfo><file><path>/d0/f1</path><trustee><name>%s.corp.TREE.</name><id></id><rights><read/></rights></trustee></file></trusteeInfo></metadata>\n' "$(printf 'n%.0s' $(seq 1000))" > tree.xml
+    ? 0
+    $ trovanctl plan LONG tree.xml -t TTTTTTTTTTTTTTTTTTTT > plan.txt; status=$?; sed 's/n\{1000\}/n.../' plan.txt; exit $status
+    > x trustee /d0/f1 n....corp.TREE. [r]: never sent: the name does not fit its field with the tree name put in
+    > plan LONG <- tree.xml: 0 to add, 0 to change, 0 in place, 0 skipped, 1 never sent (0 may be refused); 0 on the volume only (0 to remove)
+    ? 1
+    $ trovanctl apply LONG tree.xml -t TTTTTTTTTTTTTTTTTTTT --quiet > apply.txt; status=$?; sed 's/n\{1000\}/n.../' apply.txt; exit $status
+    > refuse    trustee /d0/f1 n....corp.TREE. [r]: never sent: the name does not fit its field with the tree name put in
+    2> trovanctl: apply: tree.xml: 1 problem(s) found (see trovanctl check); nothing sent. --force sends the changes anyway
+    ? 2
+    $ trovanctl apply LONG tree.xml -t TTTTTTTTTTTTTTTTTTTT --force > apply.txt; status=$?; sed 's/n\{1000\}/n.../' apply.txt; exit $status
+    > refuse    trustee /d0/f1 n....corp.TREE. [r]: never sent: the name does not fit its field with the tree name put in
+    > apply LONG <- tree.xml: 0 applied, 0 in place, 1 refused, 0 skipped, 0 removed
+    ? 1
