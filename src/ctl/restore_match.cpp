@@ -26,10 +26,10 @@ std::string letters(RightsSet rights) { return "[" + rightsLetters(rights) + "]"
 }  // namespace
 
 RestoreMatch::RestoreMatch(DocumentReader &reader, const CheckOptions &options,
-                           const RestoreSettings &settings, FindingSink findings, EntryHook onEntry,
-                           unsigned long long readFrom)
+                           const RestoreSettings &settings, FindingSink findings,
+                           std::function<void(const Entry &)> onEntry, unsigned long long readFrom)
     : reader_(reader), options_(options), settings_(settings), findings_(std::move(findings)),
-      onEntry_(onEntry), restoreOffset_(readFrom) {}
+      onEntry_(std::move(onEntry)), restoreOffset_(readFrom) {}
 
 // What a request for the entry should name is derived only when a finding needs it; the
 // comparison looks at the entry's own texts.

@@ -4,10 +4,9 @@
 // bytes it has gone past, and an entry further on cannot be what it is for), so that neither
 // side is held whole. Every difference becomes a finding on the line of the entry it concerns.
 #pragma once
-#include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
-#include <type_traits>
 
 #include "ctl/check_settings.h"
 #include "ctl/restore_run.h"
@@ -15,37 +14,14 @@
 #include "model/document_reader.h"
 #include "model/sent_request.h"
 
-// A callable that sees each entry, taken by reference (it must outlive the match): one plain
-// indirect call an entry. Empty from nullptr.
-class EntryHook {
-public:
-  EntryHook(std::nullptr_t) {}  // NOLINT: no hook
-  template <typename F,
-            typename = std::enable_if_t<!std::is_same_v<std::remove_cv_t<F>, EntryHook>>>
-  EntryHook(F &callable)  // NOLINT: a hook from any callable lvalue
-      : object_(const_cast<void *>(static_cast<const void *>(&callable))),
-        call_([](void *object, const Entry &entry) { (*static_cast<F *>(object))(entry); }) {}
-  // A temporary would be gone before the first entry.
-  template <typename F,
-            typename = std::enable_if_t<!std::is_lvalue_reference_v<F> &&
-                                        !std::is_same_v<std::remove_cv_t<F>, EntryHook>>>
-  EntryHook(F &&) = delete;
-
-  explicit operator bool() const { return call_ != nullptr; }
-  void operator()(const Entry &entry) const { call_(object_, entry); }
-
-private:
-  void *object_ = nullptr;
-  void (*call_)(void *, const Entry &) = nullptr;
-};
-
 class RestoreMatch : public RequestSink {
 public:
   // `onEntry` sees every entry the strict reader yields, in order. `readFrom` is how many bytes
   // of the document trovan's reader has taken before its first request (all of them, unless
   // told otherwise).
   RestoreMatch(DocumentReader &reader, const CheckOptions &options, const RestoreSettings &settings,
-               FindingSink findings, EntryHook onEntry, unsigned long long readFrom = ~0ULL);
+               FindingSink findings, std::function<void(const Entry &)> onEntry,
+               unsigned long long readFrom = ~0ULL);
 
   // One request trovan's restore would send, as its bytes, sent at `place` (where trovan's reader
   // stood: the entries up to there are read before the request is matched with one of them).
@@ -99,7 +75,7 @@ private:
   const CheckOptions &options_;
   const RestoreSettings &settings_;
   FindingSink findings_;
-  EntryHook onEntry_;
+  std::function<void(const Entry &)> onEntry_;
   unsigned long long restoreOffset_;
   ReuseQueue<Pending> pending_;
   void match(const SentRequestView &request);

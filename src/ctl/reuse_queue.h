@@ -10,20 +10,22 @@ template <typename T> class ReuseQueue {
 public:
   bool empty() const { return size_ == 0; }
   std::size_t size() const { return size_; }
-  T &operator[](std::size_t index) { return slots_[(head_ + index) & mask_]; }
-  const T &operator[](std::size_t index) const { return slots_[(head_ + index) & mask_]; }
+  T &operator[](std::size_t index) { return slots_[(head_ + index) & (slots_.size() - 1)]; }
+  const T &operator[](std::size_t index) const {
+    return slots_[(head_ + index) & (slots_.size() - 1)];
+  }
   T &back() { return (*this)[size_ - 1]; }
   const T &back() const { return (*this)[size_ - 1]; }
 
   // A slot at the back, holding whatever it held before.
   T &pushBack() {
-    if (slots_.empty() || size_ > mask_) grow();
+    if (size_ == slots_.size()) grow();
     ++size_;
     return back();
   }
   void popBack() { --size_; }
   void popFront(std::size_t count) {
-    head_ = (head_ + count) & mask_;
+    head_ = (head_ + count) & (slots_.size() - 1);
     size_ -= count;
   }
   void clear() { head_ = size_ = 0; }
@@ -34,11 +36,9 @@ private:
     std::rotate(slots_.begin(), slots_.begin() + static_cast<std::ptrdiff_t>(head_), slots_.end());
     head_ = 0;
     slots_.resize(slots_.empty() ? 16 : slots_.size() * 2);
-    mask_ = slots_.size() - 1;
   }
 
   std::vector<T> slots_;
-  std::size_t mask_ = 0;  // slots_.size() - 1, kept: the size of a large T is a division away
   std::size_t head_ = 0;
   std::size_t size_ = 0;
 };

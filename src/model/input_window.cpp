@@ -1,6 +1,6 @@
 // Lines are counted over stretches known to hold no CR and no multi-byte character (found
-// sixty-four, sixteen or eight bytes at a time) by the next LF, found once per line whatever the
-// number of places asked about in it; other stretches go byte by byte.
+// sixteen or eight bytes at a time) by the next LF, found once per line whatever the number of
+// places asked about in it; other stretches go byte by byte.
 #include "model/input_window.h"
 
 #if defined(__SSE2__)
@@ -52,16 +52,6 @@ unsigned long long InputWindow::scanSpecial(unsigned long long from, unsigned lo
   const char *const last = at(to);
 #if defined(__SSE2__)
   const __m128i crs = _mm_set1_epi8('\r');
-  // Sixty-four bytes a step while none is special (the usual case: a whole chunk at once); the
-  // step that holds one is searched again sixteen bytes at a time.
-  for (; last - byte >= 64; byte += 64) {
-    __m128i any = _mm_setzero_si128();
-    for (int part = 0; part < 64; part += 16) {
-      const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(byte + part));
-      any = _mm_or_si128(any, _mm_or_si128(block, _mm_cmpeq_epi8(block, crs)));
-    }
-    if (_mm_movemask_epi8(any) != 0) break;
-  }
   for (; last - byte >= 16; byte += 16) {
     const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(byte));
     // The top bit of a byte above 0x7F, or of a CR made all ones.
