@@ -79,7 +79,7 @@ void parseChunk(State &state) {
   // Later events start where the parser stands or after; a value's raw text from lastEnd.
   unsigned long long keep = state.parserOffset();
   if (state.lastEnd < keep) keep = state.lastEnd;
-  state.input.position(keep);
+  state.place(keep);
   state.input.forgetBefore(keep);
 }
 

@@ -47,12 +47,12 @@ Finding DocumentReader::State::errorFinding() {
   const std::string prefix = "not well-formed XML: ";
   const unsigned long long rest = firstNonBlank(input, lastEnd);
   if (error.code == XML_ERR_TAG_NAME_MISMATCH) {
-    Position at = input.position(markupStart());
+    Position at = place(markupStart());
     at.column += 2;  // the name after "</"
     std::string message = prefix + "mismatched tag";
     if (openKept > 0 && openKept == openDepth)
       message += " (the open element is <" + std::string(openNames[openKept - 1].name) +
-                 "> of line " + std::to_string(openNames[openKept - 1].line) + ")";
+                 "> of line " + std::to_string(placeOfOpen(openKept - 1).line) + ")";
     return {at, "not-well-formed", message};
   }
   switch (error.code) {
@@ -60,24 +60,24 @@ Finding DocumentReader::State::errorFinding() {
   case XML_ERR_ENTITYREF_NO_NAME:
     return {error.at, "not-well-formed", prefix + "not well-formed (invalid token)"};
   case XML_ERR_UNDECLARED_ENTITY:
-    return {input.position(rest), "not-well-formed", prefix + "undefined entity"};
+    return {place(rest), "not-well-formed", prefix + "undefined entity"};
   case XML_ERR_ATTRIBUTE_REDEFINED:
     return {error.at, "not-well-formed", prefix + "duplicate attribute"};
   default: break;
   }
   if (error.atEnd || error.code == XML_ERR_DOCUMENT_END) {
     if (rootSeen && openDepth == 0)
-      return {input.position(rest), "not-well-formed", prefix + "junk after document element"};
+      return {place(rest), "not-well-formed", prefix + "junk after document element"};
     if (rest == input.end() && openDepth == 0)
-      return {input.position(rest), "not-well-formed", "the document holds no element"};
+      return {place(rest), "not-well-formed", "the document holds no element"};
     if (rest == input.end()) {
       std::string message = "the document ends inside <" +
                             std::string(openKept == 0 ? "?" : openNames[openKept - 1].name) + ">";
-      if (openKept > 0) message += " of line " + std::to_string(openNames[openKept - 1].line);
-      return {input.position(rest), "not-well-formed", message};
+      if (openKept > 0) message += " of line " + std::to_string(placeOfOpen(openKept - 1).line);
+      return {place(rest), "not-well-formed", message};
     }
     const bool cdata = input.end() - rest >= 9 && std::memcmp(input.at(rest), "<![CDATA[", 9) == 0;
-    return {input.position(rest), "not-well-formed",
+    return {place(rest), "not-well-formed",
             prefix + (cdata ? "unclosed CDATA section" : "unclosed token")};
   }
   return {error.at, "not-well-formed", prefix + error.message};
@@ -91,7 +91,7 @@ void DocumentReader::State::finish() {
     return;
   }
   if (!errorSeen) {
-    endAt = input.position(input.end());
+    endAt = place(input.end());
     return;
   }
   failing = true;

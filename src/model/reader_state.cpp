@@ -24,7 +24,6 @@ void clearEntry(Entry &entry) {
 
 // A file context emptied, its buffers kept for the next file.
 void resetFile(FileContext &file) {
-  file.at = {};
   file.hasPath = false;
   file.entryWithoutPath = false;
   file.pathAt = {};
@@ -131,6 +130,14 @@ const xmlChar *startTagOpen(const xmlChar *base, const xmlChar *cur, std::size_t
 
 }  // namespace
 
+unsigned long long DocumentReader::State::tagOpenOf(const OpenName &open) const {
+  const auto *base = reinterpret_cast<const xmlChar *>(input.at(input.start()));
+  const auto *cur = reinterpret_cast<const xmlChar *>(input.at(open.tagEnd));
+  const xmlChar *const found = startTagOpen(base, cur, open.length, open.hasAttributes);
+  return found != nullptr ? open.tagEnd - static_cast<unsigned long long>(cur - found)
+                          : open.tagEnd;
+}
+
 const xmlChar *endTagOpen(const xmlChar *base, const xmlChar *cur, std::size_t length) {
   const bool closed = cur > base && cur[-1] == '>';
   return tagOpen(base, closed ? cur - 1 : base, cur, length, true);
@@ -146,7 +153,8 @@ void DocumentReader::State::startElement(const char *name, const char **attribut
   if (!whole) return;
   const NameMatch found = names.match(name);
   const bool hasAttributes = attributes != nullptr && attributes[0] != nullptr;
-  lastEnd = offsetIn(in, cur) + (cur[0] == '>' ? 1 : 2);
+  const unsigned long long tagEnd = offsetIn(in, cur);
+  lastEnd = tagEnd + (cur[0] == '>' ? 1 : 2);
   rootSeen = true;
   textReported = false;
   const Element element = found.match.element;
@@ -160,25 +168,23 @@ void DocumentReader::State::startElement(const char *name, const char **attribut
     if (inEntry) entry->rights |= found.match.right;
     return;
   }
-  const xmlChar *const open = startTagOpen(in.base, cur, found.length, hasAttributes);
-  const Position at = input.position(offsetIn(in, open != nullptr ? open : cur));
-  openName(name, at.line);
+  openName(name, tagEnd, found.length, hasAttributes);
   ++openDepth;
   if (skipDepth > 0) {
     ++skipDepth;
     return;
   }
   if (element == Element::unknown || !allowedIn(element, parent)) {
-    rejectElement(element, name, at);
+    rejectElement(element, name, placeOfOpen(frames.size()));
     skipDepth = 1;
   } else if (holdsText(parent)) {
     skipDepth = 1;
   } else if (element == Element::right) {
-    if (hasAttributes) checkAttributes(element, at, attributes);
-    frames.push_back({element, hasAttributes, at});
+    if (hasAttributes) checkAttributes(element, frames.size(), attributes);
+    frames.push_back({element, hasAttributes});
     if (inEntry) entry->rights |= found.match.right;
   } else {
-    acceptElement(element, parent, at, hasAttributes ? attributes : nullptr);
+    acceptElement(element, parent, hasAttributes ? attributes : nullptr);
   }
 }
 
@@ -198,16 +204,17 @@ void DocumentReader::State::rejectElement(Element element, std::string_view name
   }
 }
 
-void DocumentReader::State::checkAttributes(Element element, Position at, const char **attributes) {
+void DocumentReader::State::checkAttributes(Element element, std::size_t index,
+                                            const char **attributes) {
   const std::string_view name = elementName(element);
   for (const char **pair = attributes; pair[0] != nullptr; pair += 2) {
     const std::string_view attribute = pair[0];
     if (!allowsAttribute(element, attribute)) {
-      report(at, "unknown-attribute",
+      report(placeOfOpen(index), "unknown-attribute",
              "unknown attribute " + std::string(attribute) + " on " + tagText(name));
     } else if (attribute == "type" && std::string_view(pair[1]) != "adID") {
       // "adID" holds no '&': the value is decoded only for the message.
-      report(at, "unknown-attribute",
+      report(placeOfOpen(index), "unknown-attribute",
              "type=\"" + attributeValue(pair[1]) + "\" on " + tagText(name) +
                  ": only type=\"adID\" is known");
     } else if (attribute == "type") {
@@ -218,7 +225,7 @@ void DocumentReader::State::checkAttributes(Element element, Position at, const 
 
 void DocumentReader::State::repeatedChild(const Frame &frame) {
   const std::string parentTag = frames.size() >= 2 ? tagText(frames[frames.size() - 2].name()) : "";
-  report(frame.at, "repeated-element",
+  report(placeOfOpen(frames.size() - 1), "repeated-element",
          "a second " + tagText(frame.name()) + " in one " + parentTag + "; the last one counts");
 }
 
@@ -240,17 +247,15 @@ constexpr unsigned kCountedChildren =
     1u << static_cast<unsigned>(Element::spaceUsed);
 
 // `attributes`: null when the tag has none.
-inline void DocumentReader::State::acceptElement(Element element, Element parent, Position at,
+inline void DocumentReader::State::acceptElement(Element element, Element parent,
                                                  const char **attributes) {
+  // Only an entry's place is needed now; the others' are found if a finding needs them.
   switch (element) {
   case Element::trustee:
-  case Element::inheritedRightsFilter: beginFileEntry(element, at); break;
-  case Element::user: beginEntry(EntryKind::userQuota, at); break;
-  case Element::directory: beginEntry(EntryKind::dirQuota, at); break;
-  case Element::file:
-    resetFile(file);
-    file.at = at;
-    break;
+  case Element::inheritedRightsFilter: beginFileEntry(element, placeOfOpen(frames.size())); break;
+  case Element::user: beginEntry(EntryKind::userQuota, placeOfOpen(frames.size())); break;
+  case Element::directory: beginEntry(EntryKind::dirQuota, placeOfOpen(frames.size())); break;
+  case Element::file: resetFile(file); break;
   case Element::trusteeInfo:
   case Element::userInfo:
   case Element::dirInfo:
@@ -262,12 +267,14 @@ inline void DocumentReader::State::acceptElement(Element element, Element parent
     break;
   default: break;
   }
-  if (attributes != nullptr) checkAttributes(element, at, attributes);
-  frames.push_back({element, attributes != nullptr, at});
+  if (attributes != nullptr) checkAttributes(element, frames.size(), attributes);
+  frames.push_back({element, attributes != nullptr});
   if ((kCountedChildren >> static_cast<unsigned>(element)) & 1u) countChild(element, parent);
   if (holdsText(element)) {
     text.clear();
     rawText.clear();
+    // A zid and spaceUsed are kept decoded only: their input bytes are not needed.
+    keepRaw = element != Element::zid && element != Element::spaceUsed;
     textCdata = false;
     textTooLong = false;
   }
@@ -299,7 +306,7 @@ inline void DocumentReader::State::takeText(const char *data, std::size_t length
     const std::size_t room = kValueLimit - text.size();
     if (length > room) textTooLong = true;
     text.append(data, length > room ? room : length);
-    appendRaw(from, to);
+    if (keepRaw) appendRaw(from, to);
     return;
   }
   for (std::size_t at = 0; at < length; ++at) {
@@ -319,7 +326,7 @@ void DocumentReader::State::reportText(unsigned long long from, unsigned long lo
     if (c == '\n' || c == '\r') at = byte + 1;
     if (!isBlank(c)) break;
   }
-  report(input.position(at), "text-outside-value",
+  report(place(at), "text-outside-value",
          "text in " + tagText(frames.back().name()) + ", where only elements belong");
 }
 
@@ -384,14 +391,13 @@ void DocumentReader::State::misplacedMarkup(const char *what) {
   if (!declarationChecked) checkDeclaration();
   const unsigned long long start = markupStart();
   lastEnd = parserOffset();
-  report(input.position(start), "not-metadata",
-         std::string(what) + ": trovan restore reads it as a tag");
+  report(place(start), "not-metadata", std::string(what) + ": trovan restore reads it as a tag");
 }
 
 // A document type declaration could define entities; a Metadata document has none.
 void DocumentReader::State::doctype() {
   if (!declarationChecked) checkDeclaration();
-  endAt = input.position(parserOffset());
+  endAt = place(parserOffset());
   report(endAt, "doctype",
          "a document type declaration, which a Metadata document never holds; "
          "reading stops here");

@@ -22,21 +22,25 @@ inline constexpr std::size_t kValueLimit = 65536;
 // How many open elements are remembered by name, for the message of a mismatched end tag.
 inline constexpr std::size_t kOpenNamesLimit = 256;
 
+// An open element. Its place is found only when something needs it (an entry's, a finding's),
+// or before the input's bytes of its tag are let go: from its tag's end, in order, once.
 struct OpenName {
-  const char *name;  // the parser's copy, kept as long as the parser
-  unsigned long line;
+  const char *name;           // the parser's copy, kept as long as the parser
+  unsigned long long tagEnd;  // where the parser stood at its start tag: its '>' or "/>"
+  std::uint32_t length;       // the name's length
+  bool hasAttributes;
+  Position at;  // known for the first `placed` of openNames
 };
 
+// An accepted element; the one at depth i is also openNames[i].
 struct Frame {
   Element element;
   bool hasAttributes = false;
-  Position at;
   std::string_view name() const { return elementName(element); }
 };
 
 // The file element around the trustees and filters being read.
 struct FileContext {
-  Position at;
   bool hasPath = false;
   bool entryWithoutPath = false;  // a trustee or filter came before the path (reported)
   Position pathAt;
@@ -147,13 +151,15 @@ struct DocumentReader::State {
   unsigned long skipDepth = 0;  // inside an element that was not accepted
   std::array<OpenName, kOpenNamesLimit> openNames;  // every open element, up to the limit
   std::size_t openKept = 0;                         // how many of openNames stand
+  std::size_t placed = 0;  // openNames whose place is known, from the first
   unsigned long openDepth = 0;
   bool rootSeen = false;
   bool emptyRight = false;  // a right written <x/> was opened without a frame: its end is next
 
   // The value being read, and whether any of it came from a CDATA section.
   std::string text;
-  std::string rawText;  // the same as the input has it (see Entry's raw fields)
+  std::string rawText;   // the same as the input has it (see Entry's raw fields)
+  bool keepRaw = false;  // rawText is wanted of this value
   bool textCdata = false;
   bool textTooLong = false;
   bool textReported = false;  // text outside a value, reported once per element
@@ -183,6 +189,17 @@ struct DocumentReader::State {
   unsigned long long offsetOf(const xmlChar *byte) const { return offsetIn(*parser->input, byte); }
   bool inParserBuffer(const xmlChar *byte) const {
     return byte >= parser->input->base && byte < parser->input->end;
+  }
+  // The place of `offset`, at or after every open element's start tag (whose places are found
+  // first: the input's places are found in order).
+  Position place(unsigned long long offset) {
+    placeOpen(openKept);
+    return input.position(offset);
+  }
+  // The place of openNames[index]'s start tag (and of those before it).
+  Position placeOfOpen(std::size_t index) {
+    placeOpen(index + 1);
+    return openNames[index].at;
   }
   // Where the markup the parser has just read starts: the first '<' after the last event.
   unsigned long long markupStart() const;
@@ -215,19 +232,30 @@ private:
   [[gnu::always_inline]] void appendRaw(unsigned long long from, unsigned long long to);
   [[gnu::cold, gnu::noinline]] void reportText(unsigned long long from, unsigned long long to);
   Finding errorFinding();
-  [[gnu::always_inline]] void acceptElement(Element element, Element parent, Position at,
+  [[gnu::always_inline]] void acceptElement(Element element, Element parent,
                                             const char **attributes);
-  void checkAttributes(Element element, Position at, const char **attributes);
-  void openName(const char *name, unsigned long line) {
+  // `index`: the element's in openNames.
+  void checkAttributes(Element element, std::size_t index, const char **attributes);
+  void openName(const char *name, unsigned long long tagEnd, std::size_t length,
+                bool hasAttributes) {
     if (openKept >= kOpenNamesLimit || openDepth != openKept) return;
-    openNames[openKept] = {name, line};
+    if (placed > openKept) placed = openKept;
+    openNames[openKept] = {name, tagEnd, static_cast<std::uint32_t>(length), hasAttributes, {}};
     ++openKept;
   }
+  // Finds the places of the first `count` of openNames.
+  void placeOpen(std::size_t count) {
+    for (; placed < count; ++placed)
+      openNames[placed].at = input.position(tagOpenOf(openNames[placed]));
+  }
+  // The offset of the '<' of an open element's start tag, whose bytes the input still holds.
+  unsigned long long tagOpenOf(const OpenName &open) const;
   [[gnu::cold, gnu::noinline]] void rejectElement(Element element, std::string_view name,
                                                   Position at);
   [[gnu::cold, gnu::noinline]] void repeatedChild(const Frame &frame);
   [[gnu::always_inline]] void beginEntry(EntryKind kind, Position at);
   void beginFileEntry(Element element, Position at);
+  // Those after the ended element's frame is popped: its place is placeOfOpen(frames.size()).
   [[gnu::always_inline]] void endValue(const Frame &frame);
   void endEntry(const Frame &frame);
   [[gnu::always_inline]] void handOut();

@@ -19,8 +19,6 @@ void DocumentReader::State::endElement(const char *name) {
   const xmlParserInput &in = *parser->input;
   const xmlChar *const cur = in.cur;
   const unsigned long long after = offsetIn(in, cur);
-  // An element written <x/> ends where its tag ends; another where its end tag starts.
-  const bool empty = cur - in.base >= 2 && cur[-2] == '/' && cur[-1] == '>';
   lastEnd = after;
   if (openDepth > 0) --openDepth;
   if (openKept > openDepth) openKept = openDepth;
@@ -35,10 +33,12 @@ void DocumentReader::State::endElement(const char *name) {
   if (frames.empty()) return;
   const Frame frame = frames.back();
   frames.pop_back();
+  // An element written <x/> ends where its tag ends; another where its end tag starts.
+  const bool empty = cur - in.base >= 2 && cur[-2] == '/' && cur[-1] == '>';
   // An element written <x a="v"/>: trovan's reader names its end "x a="v"", which no end tag
   // it waits for equals.
   if (frame.hasAttributes && empty)
-    report(frame.at, "empty-element-with-attributes",
+    report(placeOfOpen(frames.size()), "empty-element-with-attributes",
            tagText(frame.name()) +
                " written as an empty element with attributes: trovan restore "
                "does not see where it ends and reads the elements after it as its content");
@@ -60,7 +60,7 @@ void DocumentReader::State::endElement(const char *name) {
   }
   case Element::file:
     if (!file.hasPath && !file.entryWithoutPath)
-      report(frame.at, "missing-path", "<file> without a <path>");
+      report(placeOfOpen(frames.size()), "missing-path", "<file> without a <path>");
     break;
   case Element::trusteeInfo:
   case Element::userInfo:
@@ -77,7 +77,7 @@ void DocumentReader::State::endElement(const char *name) {
 
 inline void DocumentReader::State::endValue(const Frame &frame) {
   if (textTooLong)
-    report(frame.at, "value-too-long",
+    report(placeOfOpen(frames.size()), "value-too-long",
            tagText(frame.name()) + " longer than " + std::to_string(kValueLimit) + " bytes");
   const Element parent = frames.empty() ? Element::document : frames.back().element;
   if (parent == Element::file) {
@@ -86,7 +86,7 @@ inline void DocumentReader::State::endValue(const Frame &frame) {
       file.path.swap(text);
       file.rawPath.swap(rawText);
       file.hasPath = true;
-      file.pathAt = frame.at;
+      file.pathAt = placeOfOpen(frames.size());
       file.pathCdata = textCdata;
     } else if (frame.element == Element::zid) {
       file.zid.swap(text);
@@ -95,7 +95,7 @@ inline void DocumentReader::State::endValue(const Frame &frame) {
   }
   if (!inEntry) return;
   if (frame.element == Element::quotaAmount && !isQuotaAmount(text))
-    report(frame.at, "quota-not-a-number",
+    report(placeOfOpen(frames.size()), "quota-not-a-number",
            "quota amount \"" + text + "\" is not a whole number from 0 to 9223372036854775807");
   // The value's texts go to the entry and take its old buffers, emptied before the next value.
   const std::uint8_t cdata = textCdata ? 1 : 0;
@@ -103,7 +103,7 @@ inline void DocumentReader::State::endValue(const Frame &frame) {
   case Element::path:
     entry->path.swap(text);
     entry->rawPath.swap(rawText);
-    entry->pathAt = frame.at;
+    entry->pathAt = placeOfOpen(frames.size());
     entry->cdata |= cdata * kCdataPath;
     break;
   case Element::name:
@@ -132,10 +132,10 @@ void DocumentReader::State::endEntry(const Frame &frame) {
   switch (entry->kind) {
   case EntryKind::trustee:
     if (entry->ad && entry->id.empty()) {
-      report(frame.at, "missing-id", "AD trustee without an <id>: trovan restore stops there");
+      report(entry->at, "missing-id", "AD trustee without an <id>: trovan restore stops there");
       entryValid = false;
     } else if (!entry->ad && entry->name.empty()) {
-      report(frame.at, "missing-name", "trustee without a <name>: trovan restore stops there");
+      report(entry->at, "missing-name", "trustee without a <name>: trovan restore stops there");
       entryValid = false;
     }
     break;
@@ -143,18 +143,18 @@ void DocumentReader::State::endEntry(const Frame &frame) {
   case EntryKind::userQuota:
   case EntryKind::dirQuota:
     if (entry->kind == EntryKind::userQuota && entry->name.empty()) {
-      report(frame.at, "missing-name",
+      report(entry->at, "missing-name",
              tagText(frame.name()) + " without a <name>: trovan restore skips it");
       entryValid = false;
     }
     if (entry->kind == EntryKind::dirQuota &&
         (seenChildren & (1u << unsigned(Element::path))) == 0) {
-      report(frame.at, "missing-path",
+      report(entry->at, "missing-path",
              tagText(frame.name()) + " without a <path>: trovan restore skips it");
       entryValid = false;
     }
     if ((seenChildren & (1u << unsigned(Element::quotaAmount))) == 0) {
-      report(frame.at, "missing-quota",
+      report(entry->at, "missing-quota",
              tagText(frame.name()) + " without a <quotaAmount>: trovan restore skips it");
       entryValid = false;
     }
