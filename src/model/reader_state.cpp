@@ -143,7 +143,7 @@ const xmlChar *endTagOpen(const xmlChar *base, const xmlChar *cur, std::size_t l
   return tagOpen(base, closed ? cur - 1 : base, cur, length, true);
 }
 
-void DocumentReader::State::startElement(const char *name, const char **attributes) {
+void DocumentReader::State::startTag(const char *name, const char **attributes) {
   if (!declarationChecked) checkDeclaration();
   const xmlParserInput &in = *parser->input;
   const xmlChar *const cur = in.cur;
@@ -159,15 +159,6 @@ void DocumentReader::State::startElement(const char *name, const char **attribut
   textReported = false;
   const Element element = found.match.element;
   const Element parent = frames.empty() ? Element::document : frames.back().element;
-  if (element == Element::right && cur[0] == '/' && !hasAttributes && skipDepth == 0 &&
-      allowedIn(element, parent)) {
-    // The commonest element: a right, written <read/>, in its list. It ends at once, with
-    // nothing to report: its place is not needed.
-    ++openDepth;
-    emptyRight = true;
-    if (inEntry) entry->rights |= found.match.right;
-    return;
-  }
   openName(name, tagEnd, found.length, hasAttributes);
   ++openDepth;
   if (skipDepth > 0) {
@@ -341,7 +332,7 @@ inline void DocumentReader::State::appendRaw(unsigned long long from, unsigned l
   rawText.append(input.at(from), count > room ? room : count);
 }
 
-void DocumentReader::State::characters(const xmlChar *data, int length) {
+void DocumentReader::State::takeCharacters(const xmlChar *data, int length) {
   const xmlParserInput &in = *parser->input;
   const std::size_t count = static_cast<std::size_t>(length);
   unsigned long long from = lastEnd;

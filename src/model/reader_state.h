@@ -215,9 +215,45 @@ struct DocumentReader::State {
                  std::uint64_t keyHash = 0);
   void checkDeclaration();
 
-  void startElement(const char *name, const char **attributes);
-  void endElement(const char *name);
-  void characters(const xmlChar *text, int length);
+  // The commonest element, a right written <read/> in its list, is taken here: it ends at once
+  // with nothing to report (its place is not needed), and the work for other elements is
+  // left out of its way.
+  void startElement(const char *name, const char **attributes) {
+    const xmlChar *const cur = parser->input->cur;
+    if (cur[0] == '/' && cur[1] == '>' && (attributes == nullptr || attributes[0] == nullptr) &&
+        skipDepth == 0 && !frames.empty()) {
+      const NameMatch &found = names.match(name);
+      if (found.match.element == Element::right &&
+          allowedIn(Element::right, frames.back().element)) {
+        lastEnd = offsetOf(cur) + 2;
+        textReported = false;
+        ++openDepth;
+        emptyRight = true;
+        if (inEntry) entry->rights |= found.match.right;
+        return;
+      }
+    }
+    startTag(name, attributes);
+  }
+  void endElement(const char *name) {
+    if (emptyRight) {
+      emptyRight = false;
+      lastEnd = parserOffset();
+      --openDepth;
+      return;
+    }
+    endTag(name);
+  }
+  // Text between elements, blanks most often, is passed over here.
+  void characters(const xmlChar *data, int length) {
+    const bool outside = skipDepth > 0 || frames.empty() || !holdsText(frames.back().element);
+    if (outside && inParserBuffer(data) &&
+        (textReported || skipDepth > 0 || frames.empty() || blanks(data, length))) {
+      lastEnd = offsetOf(data) + static_cast<unsigned>(length);
+      return;
+    }
+    takeCharacters(data, length);
+  }
   void cdata(const xmlChar *text, int length);
   void misplacedMarkup(const char *what);
   void doctype();
@@ -225,6 +261,14 @@ struct DocumentReader::State {
   void finish();
 
 private:
+  void startTag(const char *name, const char **attributes);
+  void takeCharacters(const xmlChar *data, int length);
+  static bool blanks(const xmlChar *data, int length) {
+    for (const xmlChar *byte = data; byte < data + length; ++byte)
+      if (*byte != ' ' && *byte != '\t' && *byte != '\n' && *byte != '\r') return false;
+    return true;
+  }
+  void endTag(const char *name);
   // Those marked always_inline run for every text, element or entry and are called from one or
   // two places: a call of their own cost more than much of their work.
   [[gnu::always_inline]] void takeText(const char *data, std::size_t length,

@@ -15,17 +15,13 @@ std::string lineText(unsigned long line) { return std::to_string(line); }
 
 }  // namespace
 
-void DocumentReader::State::endElement(const char *name) {
+void DocumentReader::State::endTag(const char *name) {
   const xmlParserInput &in = *parser->input;
   const xmlChar *const cur = in.cur;
   const unsigned long long after = offsetIn(in, cur);
   lastEnd = after;
   if (openDepth > 0) --openDepth;
   if (openKept > openDepth) openKept = openDepth;
-  if (emptyRight) {
-    emptyRight = false;
-    return;
-  }
   if (skipDepth > 0) {
     --skipDepth;
     return;
