@@ -261,14 +261,15 @@ struct DocumentReader::State {
   void finish();
 
 private:
+  // The handlers of the other elements and texts.
   void startTag(const char *name, const char **attributes);
+  void endTag(const char *name);
   void takeCharacters(const xmlChar *data, int length);
   static bool blanks(const xmlChar *data, int length) {
     for (const xmlChar *byte = data; byte < data + length; ++byte)
       if (*byte != ' ' && *byte != '\t' && *byte != '\n' && *byte != '\r') return false;
     return true;
   }
-  void endTag(const char *name);
   // Those marked always_inline run for every text, element or entry and are called from one or
   // two places: a call of their own cost more than much of their work.
   [[gnu::always_inline]] void takeText(const char *data, std::size_t length,
