@@ -29,13 +29,17 @@ RestoreMatch::RestoreMatch(DocumentReader &reader, const CheckOptions &options,
                            const RestoreSettings &settings, FindingSink findings,
                            std::function<void(const Entry &)> onEntry, unsigned long long readFrom)
     : reader_(reader), options_(options), settings_(settings), findings_(std::move(findings)),
-      onEntry_(std::move(onEntry)), restoreOffset_(readFrom) {}
+      onEntry_(std::move(onEntry)), restoreOffset_(readFrom),
+      sendsEveryFileEntry_(settings.trustees && settings.arborUsers && settings.adUsers &&
+                           !settings.hasFilter) {}
 
 // What a request for the entry should name is derived only when a finding needs it; the
 // comparison looks at the entry's own texts.
 void RestoreMatch::expect(Pending &pending) const {
   const Entry &entry = pending.entry;
-  pending.expected = wouldRestore(entry, options_, settings_);
+  const bool fileEntry = entry.kind == EntryKind::trustee || entry.kind == EntryKind::filter;
+  pending.expected =
+      (fileEntry && sendsEveryFileEntry_) || wouldRestore(entry, options_, settings_);
   pending.ownUser = false;
   // trovan's own -t rule, on the name as the file system reads it.
   if (options_.treeGiven && entry.name.size() < kNameTextSize &&
