@@ -152,18 +152,20 @@ void checkRxlTexts(const Entry &entry, bool plainPath, const FindingSink &sink) 
               "decodes forever: the restore would never return"});
 }
 
-// The common entry, which no rule finds anything in: a trustee of an Arbor user or a filter,
-// its path starting with '/', every text within its limit, its path and name their own raw
-// texts and holding nothing a rule looks at.
+// The common entry, which no rule finds anything in: a trustee of an Arbor user or a filter, its
+// path starting with '/', every text within its limit, its path and name their own raw texts
+// and holding nothing a rule looks at. What is told without reading a text is asked first: an
+// entry that fails only on its name has its path read again by the full rules.
 inline bool plainFileEntry(const Entry &entry, const RuleSettings &settings) {
-  if (entry.kind != EntryKind::trustee && entry.kind != EntryKind::filter) return false;
+  const bool trustee = entry.kind == EntryKind::trustee;
+  if (trustee ? entry.ad || entry.rawName.size() > kNameLimit || entry.rawId.size() > kIdLimit
+              : entry.kind != EntryKind::filter)
+    return false;
   const std::string &path = entry.path;
   if (path.empty() || path[0] != '/' || settings.mountPoint.size() + path.size() > kPathLimit ||
       entry.rawPath != path || !plainText(path, true))
     return false;
-  if (entry.kind == EntryKind::filter) return true;
-  return !entry.ad && entry.rawName.size() <= kNameLimit && entry.rawId.size() <= kIdLimit &&
-         entry.rawName == entry.name && plainText(entry.name, false);
+  return !trustee || (entry.rawName == entry.name && plainText(entry.name, false));
 }
 
 }  // namespace
