@@ -29,13 +29,17 @@ RestoreMatch::RestoreMatch(DocumentReader &reader, const CheckOptions &options,
                            const RestoreSettings &settings, FindingSink findings,
                            std::function<void(const Entry &)> onEntry, unsigned long long readFrom)
     : reader_(reader), options_(options), settings_(settings), findings_(std::move(findings)),
-      onEntry_(std::move(onEntry)), restoreOffset_(readFrom) {}
+      onEntry_(std::move(onEntry)), restoreOffset_(readFrom),
+      sendsEveryFileEntry_(settings.trustees && settings.arborUsers && settings.adUsers &&
+                           !settings.hasFilter) {}
 
 // What a request for the entry should name is derived only when a finding needs it; the
 // comparison looks at the entry's own texts.
 void RestoreMatch::expect(Pending &pending) const {
   const Entry &entry = pending.entry;
-  pending.expected = wouldRestore(entry, options_, settings_);
+  const bool fileEntry = entry.kind == EntryKind::trustee || entry.kind == EntryKind::filter;
+  pending.expected =
+      (fileEntry && sendsEveryFileEntry_) || wouldRestore(entry, options_, settings_);
   pending.ownUser = false;
   // trovan's own -t rule, on the name as the file system reads it.
   if (options_.treeGiven && entry.name.size() < kNameTextSize &&
@@ -69,7 +73,7 @@ std::string RestoreMatch::fileNameOf(const Pending &pending) const {
   return fileName;
 }
 
-bool RestoreMatch::namesFile(const Pending &pending, std::string_view path) const {
+inline bool RestoreMatch::namesFile(const Pending &pending, std::string_view path) const {
   const std::string &own = pending.entry.path;
   if (path.size() != own.size()) return false;
   if (pending.entry.kind != EntryKind::dirQuota) return path == own;
@@ -110,6 +114,24 @@ void RestoreMatch::dropThrough(std::size_t index) {
     if (pending_[at].expected) reportNotSent(pending_[at]);
   pending_.popFront(index + 1);
 }
+
+namespace {
+
+// Whether a request for the entry, expected, sets what the entry says: the usual case, in which
+// compareValues() finds nothing.
+inline bool sentAsWritten(const Entry &entry, bool expected, const SentRequestView &request) {
+  if (!expected) return false;
+  switch (entry.kind) {
+  case EntryKind::trustee:
+    return request.rights == entry.rights && !request.unknownRight && request.ad == entry.ad;
+  case EntryKind::filter: return request.rights == entry.rights && !request.unknownRight;
+  case EntryKind::userQuota:
+  case EntryKind::dirQuota: break;
+  }
+  return request.amount == entry.amount;
+}
+
+}  // namespace
 
 void RestoreMatch::compareValues(const Pending &pending, const SentRequestView &request) {
   const Entry &entry = pending.entry;
@@ -225,8 +247,9 @@ void RestoreMatch::match(const SentRequestView &request) {
   target.inVolume = target.path.starts_with(options_.mountPoint);
   if (target.inVolume) target.path.remove_prefix(options_.mountPoint.size());
   for (std::size_t at = 0; at < pending_.size(); ++at) {
-    if (!sameTarget(pending_[at], target)) continue;
-    compareValues(pending_[at], request);
+    const Pending &pending = pending_[at];
+    if (!sameTarget(pending, target)) continue;
+    if (!sentAsWritten(pending.entry, pending.expected, request)) compareValues(pending, request);
     dropThrough(at);
     return;
   }

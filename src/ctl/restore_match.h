@@ -18,7 +18,7 @@ class RestoreMatch : public RequestSink {
 public:
   // `onEntry` sees every entry the strict reader yields, in order. `readFrom` is how many bytes
   // of the document trovan's reader has taken before its first request (all of them, unless
-  // told otherwise).
+  // told otherwise). `settings` are final: what they leave out is judged once, here.
   RestoreMatch(DocumentReader &reader, const CheckOptions &options, const RestoreSettings &settings,
                FindingSink findings, std::function<void(const Entry &)> onEntry,
                unsigned long long readFrom = ~0ULL);
@@ -77,6 +77,8 @@ private:
   FindingSink findings_;
   std::function<void(const Entry &)> onEntry_;
   unsigned long long restoreOffset_;
+  // Whether the options restore every trustee and filter (no -m, -u or -f leaves any out).
+  const bool sendsEveryFileEntry_;
   ReuseQueue<Pending> pending_;
   void match(const SentRequestView &request);
   void matchElsewhere(const SentRequestView &request);

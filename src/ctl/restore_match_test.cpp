@@ -137,6 +137,26 @@ TEST(RestoreMatch, OtherRights) {
                   "with rights [r] and elements that are not rights, not [r]"});
 }
 
+// A filter sent with its own rights but an element that is no right is still sent otherwise;
+// with the same elements it is sent as written.
+TEST(RestoreMatch, AFilterSentWithAnElementThatIsNoRight) {
+  const auto filter = [](std::string_view rights) {
+    return std::string(kOpen) + "<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>" +
+           std::string(rights) +
+           "</inheritedRightsFilter><fileName>/mnt/V/d</fileName><gemelPath/>"
+           "</modifyInheritedRightsFilter></trustees></fileRequest>";
+  };
+  const std::string document = "<metadata><trusteeInfo>\n<file><path>/d</path>"
+                               "<inheritedRightsFilter><read/></inheritedRightsFilter></file>\n"
+                               "</trusteeInfo></metadata>\n";
+  for (const Feed feed : {Feed::bytes, Feed::parts}) {
+    EXPECT_TRUE(match(document, {filter("<read/>")}, 0, feed).empty());
+    EXPECT_EQ(match(document, {filter("<read/><file/>")}, 0, feed),
+              Texts{"2 sent-otherwise: trovan restore would send this inherited rights filter on "
+                    "/mnt/V/d with rights [r] and elements that are not rights, not [r]"});
+  }
+}
+
 TEST(RestoreMatch, ARequestNoEntryAsksFor) {
   EXPECT_EQ(
       match(kTwoFiles, {addTrustee("u0", "/b", "<read/>"), addTrustee("u1", "/b/y", "<read/>"),

@@ -114,6 +114,39 @@ TEST(EntryRules, RxlModeAmpersands) {
                   "it and writes its request on standard input, where nothing answers"});
 }
 
+// A trustee of an Arbor user or a filter whose texts are plain is passed at once; each text
+// that is not plain leaves that way for the full rules.
+TEST(EntryRules, EachTextThatIsNotPlainGetsTheFullRules) {
+  const auto filterAt = [](std::string_view path) {
+    return "<metadata><trusteeInfo><file><path>" + std::string(path) +
+           "</path><inheritedRightsFilter><read/></inheritedRightsFilter></file></trusteeInfo>"
+           "</metadata>";
+  };
+  EXPECT_TRUE(ruleFindings(filterAt("/a.b/c")).empty());
+  EXPECT_EQ(ruleFindings(filterAt("/a/../b")),
+            Texts{"1:30 path-outside-volume: path \"/a/../b\" has a \"..\" component: it can "
+                  "name a file outside the volume"});
+  EXPECT_EQ(ruleFindings(filterAt("")),
+            Texts{"1:30 path-outside-volume: empty path: the inherited rights filter would apply "
+                  "to the mount point /mnt/VOL1 itself"});
+  // A name that is not its own raw text, or that holds an '&' as it stands.
+  EXPECT_TRUE(ruleFindings(trusteeAt("/a", "u&amp;v.T.")).empty());
+  EXPECT_EQ(ruleFindings(trusteeAt("/a", "<![CDATA[u&lt;v]]>")),
+            Texts{"1:45 value-read-otherwise: <name> text \"u&lt;v\" goes into the request as it "
+                  "stands, and the file system reads it as \"u<v\""});
+  // An <id> over its limit beside a plain path and name.
+  EXPECT_EQ(ruleFindings("<metadata><trusteeInfo><file><path>/a</path><trustee><name>u.T.</name>"
+                         "<id>" +
+                         std::string(190, 'i') + "</id></trustee></file></trusteeInfo></metadata>"),
+            Texts{"1:45 over-limit: <id> text of 190 bytes, over trovan restore's limit of 189: it "
+                  "sends nothing for this trustee"});
+  // An AD trustee's text is its <id>.
+  EXPECT_EQ(ruleFindings("<metadata><trusteeInfo><file><path>/a</path><trustee type=\"adID\">"
+                         "<id><![CDATA[S&amp;1]]></id></trustee></file></trusteeInfo></metadata>"),
+            Texts{"1:45 value-read-otherwise: <id> text \"S&amp;1\" goes into the request as it "
+                  "stands, and the file system reads it as \"S&1\""});
+}
+
 TEST(EntryRules, TrovansFieldLimits) {
   EXPECT_EQ(ruleFindings(trusteeAt("/" + std::string(4086, 'p'))),
             Texts{"1:30 over-limit: the mount point and <path> text make 4096 bytes, over trovan "
