@@ -208,9 +208,19 @@ std::string rightsRun(std::mt19937 &random) {
 }
 
 std::string text(std::mt19937 &random) {
-  static const std::vector<std::string> kTexts = {
-      "u.T.",     "ann&amp;co", "/mnt/V/d/a b",    "a&b", "l<t", "x</name>", "", "&#1;",
-      "S-1-5-21", "12345",      "/mnt/V/&lt;q&gt;"};
+  static const std::vector<std::string> kTexts = {"u.T.",
+                                                  "ann&amp;co",
+                                                  "/mnt/V/d/a b",
+                                                  "a&b",
+                                                  "l<t",
+                                                  "x</name>",
+                                                  "",
+                                                  "&#1;",
+                                                  "S-1-5-21",
+                                                  "12345",
+                                                  "/mnt/V/&lt;q&gt;",
+                                                  "a<b<c</fileNam<",
+                                                  "/mnt/V/" + std::string(300, 'x')};
   return kTexts[random() % kTexts.size()];
 }
 
@@ -264,7 +274,8 @@ std::string altered(std::string request, std::mt19937 &random) {
 TEST(SentRequestReading, GivesWhatTheFirstReaderGivesForManyRequests) {
   std::mt19937 random(7);
   int read = 0;
-  for (int round = 0; round < 60000; ++round) {
+  constexpr int kRounds = 30000;
+  for (int round = 0; round < kRounds; ++round) {
     std::string request = wellFormed(random);
     for (int change = static_cast<int>(random() % 4); change > 0; --change)
       request = altered(std::move(request), random);
@@ -280,9 +291,9 @@ TEST(SentRequestReading, GivesWhatTheFirstReaderGivesForManyRequests) {
         outcome(oracle::readSentRequest(request, view, decoded), view, decoded, request, false))
         << request;
   }
-  // Both answers come up often.
-  EXPECT_GT(read, 10000);
-  EXPECT_LT(read, 50000);
+  // Both answers come up often (a fifth of the requests read, with this seed).
+  EXPECT_GT(read, kRounds / 6);
+  EXPECT_LT(read, kRounds * 5 / 6);
 }
 
 TEST(SentRequestReading, GivesWhatTheFirstReaderGivesForEveryCutOfEveryForm) {
