@@ -77,13 +77,10 @@ void flushRecords() {
   if (!childRecords->ring->handOver()) _exit(3);
 }
 
-// A record of `type`: its head, then `pieces` one after the other.
-void addRecord(char type, std::uint64_t length, std::initializer_list<std::string_view> pieces) {
-  ChildRecords &records = *childRecords;
-  std::size_t size = 0;
-  for (const std::string_view piece : pieces)
-    size += piece.size();
-  char *const room = records.ring->reserve(sizeof(RecordHead) + size);
+// Reserves a record of `type` with `size` bytes after its head, writes the head (`length`
+// in it) and returns where those bytes go.
+inline char *beginRecord(char type, std::uint64_t length, std::size_t size) {
+  char *const room = childRecords->ring->reserve(sizeof(RecordHead) + size);
   if (room == nullptr) _exit(3);
   RecordHead head{};  // zeroed, padding too: every byte handed over is set
   const tag_reader_state::InputState &input = tag_reader_state::input;
@@ -93,12 +90,38 @@ void addRecord(char type, std::uint64_t length, std::initializer_list<std::strin
   head.length = static_cast<std::uint32_t>(length);
   head.type = type;
   std::memcpy(room, &head, sizeof head);
-  std::size_t used = sizeof head;
-  for (const std::string_view piece : pieces) {
-    if (!piece.empty()) std::memcpy(room + used, piece.data(), piece.size());
-    used += piece.size();
+  return room + sizeof head;
+}
+
+// A record of `type` with `bytes` after its head ('R'), or none ('S': `length` is the status).
+void addRecord(char type, std::uint64_t length, std::string_view bytes = {}) {
+  char *const room = beginRecord(type, length, bytes.size());
+  if (!bytes.empty()) std::memcpy(room, bytes.data(), bytes.size());
+  childRecords->ring->commit(sizeof(RecordHead) + bytes.size());
+}
+
+// A request read back, as a 'P' record: the parts' head, then the texts that are not empty.
+void addParts(const SentRequestView &request) {
+  const std::string_view texts[] = {request.fileName, request.user, request.volume, request.amount};
+  PartsHead parts{request.kind,
+                  static_cast<std::uint8_t>((request.ad ? kAd : 0) | (request.gemel ? kGemel : 0) |
+                                            (request.unknownRight ? kUnknownRight : 0)),
+                  request.rights,
+                  {}};
+  std::size_t length = sizeof parts;
+  for (int text = 0; text < 4; ++text) {
+    parts.sizes[text] = static_cast<std::uint32_t>(texts[text].size());
+    length += texts[text].size();
   }
-  records.ring->commit(used);
+  char *at = beginRecord('P', length, length);
+  std::memcpy(at, &parts, sizeof parts);
+  at += sizeof parts;
+  for (const std::string_view text : texts)
+    if (!text.empty()) {
+      std::memcpy(at, text.data(), text.size());
+      at += text.size();
+    }
+  childRecords->ring->commit(sizeof(RecordHead) + length);
 }
 
 // A request in the form the comparison takes: its parts when it is one of trovan's forms
@@ -106,23 +129,12 @@ void addRecord(char type, std::uint64_t length, std::initializer_list<std::strin
 // that fits it.
 std::string_view addRequest(std::string_view bytes) {
   ChildRecords &records = *childRecords;
-  const SentRequestView &request = records.read;
   if (!records.parts || !readSentRequest(bytes, records.read, records.decoded)) {
-    addRecord('R', bytes.size(), {bytes});
+    addRecord('R', bytes.size(), bytes);
     return kAnyReply;
   }
-  PartsHead parts{request.kind,
-                  static_cast<std::uint8_t>((request.ad ? kAd : 0) | (request.gemel ? kGemel : 0) |
-                                            (request.unknownRight ? kUnknownRight : 0)),
-                  request.rights,
-                  {static_cast<std::uint32_t>(request.fileName.size()),
-                   static_cast<std::uint32_t>(request.user.size()),
-                   static_cast<std::uint32_t>(request.volume.size()),
-                   static_cast<std::uint32_t>(request.amount.size())}};
-  const std::string_view head(reinterpret_cast<const char *>(&parts), sizeof parts);
-  addRecord('P', sizeof parts + parts.sizes[0] + parts.sizes[1] + parts.sizes[2] + parts.sizes[3],
-            {head, request.fileName, request.user, request.volume, request.amount});
-  return kFittedReplies[static_cast<int>(request.kind)];
+  addParts(records.read);
+  return kFittedReplies[static_cast<int>(records.read.kind)];
 }
 
 void flushAndDie(int signal) {
@@ -180,7 +192,7 @@ int standIn(const char *request, std::size_t length, void *) {
       restoreDocument(options.volume.c_str(), options.mountPoint.c_str(),
                       settings.hasFilter ? &settings.filter : nullptr, options.mask.c_str(),
                       options.treeGiven ? options.tree.c_str() : nullptr, 0);
-  addRecord('S', static_cast<std::uint32_t>(status), {});
+  addRecord('S', static_cast<std::uint32_t>(status));
   flushRecords();
   std::fflush(stdout);
   _exit(0);

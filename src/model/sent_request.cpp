@@ -1,5 +1,12 @@
 #include "model/sent_request.h"
 
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+
+#include "document/rights.h"
 #include "model/server_text.h"
 
 namespace {
@@ -11,52 +18,45 @@ constexpr std::string_view kVolumeOpen =
     "<virtualIO><datastream name=\"command\"/></virtualIO><quillRequest>";
 constexpr std::string_view kVolumeClose = "</quillRequest>";
 
-// Reads a request from its start, piece by piece, in one forward pass. Its steps are inlined,
-// so that each compares with its literal directly.
-struct Cursor {
-  std::string_view rest;
-  bool ok = true;
-  bool plain = false;  // no '&' in the whole request: every text stands as it is
-
-  // A text as the file system reads it: the text itself, or its decoding into `storage`.
-  [[gnu::always_inline]] std::string_view decode(std::string_view text,
-                                                 std::string &storage) const {
-    if (plain) return text;
-    decodeAsServer(text, storage);
-    return storage;
-  }
-
-  [[gnu::always_inline]] bool take(std::string_view literal) {
-    if (!ok || !rest.starts_with(literal)) return false;
-    rest.remove_prefix(literal.size());
-    return true;
-  }
-  [[gnu::always_inline]] void need(std::string_view literal) {
-    if (!take(literal)) ok = false;
-  }
-  // The text up to `end` (a tag), which is consumed. A text that holds a '<' is not a value:
-  // without tags the first '<' must start `end`; with them, the first `end` ends the text.
-  [[gnu::always_inline]] std::string_view until(std::string_view end, bool allowTags = false) {
-    std::size_t at = std::string_view::npos;
-    if (ok) at = allowTags ? rest.find(end) : rest.find('<');
-    if (at == std::string_view::npos || !rest.substr(at).starts_with(end)) {
-      ok = false;
-      return {};
-    }
-    const std::string_view text = rest.substr(0, at);
-    rest.remove_prefix(at + end.size());
-    return text;
-  }
-  // A value's text, up to `end`, as the file system reads it.
-  [[gnu::always_inline]] std::string_view value(std::string_view end, std::string &storage,
-                                                bool allowTags = false) {
-    return decode(until(end, allowTags), storage);
-  }
+// The rights' empty elements ("<read/>"), found by the letter after their '<': `first` holds,
+// for each letter, the first right (in table order) whose name starts with it, and `next` for
+// each right the next one that does. An element is at most 16 bytes; it is compared as two
+// words, the bytes past its end masked off.
+constexpr std::size_t kRightCount = std::size(kRights);
+constexpr std::size_t kElementRoom = 16;
+struct RightElements {
+  std::array<std::array<std::uint64_t, 2>, kRightCount> words{};
+  std::array<std::array<std::uint64_t, 2>, kRightCount> masks{};
+  std::array<std::uint8_t, kRightCount> lengths{};
+  std::array<int, kRightCount> next{};
+  std::array<int, 26> first{};
 };
+constexpr RightElements kRightElements = [] {
+  RightElements table;
+  table.first.fill(-1);
+  for (std::size_t at = kRightCount; at-- > 0;) {
+    std::array<char, kElementRoom> text{}, mask{};
+    std::size_t length = 0;
+    text[length++] = '<';
+    for (const char *c = kRights[at].name; *c != '\0'; ++c)
+      text[length++] = *c;
+    text[length++] = '/';
+    text[length++] = '>';
+    for (std::size_t byte = 0; byte < length; ++byte)
+      mask[byte] = static_cast<char>(0xff);
+    table.words[at] = std::bit_cast<std::array<std::uint64_t, 2>>(text);
+    table.masks[at] = std::bit_cast<std::array<std::uint64_t, 2>>(mask);
+    table.lengths[at] = static_cast<std::uint8_t>(length);
+    int &first = table.first[static_cast<std::size_t>(kRights[at].name[0] - 'a')];
+    table.next[at] = first;
+    first = static_cast<int>(at);
+  }
+  return table;
+}();
 
-// "<read/><write/>" to a set; false when it is not a run of empty elements.
+// "<read/><write/>" into `rights` (added to those there); false when it is not a run of empty
+// elements. A name outside the table sets `unknown`.
 bool readRights(std::string_view text, RightsSet &rights, bool &unknown) {
-  rights = 0;
   while (!text.empty()) {
     if (!text.starts_with('<')) return false;
     const std::size_t end = text.find("/>");
@@ -69,61 +69,173 @@ bool readRights(std::string_view text, RightsSet &rights, bool &unknown) {
   return true;
 }
 
-bool readTrusteeRequest(Cursor &cursor, SentRequestView &request, SentRequest &decoded) {
-  if (cursor.take("<trustees><addTrustee type=\"adID\"><userID>")) {
-    request.ad = true;
-    request.user = cursor.value("</userID>", decoded.user);
-  } else if (cursor.take("<trustees><addTrustee><name>")) {
-    request.user = cursor.value("</name>", decoded.user);
-  } else {
-    request.kind = RequestKind::modifyInheritedRightsFilter;
-    cursor.need("<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>");
-    if (!readRights(cursor.until("</inheritedRightsFilter>", true), request.rights,
-                    request.unknownRight))
-      return false;
-    cursor.need("<fileName>");
-    request.fileName = cursor.value("</fileName>", decoded.fileName, true);
-    request.gemel = cursor.take("<gemelPath/>");
-    cursor.need("</modifyInheritedRightsFilter></trustees>");
-    return cursor.ok;
+// Reads the body of a request from its start in one forward pass, without searching for what
+// must stand at a known place: each literal piece is compared where it must be, a text ends at
+// the first '<' after it (found by memchr), and rights are taken as the elements trovan writes,
+// one after the other. Once a piece does not fit, nothing more is read (ok() is false).
+class BodyReader {
+public:
+  explicit BodyReader(std::string_view body) : at_(body.data()), end_(body.data() + body.size()) {}
+
+  bool ok() const { return ok_; }
+  bool atEnd() const { return ok_ && at_ == end_; }
+
+  bool take(std::string_view literal) {
+    if (!ok_ || !startsWith(at_, literal)) return false;
+    at_ += literal.size();
+    return true;
   }
-  cursor.need("<rights>");
-  if (!readRights(cursor.until("</rights>", true), request.rights, request.unknownRight))
-    return false;
-  cursor.need("<fileName>");
-  request.fileName = cursor.value("</fileName>", decoded.fileName, true);
-  request.gemel = cursor.take("<gemelPath/>");
-  cursor.need("<symLink/></addTrustee></trustees>");
-  return cursor.ok;
+  void need(std::string_view literal) {
+    if (!take(literal)) ok_ = false;
+  }
+
+  // A text that holds no '<', and the end tag that must follow it (consumed).
+  std::string_view value(std::string_view endTag) { return noted(plainText(endTag)); }
+  // A text up to the first `endTag` ('<'s and all), and that end tag.
+  std::string_view taggedValue(std::string_view endTag) { return noted(textUntil(endTag)); }
+  // Whether the texts and rights read so far, and the pieces between them, hold an '&'. The
+  // pieces compared in place hold none, so this is whether the whole request does.
+  bool readAmpersand() const {
+    return variableFrom_ != nullptr &&
+           std::memchr(variableFrom_, '&', static_cast<std::size_t>(variableTo_ - variableFrom_)) !=
+               nullptr;
+  }
+  // A run of empty elements up to the first `endTag` (consumed) into `rights`; false when the
+  // text up to there is no such run.
+  bool rights(std::string_view endTag, RightsSet &rights, bool &unknown) {
+    if (!ok_) return false;
+    if (variableFrom_ == nullptr) variableFrom_ = variableTo_ = at_;
+    // The elements trovan writes, then the end tag. Neither can stand where the other does: an
+    // element's '<' is followed by a letter.
+    while (const RightsSet bit = knownRight())
+      rights |= bit;
+    if (take(endTag)) return true;
+    // Anything else: the text up to the end tag, element by element.
+    return readRights(noted(textUntil(endTag)), rights, unknown) && ok_;
+  }
+
+private:
+  const char *at_;
+  const char *end_;
+  bool ok_ = true;
+  // From the first text or rights read to the end of the last text read.
+  const char *variableFrom_ = nullptr;
+  const char *variableTo_ = nullptr;
+
+  bool startsWith(const char *at, std::string_view literal) const {
+    return static_cast<std::size_t>(end_ - at) >= literal.size() &&
+           std::memcmp(at, literal.data(), literal.size()) == 0;
+  }
+  const char *findOpen(const char *from) const {
+    return static_cast<const char *>(std::memchr(from, '<', static_cast<std::size_t>(end_ - from)));
+  }
+  std::string_view fail() {
+    ok_ = false;
+    return {};
+  }
+  std::string_view noted(std::string_view text) {
+    if (!ok_) return text;
+    if (variableFrom_ == nullptr) variableFrom_ = text.data();
+    variableTo_ = text.data() + text.size();
+    return text;
+  }
+
+  std::string_view plainText(std::string_view endTag) {
+    const char *const start = at_;
+    const char *const open = ok_ ? findOpen(start) : nullptr;
+    if (open == nullptr) return fail();
+    at_ = open;
+    if (!take(endTag)) return fail();
+    return {start, open};
+  }
+  std::string_view textUntil(std::string_view endTag) {
+    const char *const start = at_;
+    for (const char *open = start; ok_ && (open = findOpen(open)) != nullptr; ++open)
+      if (startsWith(open, endTag)) {
+        at_ = open + endTag.size();
+        return {start, open};
+      }
+    return fail();
+  }
+  // The right whose element stands here (consumed), or 0 (nothing consumed). Where fewer than
+  // 16 bytes are left, none is taken here and the general reading decides (a request that
+  // reads has its end tag and more pieces after its rights).
+  RightsSet knownRight() {
+    if (static_cast<std::size_t>(end_ - at_) < kElementRoom || at_[0] != '<') return 0;
+    const std::size_t letter = static_cast<unsigned char>(at_[1]) - std::size_t{'a'};
+    if (letter >= kRightElements.first.size()) return 0;
+    std::array<std::uint64_t, 2> words;
+    std::memcpy(words.data(), at_, kElementRoom);
+    for (int at = kRightElements.first[letter]; at >= 0; at = kRightElements.next[at]) {
+      const auto &element = kRightElements.words[at];
+      const auto &mask = kRightElements.masks[at];
+      if (((words[0] ^ element[0]) & mask[0]) == 0 && ((words[1] ^ element[1]) & mask[1]) == 0) {
+        at_ += kRightElements.lengths[at];
+        return static_cast<RightsSet>(1u << at);
+      }
+    }
+    return 0;
+  }
+};
+
+// The rights up to `rightsEnd`, the file name, the gemel marker if there is one and the
+// closing pieces of a trustee or filter request.
+[[gnu::always_inline]] inline bool readRightsOnFile(BodyReader &body, SentRequestView &request,
+                                                    std::string_view rightsEnd,
+                                                    std::string_view closing) {
+  if (!body.rights(rightsEnd, request.rights, request.unknownRight)) return false;
+  body.need("<fileName>");
+  request.fileName = body.taggedValue("</fileName>");
+  request.gemel = body.take("<gemelPath/>");
+  body.need(closing);
+  return body.ok();
 }
 
-bool readQuotaRequest(Cursor &cursor, SentRequestView &request, SentRequest &decoded) {
+bool readTrusteeRequest(BodyReader &body, SentRequestView &request) {
+  if (!body.take("<trustees><addTrustee")) {
+    request.kind = RequestKind::modifyInheritedRightsFilter;
+    body.need("<trustees><modifyInheritedRightsFilter><inheritedRightsFilter>");
+    return readRightsOnFile(body, request, "</inheritedRightsFilter>",
+                            "</modifyInheritedRightsFilter></trustees>");
+  }
+  // The first '<' after the user must open its end tag, and the rights follow.
+  if (body.take(" type=\"adID\"><userID>")) {
+    request.ad = true;
+    request.user = body.value("</userID><rights>");
+  } else {
+    body.need("><name>");
+    request.user = body.value("</name><rights>");
+  }
+  return readRightsOnFile(body, request, "</rights>", "<symLink/></addTrustee></trustees>");
+}
+
+bool readQuotaRequest(BodyReader &body, SentRequestView &request) {
   request.kind = RequestKind::addQuota;
-  cursor.need("<directoryQuota><addQuota><fileName>");
-  request.fileName = cursor.value("</fileName>", decoded.fileName, true);
-  request.gemel = cursor.take("<gemelPath/>");
-  cursor.need("<quotaAmount>");
-  request.amount = cursor.value("</quotaAmount>", decoded.amount);
-  cursor.need("</addQuota></directoryQuota>");
-  return cursor.ok;
+  body.need("<addQuota><fileName>");
+  request.fileName = body.taggedValue("</fileName>");
+  request.gemel = body.take("<gemelPath/>");
+  body.need("<quotaAmount>");
+  request.amount = body.value("</quotaAmount>");
+  body.need("</addQuota></directoryQuota>");
+  return body.ok();
 }
 
-bool readUserQuotaRequest(Cursor &cursor, SentRequestView &request, SentRequest &decoded) {
+bool readUserQuotaRequest(BodyReader &body, SentRequestView &request) {
   request.kind = RequestKind::userSpaceRestrictions;
-  cursor.need("<userSpaceRestrictions>");
-  if (cursor.take("<set type=\"adID\">"))
+  body.need("<userSpaceRestrictions>");
+  if (body.take("<set type=\"adID\">"))
     request.ad = true;
   else
-    cursor.need("<set>");
-  cursor.need("<volumeName>");
-  request.volume = cursor.value("</volumeName>", decoded.volume);
-  cursor.need("<userName>");
-  request.user = cursor.value("</userName>", decoded.user);
-  cursor.need("<quota>");
-  request.amount = cursor.value("</quota>", decoded.amount);
-  request.gemel = cursor.take("<gemelPath/>");
-  cursor.need("</set></userSpaceRestrictions>");
-  return cursor.ok;
+    body.need("<set>");
+  body.need("<volumeName>");
+  request.volume = body.value("</volumeName>");
+  body.need("<userName>");
+  request.user = body.value("</userName>");
+  body.need("<quota>");
+  request.amount = body.value("</quota>");
+  request.gemel = body.take("<gemelPath/>");
+  body.need("</set></userSpaceRestrictions>");
+  return body.ok();
 }
 
 // A text of the view into its owned place, unless it is there already (decoded into it).
@@ -131,24 +243,44 @@ void keep(std::string_view text, std::string &owned) {
   if (text.data() != owned.data()) owned.assign(text);
 }
 
+// The texts read (those of the request's form: an empty one read is not null) as the file
+// system reads them when the request holds an '&': decoded, into `decoded`'s strings.
+void decodeTexts(SentRequestView &request, SentRequest &decoded) {
+  const auto decode = [](std::string_view &text, std::string &storage) {
+    if (text.data() == nullptr) return;
+    decodeAsServer(text, storage);
+    text = storage;
+  };
+  decode(request.fileName, decoded.fileName);
+  decode(request.user, decoded.user);
+  decode(request.volume, decoded.volume);
+  decode(request.amount, decoded.amount);
+}
+
 }  // namespace
 
 bool readSentRequest(std::string_view bytes, SentRequestView &request, SentRequest &decoded) {
   request = SentRequestView();
-  Cursor cursor{bytes, true, bytes.find('&') == std::string_view::npos};
+  const bool file = bytes.starts_with(kFileOpen);
+  if (file ? !bytes.ends_with(kFileClose)
+           : !bytes.starts_with(kVolumeOpen) || !bytes.ends_with(kVolumeClose))
+    return false;
+  const std::size_t open = file ? kFileOpen.size() : kVolumeOpen.size();
+  const std::size_t close = file ? kFileClose.size() : kVolumeClose.size();
+  // Never true (the opening piece ends with '>', and only the closing piece's last byte is
+  // one, so they cannot overlap), but it costs nothing to be sure.
+  if (bytes.size() < open + close) return false;
+  BodyReader body(bytes.substr(open, bytes.size() - open - close));
   bool read = false;
-  if (cursor.take(kFileOpen)) {
-    if (!bytes.ends_with(kFileClose)) return false;
-    cursor.rest.remove_suffix(kFileClose.size());
-    read = cursor.rest.starts_with("<directoryQuota>")
-               ? readQuotaRequest(cursor, request, decoded)
-               : readTrusteeRequest(cursor, request, decoded);
-  } else if (cursor.take(kVolumeOpen)) {
-    if (!bytes.ends_with(kVolumeClose)) return false;
-    cursor.rest.remove_suffix(kVolumeClose.size());
-    read = readUserQuotaRequest(cursor, request, decoded);
-  }
-  return read && cursor.ok && cursor.rest.empty();
+  if (!file)
+    read = readUserQuotaRequest(body, request);
+  else if (body.take("<directoryQuota>"))
+    read = readQuotaRequest(body, request);
+  else
+    read = readTrusteeRequest(body, request);
+  if (!read || !body.atEnd()) return false;
+  if (body.readAmpersand()) decodeTexts(request, decoded);
+  return true;
 }
 
 bool readSentRequest(std::string_view bytes, SentRequest &request) {
