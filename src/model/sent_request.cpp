@@ -1,7 +1,6 @@
 #include "model/sent_request.h"
 
 #include <array>
-#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
@@ -20,13 +19,11 @@ constexpr std::string_view kVolumeClose = "</quillRequest>";
 
 // The rights' empty elements ("<read/>"), found by the letter after their '<': `first` holds,
 // for each letter, the first right (in table order) whose name starts with it, and `next` for
-// each right the next one that does. An element is at most 16 bytes; it is compared as two
-// words, the bytes past its end masked off.
+// each right the next one that does.
 constexpr std::size_t kRightCount = std::size(kRights);
-constexpr std::size_t kElementRoom = 16;
+constexpr std::size_t kElementRoom = 16;  // the longest element, "<" name "/>", fits
 struct RightElements {
-  std::array<std::array<std::uint64_t, 2>, kRightCount> words{};
-  std::array<std::array<std::uint64_t, 2>, kRightCount> masks{};
+  std::array<std::array<char, kElementRoom>, kRightCount> texts{};
   std::array<std::uint8_t, kRightCount> lengths{};
   std::array<int, kRightCount> next{};
   std::array<int, 26> first{};
@@ -35,17 +32,13 @@ constexpr RightElements kRightElements = [] {
   RightElements table;
   table.first.fill(-1);
   for (std::size_t at = kRightCount; at-- > 0;) {
-    std::array<char, kElementRoom> text{}, mask{};
+    std::array<char, kElementRoom> &text = table.texts[at];
     std::size_t length = 0;
     text[length++] = '<';
     for (const char *c = kRights[at].name; *c != '\0'; ++c)
       text[length++] = *c;
     text[length++] = '/';
     text[length++] = '>';
-    for (std::size_t byte = 0; byte < length; ++byte)
-      mask[byte] = static_cast<char>(0xff);
-    table.words[at] = std::bit_cast<std::array<std::uint64_t, 2>>(text);
-    table.masks[at] = std::bit_cast<std::array<std::uint64_t, 2>>(mask);
     table.lengths[at] = static_cast<std::uint8_t>(length);
     int &first = table.first[static_cast<std::size_t>(kRights[at].name[0] - 'a')];
     table.next[at] = first;
@@ -157,22 +150,14 @@ private:
       }
     return fail();
   }
-  // The right whose element stands here (consumed), or 0 (nothing consumed). Where fewer than
-  // 16 bytes are left, none is taken here and the general reading decides (a request that
-  // reads has its end tag and more pieces after its rights).
+  // The right whose element stands here (consumed), or 0 (nothing consumed).
   RightsSet knownRight() {
-    if (static_cast<std::size_t>(end_ - at_) < kElementRoom || at_[0] != '<') return 0;
+    if (end_ - at_ < 2 || at_[0] != '<') return 0;
     const std::size_t letter = static_cast<unsigned char>(at_[1]) - std::size_t{'a'};
     if (letter >= kRightElements.first.size()) return 0;
-    std::array<std::uint64_t, 2> words;
-    std::memcpy(words.data(), at_, kElementRoom);
     for (int at = kRightElements.first[letter]; at >= 0; at = kRightElements.next[at]) {
-      const auto &element = kRightElements.words[at];
-      const auto &mask = kRightElements.masks[at];
-      if (((words[0] ^ element[0]) & mask[0]) == 0 && ((words[1] ^ element[1]) & mask[1]) == 0) {
-        at_ += kRightElements.lengths[at];
-        return static_cast<RightsSet>(1u << at);
-      }
+      const std::string_view element(kRightElements.texts[at].data(), kRightElements.lengths[at]);
+      if (take(element)) return static_cast<RightsSet>(1u << at);
     }
     return 0;
   }
