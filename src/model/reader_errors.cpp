@@ -9,12 +9,10 @@
 
 namespace {
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
-
 // The first byte at or after `from` that is not blank (the window's end if none).
 unsigned long long firstNonBlank(const InputWindow &input, unsigned long long from) {
   if (from < input.start()) from = input.start();
-  while (from < input.end() && isBlank(*input.at(from)))
+  while (from < input.end() && isXmlBlank(*input.at(from)))
     ++from;
   return from;
 }

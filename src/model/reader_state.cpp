@@ -6,8 +6,6 @@
 
 namespace {
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
-
 // An entry emptied, its buffers kept for the next one.
 void clearEntry(Entry &entry) {
   entry.kind = EntryKind::trustee;
@@ -111,7 +109,7 @@ namespace {
 // before `cur`, since neither a name nor an attribute value holds one.
 const xmlChar *tagOpen(const xmlChar *base, const xmlChar *nameEnd, const xmlChar *cur,
                        std::size_t length, bool endTag) {
-  while (nameEnd > base && isBlank(static_cast<char>(nameEnd[-1])))
+  while (nameEnd > base && isXmlBlank(static_cast<char>(nameEnd[-1])))
     --nameEnd;
   const std::size_t opening = endTag ? 2 : 1;
   if (static_cast<std::size_t>(nameEnd - base) >= length + opening &&
@@ -300,12 +298,9 @@ inline void DocumentReader::State::takeText(const char *data, std::size_t length
     if (keepRaw) appendRaw(from, to);
     return;
   }
-  for (std::size_t at = 0; at < length; ++at) {
-    if (isBlank(data[at])) continue;
-    if (!textReported) reportText(from, to);
-    textReported = true;
-    return;
-  }
+  if (textReported || blanks(data, length)) return;
+  reportText(from, to);
+  textReported = true;
 }
 
 // Text is reported at the start of the line of its first character that is not blank.
@@ -315,7 +310,7 @@ void DocumentReader::State::reportText(unsigned long long from, unsigned long lo
   for (unsigned long long byte = from; byte < to && byte < input.end(); ++byte) {
     const char c = *input.at(byte);
     if (c == '\n' || c == '\r') at = byte + 1;
-    if (!isBlank(c)) break;
+    if (!isXmlBlank(c)) break;
   }
   report(place(at), "text-outside-value",
          "text in " + tagText(frames.back().name()) + ", where only elements belong");

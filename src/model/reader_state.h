@@ -105,6 +105,9 @@ private:
   Slot slots_[kSlots];
 };
 
+// XML's blanks: space, tab, LF and CR.
+inline bool isXmlBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
 // The offset in the document of a byte of the parser's buffer.
 inline unsigned long long offsetIn(const xmlParserInput &in, const xmlChar *byte) {
   return in.consumed + static_cast<unsigned long long>(byte - in.base);
@@ -248,7 +251,8 @@ struct DocumentReader::State {
   void characters(const xmlChar *data, int length) {
     const bool outside = skipDepth > 0 || frames.empty() || !holdsText(frames.back().element);
     if (outside && inParserBuffer(data) &&
-        (textReported || skipDepth > 0 || frames.empty() || blanks(data, length))) {
+        (textReported || skipDepth > 0 || frames.empty() ||
+         blanks(reinterpret_cast<const char *>(data), static_cast<std::size_t>(length)))) {
       lastEnd = offsetOf(data) + static_cast<unsigned>(length);
       return;
     }
@@ -265,9 +269,9 @@ private:
   void startTag(const char *name, const char **attributes);
   void endTag(const char *name);
   void takeCharacters(const xmlChar *data, int length);
-  static bool blanks(const xmlChar *data, int length) {
-    for (const xmlChar *byte = data; byte < data + length; ++byte)
-      if (*byte != ' ' && *byte != '\t' && *byte != '\n' && *byte != '\r') return false;
+  static bool blanks(const char *data, std::size_t length) {
+    for (const char *byte = data; byte < data + length; ++byte)
+      if (!isXmlBlank(*byte)) return false;
     return true;
   }
   // Those marked always_inline run for every text, element or entry and are called from one or
