@@ -83,37 +83,41 @@ public:
   }
 
   // A text that holds no '<', and the end tag that must follow it (consumed).
-  std::string_view value(std::string_view endTag) { return noted(plainText(endTag)); }
+  std::string_view value(std::string_view endTag) {
+    const char *const start = at_;
+    const char *const open = ok_ ? findOpen(start) : nullptr;
+    if (open == nullptr) return fail();
+    at_ = open;
+    if (!take(endTag)) return fail();
+    return {start, open};
+  }
   // A text up to the first `endTag` ('<'s and all), and that end tag.
-  std::string_view taggedValue(std::string_view endTag) { return noted(textUntil(endTag)); }
-  // Whether the texts and rights read so far, and the pieces between them, hold an '&'. The
-  // pieces compared in place hold none, so this is whether the whole request does.
-  bool readAmpersand() const {
-    return variableFrom_ != nullptr &&
-           std::memchr(variableFrom_, '&', static_cast<std::size_t>(variableTo_ - variableFrom_)) !=
-               nullptr;
+  std::string_view taggedValue(std::string_view endTag) {
+    const char *const start = at_;
+    for (const char *open = start; ok_ && (open = findOpen(open)) != nullptr; ++open)
+      if (startsWith(open, endTag)) {
+        at_ = open + endTag.size();
+        return {start, open};
+      }
+    return fail();
   }
   // A run of empty elements up to the first `endTag` (consumed) into `rights`; false when the
   // text up to there is no such run.
   bool rights(std::string_view endTag, RightsSet &rights, bool &unknown) {
     if (!ok_) return false;
-    if (variableFrom_ == nullptr) variableFrom_ = variableTo_ = at_;
     // The elements trovan writes, then the end tag. Neither can stand where the other does: an
     // element's '<' is followed by a letter.
     while (const RightsSet bit = knownRight())
       rights |= bit;
     if (take(endTag)) return true;
     // Anything else: the text up to the end tag, element by element.
-    return readRights(noted(textUntil(endTag)), rights, unknown) && ok_;
+    return readRights(taggedValue(endTag), rights, unknown) && ok_;
   }
 
 private:
   const char *at_;
   const char *end_;
   bool ok_ = true;
-  // From the first text or rights read to the end of the last text read.
-  const char *variableFrom_ = nullptr;
-  const char *variableTo_ = nullptr;
 
   bool startsWith(const char *at, std::string_view literal) const {
     return static_cast<std::size_t>(end_ - at) >= literal.size() &&
@@ -125,30 +129,6 @@ private:
   std::string_view fail() {
     ok_ = false;
     return {};
-  }
-  std::string_view noted(std::string_view text) {
-    if (!ok_) return text;
-    if (variableFrom_ == nullptr) variableFrom_ = text.data();
-    variableTo_ = text.data() + text.size();
-    return text;
-  }
-
-  std::string_view plainText(std::string_view endTag) {
-    const char *const start = at_;
-    const char *const open = ok_ ? findOpen(start) : nullptr;
-    if (open == nullptr) return fail();
-    at_ = open;
-    if (!take(endTag)) return fail();
-    return {start, open};
-  }
-  std::string_view textUntil(std::string_view endTag) {
-    const char *const start = at_;
-    for (const char *open = start; ok_ && (open = findOpen(open)) != nullptr; ++open)
-      if (startsWith(open, endTag)) {
-        at_ = open + endTag.size();
-        return {start, open};
-      }
-    return fail();
   }
   // The right whose element stands here (consumed), or 0 (nothing consumed).
   RightsSet knownRight() {
@@ -264,7 +244,8 @@ bool readSentRequest(std::string_view bytes, SentRequestView &request, SentReque
   else
     read = readTrusteeRequest(body, request);
   if (!read || !body.atEnd()) return false;
-  if (body.readAmpersand()) decodeTexts(request, decoded);
+  // The file system decodes references: only a request with an '&' reads otherwise.
+  if (std::memchr(bytes.data(), '&', bytes.size()) != nullptr) decodeTexts(request, decoded);
   return true;
 }
 
